@@ -1,0 +1,21 @@
+#!/usr/bin/env bash
+# Installs what is missing, builds from scratch if needed and runs the whole test suite:
+# once in the CI build (warnings are errors), once under address + undefined sanitizers.
+# Set ZEB_SKIP_ASAN=1 to run only the first pass.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+./scripts/install-deps.sh
+
+jobs=$(nproc)
+export QT_QPA_PLATFORM=offscreen
+
+cmake --preset ci >/dev/null
+cmake --build --preset ci -j "$jobs"
+ctest --preset ci -j "$jobs"
+
+if [ "${ZEB_SKIP_ASAN:-0}" != "1" ]; then
+  cmake --preset asan >/dev/null
+  cmake --build --preset asan -j "$jobs"
+  ctest --preset asan -j "$jobs"
+fi

@@ -1,0 +1,122 @@
+#pragma once
+// The recording container: one zlib stream carrying a sequence of small typed blocks
+// (Word id, Word length, payload). TDataFile reads or writes one block at a time; the
+// current block's payload sits in a memory buffer with a read/write position.
+
+#include <QByteArray>
+#include <QString>
+
+#include <cstdint>
+#include <memory>
+#include <stdexcept>
+
+class QIODevice;
+class QFile;
+class QSaveFile;
+
+// Raised on reading past a payload, on a block that would outgrow 65,535 bytes and on a
+// damaged compressed stream. The walk turns it into a clean end with what was read kept.
+class TDataFileError : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+class TDataFile {
+public:
+    static constexpr int kMaxBlockSize = 65535;
+    static constexpr int kHeaderSize = 15;
+    static constexpr int kMaxChunk = 1 << 20;
+    static constexpr int kBrandVariant = 5665;
+    static const char* const kMagic;        // "VELMORANT"
+    static const char* const kBrandMagic;   // "TORVANELI", accepted in the brand variant only
+
+    // Why the last ReadBlock answered false.
+    enum class TReadEnd { None, EndOfStream, EmptyBlock, Truncated };
+
+    ~TDataFile();
+    TDataFile(const TDataFile&) = delete;
+    TDataFile& operator=(const TDataFile&) = delete;
+
+    // Opens a file for reading; nullptr (and a reason in *error) when it cannot be opened.
+    static std::unique_ptr<TDataFile> CreateLoad(const QString& fileName, QString* error = nullptr);
+    // Creates a file for writing and writes block 0 at once. The file appears under its
+    // name only when Close() succeeds, so an interrupted save never destroys an old file.
+    static std::unique_ptr<TDataFile> CreateSave(const QString& fileName, QString* error = nullptr);
+
+    // Finishes the compressed stream and commits the file; false when writing failed.
+    // Called by the destructor if not called before.
+    bool Close();
+    // Drops a file being written: the old file under that name, if any, stays as it was.
+    void Abort();
+    QString ErrorString() const { return FError; }
+
+    // Reads block 0: id 0, exactly 15 bytes, the magic (or the brand magic in the brand variant).
+    bool IsLoadOk(int variantCode = 0);
+
+    // Reads the next block into the buffer; true when it holds at least one byte.
+    // Throws TDataFileError when the compressed stream is damaged.
+    bool ReadBlock();
+    TReadEnd LastReadEnd() const { return FReadEnd; }
+    // Bytes of the compressed file consumed so far (for progress).
+    qint64 CompressedPos() const;
+    qint64 CompressedSize() const;
+
+    void NewBlock(quint16 id);
+    // Writes the current block unless it is empty; false on an output error.
+    bool WriteBlock();
+    void CopyBlock(const TDataFile& other);
+
+    quint16 BlockId() const { return FBlockId; }
+    int BlockSize() const { return int(FBuf.size()); }
+    int BlockPos() const { return FPos; }
+    void SetBlockPos(int pos);
+    int BlockSpace() const { return kMaxBlockSize - int(FBuf.size()); }
+    const QByteArray& BlockData() const { return FBuf; }
+
+    quint16 ReadWord();
+    qint16 ReadSmallint();
+    qint32 ReadLongint();
+    float ReadSingle();
+    quint32 ReadSingleBits();
+    double ReadDouble();
+    double ReadExtended();
+    QString ReadString();
+
+    void WriteWord(quint16 v);
+    void WriteSmallint(qint16 v);
+    void WriteLongint(qint32 v);
+    void WriteSingle(float v);
+    void WriteSingleBits(quint32 bits);
+    void WriteDouble(double v);
+    void WriteExtended(double v);
+    void WriteString(const QString& s);
+
+    // The current block with a wider frame: 32-bit id, 32-bit length, payload.
+    bool storeBufStream(QIODevice& stream) const;
+    bool restoreBufStream(QIODevice& stream);
+
+    // 10-byte x87 extended precision, little-endian.
+    static void EncodeExtended(double v, unsigned char out[10]);
+    static double DecodeExtended(const unsigned char in[10]);
+
+private:
+    TDataFile();
+    void Need(int bytes) const;
+    void Append(const void* data, int bytes);
+    qint64 ReadRaw(char* dst, qint64 n);
+    bool WriteRaw(const char* data, qint64 n);
+    bool FlushDeflate(int flush);
+
+    struct TZStream;
+    std::unique_ptr<QFile> FIn;
+    std::unique_ptr<QSaveFile> FOut;
+    std::unique_ptr<TZStream> FZ;
+    QByteArray FIoBuf;
+    QByteArray FBuf;
+    int FPos = 0;
+    quint16 FBlockId = 0;
+    TReadEnd FReadEnd = TReadEnd::None;
+    bool FStreamEnded = false;
+    bool FClosed = false;
+    QString FError;
+};

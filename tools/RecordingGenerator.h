@@ -1,0 +1,55 @@
+#pragma once
+// Realistic synthetic recordings: a daily temperature cycle with noise, humidity, pressure,
+// a pump's flow and a vibration channel, with optional missing values and gap markers.
+// Deterministic for a seed on every platform, and streaming: one record at a time.
+
+#include <QString>
+
+#include <cstdint>
+#include <functional>
+#include <vector>
+
+struct TGenOptions {
+    std::uint64_t seed = 1;
+    int channels = 4;
+    std::int64_t records = 1000;
+    double intervalSeconds = 60.0;
+    double startDays = 8826.0; // 2024-03-01
+    double missingRate = 0.0;  // share of values written as "no measurement"
+    double gapRate = 0.0;      // share of values written as gap markers
+    bool limits = true;
+    QString zebName = QStringLiteral("ZEB demo");
+    QString loggerName = QStringLiteral("Logger 1");
+    QString creator = QStringLiteral("zebtool");
+    QString version = QStringLiteral("1.0");
+};
+
+struct TGenChannel {
+    QString module, name, unit, logger;
+    quint16 alarm = 0, record = 0;
+    float limit1 = 0, limit2 = 0;
+};
+
+class TRecordingGenerator {
+public:
+    explicit TRecordingGenerator(const TGenOptions& options);
+
+    const std::vector<TGenChannel>& Channels() const { return FChannels; }
+    // The next record: its time stamp in days and one 32-bit pattern per channel.
+    bool NextRecord(double& days, std::uint32_t* bits);
+
+private:
+    double Uniform();
+    double Normal();
+    float Sample(int channel, double seconds);
+
+    TGenOptions FOpt;
+    std::vector<TGenChannel> FChannels;
+    std::uint64_t FState;
+    std::int64_t FIndex = 0;
+    double FFlowLevel = 0;
+};
+
+// Writes the whole recording; progress gets the share done (0..1) now and then.
+bool WriteRecording(const QString& path, const TGenOptions& options, QString* error = nullptr,
+                    const std::function<void(double)>& progress = {});

@@ -1,0 +1,376 @@
+// zebtool: command-line companion for recordings.
+//   zebtool gen [options] OUT.zeb     write a realistic recording
+//   zebtool blocks FILE               list the blocks and where the walk ended
+//   zebtool dump [--answer N | --no-ask] [--variant CODE] FILE
+//                                     everything the loader reads, as JSON
+//   zebtool info FILE                 a short summary
+
+#include "DataFile.h"
+#include "Formats.h"
+#include "RecordingGenerator.h"
+#include "RecordingWalk.h"
+
+#include <QCoreApplication>
+#include <QDateTime>
+#include <QStringList>
+#include <QTextStream>
+
+#include <charconv>
+#include <cstdio>
+#include <unistd.h>
+#include <vector>
+
+namespace {
+
+QTextStream& Out() {
+    static QTextStream s(stdout);
+    return s;
+}
+QTextStream& Err() {
+    static QTextStream s(stderr);
+    return s;
+}
+
+int Usage() {
+    Err() << "usage:\n"
+             "  zebtool gen [--seed N] [--channels N] [--records N | --values N] [--interval SEC]\n"
+             "              [--start YYYY-MM-DD[THH:MM:SS]] [--missing RATE] [--gap-rate RATE] [--gaps]\n"
+             "              [--no-limits] [--zeb-name TEXT] [--logger TEXT] [--quiet] OUT.zeb\n"
+             "  zebtool blocks FILE\n"
+             "  zebtool dump [--answer N | --no-ask] [--variant CODE] FILE\n"
+             "  zebtool info [--variant CODE] FILE\n";
+    Err().flush();
+    return 2;
+}
+
+// Shortest text that reads back to the same double.
+QString Num(double v) {
+    char buf[64];
+    const auto r = std::to_chars(buf, buf + sizeof buf, v);
+    return QString::fromLatin1(buf, int(r.ptr - buf));
+}
+
+QString JsonString(const QString& s) {
+    QString out = QStringLiteral("\"");
+    for (QChar c : s) {
+        switch (c.unicode()) {
+        case '"': out += QStringLiteral("\\\""); break;
+        case '\\': out += QStringLiteral("\\\\"); break;
+        case '\n': out += QStringLiteral("\\n"); break;
+        case '\r': out += QStringLiteral("\\r"); break;
+        case '\t': out += QStringLiteral("\\t"); break;
+        default:
+            if (c.unicode() < 0x20) out += QStringLiteral("\\u%1").arg(c.unicode(), 4, 16, QLatin1Char('0'));
+            else out += c;
+        }
+    }
+    return out + QLatin1Char('"');
+}
+
+// ------------------------------------------------------------------ gen
+
+int Gen(QStringList args) {
+    TGenOptions o;
+    bool quiet = false;
+    qint64 values = -1;
+    QString out;
+    auto next = [&](int& i) -> QString {
+        if (i + 1 >= args.size()) throw std::invalid_argument(args[i].toStdString() + " needs a value");
+        return args[++i];
+    };
+    try {
+        for (int i = 0; i < args.size(); ++i) {
+            const QString& a = args[i];
+            bool ok = true;
+            if (a == QLatin1String("--seed")) o.seed = next(i).toULongLong(&ok);
+            else if (a == QLatin1String("--channels")) o.channels = next(i).toInt(&ok);
+            else if (a == QLatin1String("--records")) o.records = next(i).toLongLong(&ok);
+            else if (a == QLatin1String("--values")) values = next(i).toLongLong(&ok);
+            else if (a == QLatin1String("--interval")) o.intervalSeconds = next(i).toDouble(&ok);
+            else if (a == QLatin1String("--missing")) o.missingRate = next(i).toDouble(&ok);
+            else if (a == QLatin1String("--gap-rate")) o.gapRate = next(i).toDouble(&ok);
+            else if (a == QLatin1String("--gaps")) o.gapRate = 0.0005;
+            else if (a == QLatin1String("--no-limits")) o.limits = false;
+            else if (a == QLatin1String("--zeb-name")) o.zebName = next(i);
+            else if (a == QLatin1String("--logger")) o.loggerName = next(i);
+            else if (a == QLatin1String("--quiet")) quiet = true;
+            else if (a == QLatin1String("--start")) {
+                const QString s = next(i);
+                QDateTime dt = QDateTime::fromString(s, Qt::ISODate);
+                if (!dt.isValid()) dt = QDateTime(QDate::fromString(s, Qt::ISODate), QTime(0, 0));
+                dt.setTimeSpec(Qt::UTC);
+                ok = dt.isValid();
+                o.startDays = double(QDateTime(QDate(2000, 1, 1), QTime(0, 0), Qt::UTC).msecsTo(dt)) / 86400000.0;
+            } else if (a.startsWith(QLatin1String("--"))) {
+                Err() << "zebtool gen: unknown option " << a << "\n";
+                return Usage();
+            } else if (out.isEmpty()) out = a;
+            else return Usage();
+            if (!ok) {
+                Err() << "zebtool gen: bad value for " << a << "\n";
+                return 2;
+            }
+        }
+    } catch (const std::invalid_argument& e) {
+        Err() << "zebtool gen: " << e.what() << "\n";
+        return 2;
+    }
+    if (out.isEmpty()) return Usage();
+    if (o.channels < 1 || o.channels > 16000 || o.records < 0 || o.intervalSeconds <= 0 || o.missingRate < 0 ||
+        o.gapRate < 0 || o.missingRate + o.gapRate > 1) {
+        Err() << "zebtool gen: options out of range\n";
+        return 2;
+    }
+    if (values >= 0) o.records = (values + o.channels - 1) / o.channels;
+
+    QString error;
+    int lastPercent = -1;
+    const bool ok = WriteRecording(out, o, &error, [&](double share) {
+        const int p = int(share * 100);
+        if (!quiet && isatty(2) && p / 10 != lastPercent / 10) {
+            lastPercent = p;
+            Err() << "\rwriting " << p << " %";
+            Err().flush();
+        }
+    });
+    if (!quiet && lastPercent >= 0) Err() << "\r";
+    if (!ok) {
+        Err() << "zebtool gen: cannot write " << out << ": " << error << "\n";
+        return 1;
+    }
+    if (!quiet)
+        Out() << "wrote " << out << ": " << o.channels << " channels, " << o.records << " records\n";
+    return 0;
+}
+
+// ------------------------------------------------------------------ blocks
+
+class TBlockLister : public TRecordingReceiver {
+public:
+    void OnBlock(int counter, quint16 id, int length) override {
+        Out() << QStringLiteral("%1 %2  %3 %4\n")
+                     .arg(counter, 6)
+                     .arg(id, 5)
+                     .arg(ZebBlock::Name(id), -22)
+                     .arg(length, 6);
+    }
+};
+
+int Blocks(const QString& path, int variant) {
+    QString error;
+    auto file = TDataFile::CreateLoad(path, &error);
+    if (!file) {
+        Err() << "zebtool blocks: cannot open " << path << ": " << error << "\n";
+        return 1;
+    }
+    Out() << QStringLiteral("%1 %2  %3 %4\n").arg(QStringLiteral("block"), 6).arg(QStringLiteral("id"), 5)
+                 .arg(QStringLiteral("kind"), -22).arg(QStringLiteral("length"), 6);
+    TBlockLister lister;
+    TRecordingWalk walk(*file, lister, variant);
+    const TRecordingWalk::TEnd end = walk.Run();
+    if (end == TRecordingWalk::TEnd::BadHeader) {
+        // Say what stands where the header should be.
+        auto raw = TDataFile::CreateLoad(path);
+        try {
+            if (raw && raw->ReadBlock()) {
+                QString magic;
+                try {
+                    magic = raw->ReadString();
+                } catch (const TDataFileError&) {
+                }
+                Out() << "first block: id " << raw->BlockId() << ", " << raw->BlockSize()
+                      << " bytes (a header is id 0, 15 bytes), text " << JsonString(magic) << "\n";
+            } else {
+                Out() << "no block could be read\n";
+            }
+        } catch (const TDataFileError& e) {
+            Out() << "no block could be read: " << e.what() << "\n";
+        }
+        Out() << "walk ended before block 1: " << TRecordingWalk::EndText(end) << "\n";
+        return 1;
+    }
+    Out() << "header: ok\n";
+    Out() << "walk ended after block " << walk.BlockCounter() << ": " << TRecordingWalk::EndText(end);
+    if (!walk.ErrorText().isEmpty()) Out() << " (" << walk.ErrorText() << ")";
+    Out() << "\n"
+          << walk.CurveCount() << " curves, " << walk.ValueCount() << " measured values\n";
+    return end == TRecordingWalk::TEnd::Damaged ? 1 : 0;
+}
+
+// ------------------------------------------------------------------ dump / info
+
+struct TCurveDump {
+    QString module, channel, unit, logger;
+    int alarm = 0, record = 0;
+    double value1 = 0, value2 = 0;
+    std::vector<double> t, v;
+    std::vector<TPointKind> kind;
+};
+
+class TDumpReceiver : public TRecordingReceiver {
+public:
+    int answer = 2;
+    bool ask = true;
+    int status = -2;
+    bool asked = false;
+    QString creator, zebName, loggerName, defect;
+    double startDays = 0;
+    int mode = 0;
+    std::vector<TCurveDump> curves;
+
+    void SetCreator(const QString& c) override { creator = c; }
+    void SetStartTime(double d) override { startDays = d; }
+    void AddCurve(const QString& m) override {
+        curves.emplace_back();
+        curves.back().module = m;
+    }
+    void SetChannelName(int c, const QString& s) override { curves[size_t(c)].channel = s; }
+    void SetUnit(int c, const QString& s) override { curves[size_t(c)].unit = s; }
+    void SetLoggerName(int c, const QString& s) override { curves[size_t(c)].logger = s; }
+    void LoggerNamesDone() override {
+        loggerName = curves.empty() ? QString() : curves.front().logger;
+        mode = 3;
+    }
+    void SetZebName(const QString& s) override { zebName = s; }
+    void SetLimits(int c, quint16 alarm, quint16 record, double v1, double v2) override {
+        auto& cu = curves[size_t(c)];
+        cu.alarm = alarm;
+        cu.record = record;
+        cu.value1 = v1;
+        cu.value2 = v2;
+    }
+    void ClearAllLimits() override {
+        for (auto& c : curves) c.alarm = 0;
+    }
+    void AddPoints(int c, std::span<const double> t, std::span<const double> v,
+                   std::span<const TPointKind> k) override {
+        auto& cu = curves[size_t(c)];
+        cu.t.insert(cu.t.end(), t.begin(), t.end());
+        cu.v.insert(cu.v.end(), v.begin(), v.end());
+        cu.kind.insert(cu.kind.end(), k.begin(), k.end());
+    }
+    void ReportDefect(const QString& text) override { defect = text; }
+    bool AfterDataBlock(qint64 count) override {
+        if (asked || count <= 2500000) return true;
+        const int res = ask ? answer : -1;
+        switch (res) {
+        case 1: status = -1; return false;
+        case 2: asked = true; return true;
+        case 3: status = -5; return false;
+        default: status = -3; return false;
+        }
+    }
+};
+
+int Load(const QString& path, TDumpReceiver& r, int variant, qint64& values) {
+    QString error;
+    auto file = TDataFile::CreateLoad(path, &error);
+    if (!file) {
+        Err() << "zebtool: cannot open " << path << ": " << error << "\n";
+        return 1;
+    }
+    TRecordingWalk walk(*file, r, variant);
+    switch (walk.Run()) {
+    case TRecordingWalk::TEnd::EndOfStream:
+    case TRecordingWalk::TEnd::EmptyBlock:
+    case TRecordingWalk::TEnd::Truncated: r.status = -1; break;
+    case TRecordingWalk::TEnd::Stopped: break; // the answer set it
+    case TRecordingWalk::TEnd::Cancelled: r.status = -3; break;
+    default: r.status = -2; break;
+    }
+    if (!r.defect.isEmpty()) Err() << r.defect << "\n";
+    values = walk.ValueCount();
+    return 0;
+}
+
+int Dump(QStringList args) {
+    TDumpReceiver r;
+    int variant = 0;
+    QString path;
+    for (int i = 0; i < args.size(); ++i) {
+        if (args[i] == QLatin1String("--no-ask")) r.ask = false;
+        else if (args[i] == QLatin1String("--answer") && i + 1 < args.size()) r.answer = args[++i].toInt();
+        else if (args[i] == QLatin1String("--variant") && i + 1 < args.size()) variant = args[++i].toInt();
+        else if (path.isEmpty() && !args[i].startsWith(QLatin1String("--"))) path = args[i];
+        else return Usage();
+    }
+    if (path.isEmpty()) return Usage();
+    qint64 values = 0;
+    if (Load(path, r, variant, values)) return 1;
+
+    QTextStream& o = Out();
+    o << "{\"status\": " << r.status << ", \"creator\": " << JsonString(r.creator)
+      << ", \"start_time\": " << Num(r.startDays) << ", \"zeb_name\": " << JsonString(r.zebName)
+      << ", \"logger_name\": " << JsonString(r.loggerName) << ", \"mode\": " << r.mode << ", \"values\": " << values
+      << ", \"curves\": [";
+    for (size_t c = 0; c < r.curves.size(); ++c) {
+        const TCurveDump& cu = r.curves[c];
+        o << (c ? ", " : "") << "{\"module\": " << JsonString(cu.module) << ", \"channel\": " << JsonString(cu.channel)
+          << ", \"unit\": " << JsonString(cu.unit) << ", \"logger\": " << JsonString(cu.logger)
+          << ", \"alarm\": " << cu.alarm << ", \"record\": " << cu.record << ", \"value1\": " << Num(cu.value1)
+          << ", \"value2\": " << Num(cu.value2) << ", \"points\": [";
+        for (size_t i = 0; i < cu.t.size(); ++i) {
+            o << (i ? ", [" : "[") << Num(cu.t[i]) << ", "
+              << (cu.kind[i] == TPointKind::Gap ? QStringLiteral("null") : Num(cu.v[i])) << "]";
+        }
+        o << "]}";
+    }
+    o << "]}\n";
+    return 0;
+}
+
+int Info(QStringList args) {
+    int variant = 0;
+    QString path;
+    for (int i = 0; i < args.size(); ++i) {
+        if (args[i] == QLatin1String("--variant") && i + 1 < args.size()) variant = args[++i].toInt();
+        else if (path.isEmpty() && !args[i].startsWith(QLatin1String("--"))) path = args[i];
+        else return Usage();
+    }
+    if (path.isEmpty()) return Usage();
+    TDumpReceiver r;
+    r.ask = true;
+    r.answer = 2;
+    qint64 values = 0;
+    if (Load(path, r, variant, values)) return 1;
+    zeb::SetFormats(0);
+    QTextStream& o = Out();
+    o << "file:        " << path << "\n"
+      << "status:      " << r.status << "\n"
+      << "creator:     " << r.creator << "\n"
+      << "start time:  " << zeb::FormatTime(0, r.startDays * zeb::kSecondsPerDay) << "\n"
+      << "ZEB name:    " << r.zebName << "\n"
+      << "logger name: " << r.loggerName << "\n"
+      << "values:      " << values << "\n"
+      << "curves:      " << r.curves.size() << "\n";
+    for (size_t c = 0; c < r.curves.size(); ++c) {
+        const TCurveDump& cu = r.curves[c];
+        o << QStringLiteral("  %1 %2 / %3 [%4]: %5 points").arg(c).arg(cu.module, cu.channel, cu.unit).arg(cu.t.size());
+        if (!cu.t.empty())
+            o << ", " << zeb::FormatTime(1, cu.t.front()) << " .. " << zeb::FormatTime(1, cu.t.back());
+        o << "\n";
+    }
+    return 0;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    QCoreApplication app(argc, argv);
+    QStringList args = app.arguments().mid(1);
+    if (args.isEmpty()) return Usage();
+    const QString cmd = args.takeFirst();
+    if (cmd == QLatin1String("gen")) return Gen(args);
+    if (cmd == QLatin1String("blocks")) {
+        int variant = 0;
+        if (args.size() == 3 && args[0] == QLatin1String("--variant")) {
+            variant = args[1].toInt();
+            args = args.mid(2);
+        }
+        if (args.size() != 1) return Usage();
+        return Blocks(args[0], variant);
+    }
+    if (cmd == QLatin1String("dump")) return Dump(args);
+    if (cmd == QLatin1String("info")) return Info(args);
+    return Usage();
+}
