@@ -561,7 +561,7 @@ QString FloatToStr(double value, const TFormatSettings& fs) {
     while (digits.endsWith('0')) digits.chop(1);
     QString out = value < 0 ? QStringLiteral("-") : QString();
     const int exp = d.point - 1;
-    if (exp >= 15 || exp < -5) {
+    if (exp >= 15 || exp < -4) {
         out += QLatin1Char(digits[0]);
         if (digits.size() > 1) out += fs.DecimalSeparator + QString::fromLatin1(digits.mid(1));
         out += QLatin1Char('E') + QString::number(exp);
