@@ -19,3 +19,14 @@ if [ "${ZEB_SKIP_ASAN:-0}" != "1" ]; then
   cmake --build --preset asan -j "$jobs"
   ctest --preset asan -j "$jobs"
 fi
+
+# A short fuzzing smoke run of the recording walk, when clang is there.
+if [ "${ZEB_SKIP_FUZZ:-0}" != "1" ] && command -v clang++ >/dev/null; then
+  cmake --preset fuzz >/dev/null
+  cmake --build --preset fuzz -j "$jobs" --target fuzz_walk
+  corpus=$(mktemp -d)
+  ./build/ci/tools/zebtool gen --quiet --records 50 --channels 2 --gaps "$corpus/seed.zeb"
+  ./build/fuzz/fuzz/fuzz_walk -max_total_time=15 -print_final_stats=0 "$corpus" 2>&1 | tail -n 1
+  rm -rf "$corpus"
+fi
+echo "all test passes finished"

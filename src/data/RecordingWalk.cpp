@@ -147,21 +147,28 @@ void TRecordingWalk::HandleBlock() {
 
 void TRecordingWalk::HandleData() {
     const int n = FCurveCount;
-    if (int(FTimes.size()) < n) {
-        FTimes.resize(size_t(n));
-        FValues.resize(size_t(n));
-        FKinds.resize(size_t(n));
-    }
-    for (int c = 0; c < n; ++c) {
-        FTimes[size_t(c)].clear();
-        FValues[size_t(c)].clear();
-        FKinds[size_t(c)].clear();
-    }
-
     const char* data = FFile.BlockData().constData();
     const int len = FFile.BlockSize();
     const int recordSize = 8 + 4 * n;
     int pos = FFile.BlockPos();
+
+    // Staging sized for the most records the block can hold, so the loop below writes
+    // without checks or growth; it is reused from block to block.
+    const size_t capacity = size_t((len - pos) / recordSize + 1);
+    if (FTimes.size() < size_t(n)) {
+        FTimes.resize(size_t(n));
+        FValues.resize(size_t(n));
+        FKinds.resize(size_t(n));
+    }
+    FFill.assign(size_t(n), 0);
+    for (size_t c = 0; c < size_t(n); ++c) {
+        if (FTimes[c].size() < capacity) {
+            FTimes[c].resize(capacity);
+            FValues[c].resize(capacity);
+            FKinds[c].resize(capacity);
+        }
+    }
+
     bool damaged = false;
     while (pos + 1 < len) {
         if (pos + recordSize > len) {
@@ -179,29 +186,31 @@ void TRecordingWalk::HandleData() {
         }
         const double t = days * 86400.0;
         const char* p = data + pos + 8;
-        for (int c = 0; c < n; ++c, p += 4) {
+        for (size_t c = 0; c < size_t(n); ++c, p += 4) {
             quint32 bits;
             std::memcpy(&bits, p, 4);
             if (bits == kNoValueBits) continue;
-            const auto cu = size_t(c);
-            ++FValueCount;
-            FTimes[cu].push_back(t);
+            const size_t i = FFill[c]++;
+            FTimes[c][i] = t;
             if (bits == kGapBits) {
-                FGapOpen[cu] = 1;
-                FValues[cu].push_back(0.0);
-                FKinds[cu].push_back(TPointKind::Gap);
+                FGapOpen[c] = 1;
+                FValues[c][i] = 0.0;
+                FKinds[c][i] = TPointKind::Gap;
             } else {
-                FValues[cu].push_back(double(std::bit_cast<float>(bits)));
-                FKinds[cu].push_back(FGapOpen[cu] ? TPointKind::GapEnd : TPointKind::Value);
-                FGapOpen[cu] = 0;
+                FValues[c][i] = double(std::bit_cast<float>(bits));
+                FKinds[c][i] = FGapOpen[c] ? TPointKind::GapEnd : TPointKind::Value;
+                FGapOpen[c] = 0;
             }
         }
         pos += recordSize;
     }
     FFile.SetBlockPos(pos);
-    for (int c = 0; c < n; ++c) {
-        const auto cu = size_t(c);
-        if (!FTimes[cu].empty()) FReceiver.AddPoints(c, FTimes[cu], FValues[cu], FKinds[cu]);
+    for (size_t c = 0; c < size_t(n); ++c) {
+        const size_t k = FFill[c];
+        FValueCount += qint64(k);
+        if (k > 0)
+            FReceiver.AddPoints(int(c), std::span(FTimes[c].data(), k), std::span(FValues[c].data(), k),
+                                std::span(FKinds[c].data(), k));
     }
     if (damaged) throw TDataFileError("data record cut off at the end of block " + std::to_string(FCounter));
 }

@@ -118,4 +118,5 @@ private:
     // Per-curve staging of one data block, reused from block to block.
     std::vector<std::vector<double>> FTimes, FValues;
     std::vector<std::vector<TPointKind>> FKinds;
+    std::vector<size_t> FFill;
 };
