@@ -1,0 +1,265 @@
+// The INI reader and writer: what other programs' files look like when read, what ours look
+// like when written, and that a rewrite keeps everything it does not touch.
+
+#include "Formats.h"
+#include "IniFile.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <optional>
+
+class TstIniFile : public QObject {
+    Q_OBJECT
+
+    static TIniFile FromText(const char* text) {
+        TIniFile ini;
+        ini.LoadFromBytes(QByteArray(text));
+        return ini;
+    }
+
+private Q_SLOTS:
+    void readsValues_data() {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<QString>("section");
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<bool>("present");
+        QTest::addColumn<QString>("value");
+
+        QTest::newRow("apostrophes stripped") << QByteArray("[S]\r\nA='My plot'\r\n") << "S"
+                                              << "A" << true << "My plot";
+        QTest::newRow("double quotes stripped") << QByteArray("[S]\nA=\"x\"\n") << "S"
+                                                << "A" << true << "x";
+        QTest::newRow("blanks then quotes") << QByteArray("[S]\nA =  ' padded '  \n") << "S"
+                                            << "A" << true << " padded ";
+        QTest::newRow("unmatched quotes kept") << QByteArray("[S]\nA='x\"\n") << "S"
+                                               << "A" << true << "'x\"";
+        QTest::newRow("inner apostrophe kept") << QByteArray("[S]\nA='Bob's'\n") << "S"
+                                               << "A" << true << "Bob's";
+        QTest::newRow("lone quote kept") << QByteArray("[S]\nA='\n") << "S"
+                                         << "A" << true << "'";
+        QTest::newRow("empty value") << QByteArray("[S]\nA=\n") << "S"
+                                     << "A" << true << "";
+        QTest::newRow("equals in value") << QByteArray("[S]\nF=a=b\n") << "S"
+                                         << "F" << true << "a=b";
+        QTest::newRow("key case ignored") << QByteArray("[S]\nTitle=x\n") << "S"
+                                          << "TITLE" << true << "x";
+        QTest::newRow("section case ignored") << QByteArray("[Font Title]\nName=x\n") << "font title"
+                                              << "name" << true << "x";
+        QTest::newRow("old Mac line ends") << QByteArray("[S]\rA=1\rB=2\r") << "S"
+                                           << "B" << true << "2";
+        QTest::newRow("no final line end") << QByteArray("[S]\r\nA=last") << "S"
+                                           << "A" << true << "last";
+        QTest::newRow("comment is no key") << QByteArray("[S]\n;A=1\n#B=2\n") << "S"
+                                           << "A" << false << "";
+        QTest::newRow("hash comment is no key") << QByteArray("[S]\n#B=2\n") << "S"
+                                                << "B" << false << "";
+        QTest::newRow("key before any section") << QByteArray("A=1\n[S]\n") << "S"
+                                                << "A" << false << "";
+        QTest::newRow("first of repeated keys") << QByteArray("[S]\nA=1\nA=2\n") << "S"
+                                                << "A" << true << "1";
+        QTest::newRow("repeated section continues") << QByteArray("[S]\nA=1\n[T]\nX=0\n[s]\nB=2\n") << "S"
+                                                    << "B" << true << "2";
+        QTest::newRow("broken header is no section") << QByteArray("[S]\nA=1\n[T\nB=2\n") << "S"
+                                                     << "B" << true << "2";
+        QTest::newRow("blanks around header") << QByteArray("  [ S ]  \nA=1\n") << "S"
+                                              << "A" << true << "1";
+        QTest::newRow("UTF-8 mark") << QByteArray("\xEF\xBB\xBF[S]\r\nA='\xC3\x84rger'\r\n") << "S"
+                                    << "A" << true << QString::fromUtf8("\xC3\x84rger");
+        QTest::newRow("Windows-1252") << QByteArray("[S]\r\nA='\x80 \xE4'\r\n") << "S"
+                                      << "A" << true << QString::fromUtf8("\xE2\x82\xAC \xC3\xA4");
+        QTest::newRow("UTF-8 without mark") << QByteArray("[S]\nA=\xC3\xA4\n") << "S"
+                                            << "A" << true << QString::fromUtf8("\xC3\xA4");
+        QTest::newRow("missing section") << QByteArray("[S]\nA=1\n") << "T"
+                                         << "A" << false << "";
+    }
+    void readsValues() {
+        QFETCH(QByteArray, bytes);
+        QFETCH(QString, section);
+        QFETCH(QString, key);
+        QFETCH(bool, present);
+        QFETCH(QString, value);
+        TIniFile ini;
+        ini.LoadFromBytes(bytes);
+        const std::optional<QString> got = ini.Value(section, key);
+        QCOMPARE(got.has_value(), present);
+        if (present) QCOMPARE(*got, value);
+    }
+
+    void keepsFileOrder() {
+        const TIniFile ini = FromText("[Zeta]\nb=1\na=2\n\n[Alpha]\nz=1\n[Curve7]\n[Curve2]\nX=1\n");
+        QCOMPARE(ini.Sections(), (QStringList{"Zeta", "Alpha", "Curve7", "Curve2"}));
+        QCOMPARE(ini.Keys("Zeta"), (QStringList{"b", "a"}));
+        QVERIFY(ini.SectionExists("curve7"));
+        QVERIFY(ini.Keys("Curve7").isEmpty());
+    }
+
+    void parsesIntegers_data() {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<bool>("ok");
+        QTest::addColumn<int>("value");
+        QTest::newRow("plain") << "12" << true << 12;
+        QTest::newRow("negative") << "-5" << true << -5;
+        QTest::newRow("plus") << "+7" << true << 7;
+        QTest::newRow("blanks") << " 3 " << true << 3;
+        QTest::newRow("hex 0x") << "0x1F" << true << 31;
+        QTest::newRow("hex dollar") << "$ff" << true << 255;
+        QTest::newRow("hex all bits") << "0xFFFFFFFF" << true << -1;
+        QTest::newRow("int max") << "2147483647" << true << 2147483647;
+        QTest::newRow("int min") << "-2147483648" << true << int(-2147483647 - 1);
+        QTest::newRow("too large") << "2147483648" << false << 0;
+        QTest::newRow("hex too large") << "0x100000000" << false << 0;
+        QTest::newRow("fraction") << "1.5" << false << 0;
+        QTest::newRow("trailing garbage") << "12abc" << false << 0;
+        QTest::newRow("word") << "abc" << false << 0;
+        QTest::newRow("empty") << "" << false << 0;
+        QTest::newRow("bare 0x") << "0x" << false << 0;
+        QTest::newRow("signed hex") << "0x-5" << false << 0;
+        QTest::newRow("double sign") << "--1" << false << 0;
+        QTest::newRow("inner blank") << "1 2" << false << 0;
+    }
+    void parsesIntegers() {
+        QFETCH(QString, text);
+        QFETCH(bool, ok);
+        QFETCH(int, value);
+        const std::optional<int> got = TIniFile::ParseInteger(text);
+        QCOMPARE(got.has_value(), ok);
+        if (ok) QCOMPARE(*got, value);
+    }
+
+    void parsesFloatsAndBools_data() {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<bool>("ok");
+        QTest::addColumn<double>("value");
+        QTest::newRow("point") << "1.5" << true << 1.5;
+        QTest::newRow("comma") << "1,5" << true << 1.5;
+        QTest::newRow("comma is never grouping") << "1,500" << true << 1.5;
+        QTest::newRow("exponent") << "-2E3" << true << -2000.0;
+        QTest::newRow("blanks") << " 7 " << true << 7.0;
+        QTest::newRow("mixed separators") << "1.234,5" << false << 0.0;
+        QTest::newRow("two commas") << "1,2,3" << false << 0.0;
+        QTest::newRow("not a number") << "NAN" << false << 0.0;
+        QTest::newRow("infinity") << "INF" << false << 0.0;
+        QTest::newRow("overflow") << "1e400" << false << 0.0;
+        QTest::newRow("word") << "abc" << false << 0.0;
+        QTest::newRow("empty") << "" << false << 0.0;
+    }
+    void parsesFloatsAndBools() {
+        QFETCH(QString, text);
+        QFETCH(bool, ok);
+        QFETCH(double, value);
+        const std::optional<double> got = TIniFile::ParseFloat(text);
+        QCOMPARE(got.has_value(), ok);
+        if (ok) QCOMPARE(*got, value);
+    }
+
+    void parsesBooleans() {
+        QCOMPARE(TIniFile::ParseBool("1"), std::optional<bool>(true));
+        QCOMPARE(TIniFile::ParseBool("0"), std::optional<bool>(false));
+        QCOMPARE(TIniFile::ParseBool("-1"), std::optional<bool>(true)); // any non-zero integer
+        QCOMPARE(TIniFile::ParseBool("TRUE"), std::optional<bool>(true));
+        QCOMPARE(TIniFile::ParseBool("false"), std::optional<bool>(false));
+        QCOMPARE(TIniFile::ParseBool("yes"), std::nullopt);
+        QCOMPARE(TIniFile::ParseBool(""), std::nullopt);
+    }
+
+    void writesKindsAsTheSuiteDoes() {
+        zeb::SetFormats(0, 0, 0);
+        TIniFile ini;
+        ini.WriteString("General", "Title", "My plot");
+        ini.WriteInteger("General", "OnlineRate", 1000);
+        ini.WriteBool("General", "ShowName", true);
+        ini.WriteBool("General", "DispLimits", false);
+        ini.WriteFloat("Axis Left", "Min", -1.5);
+        ini.WriteString("Axis Left", "Name", "two\r\nlines");
+        QCOMPARE(ini.ToBytes(),
+                 QByteArray("[General]\r\nTitle='My plot'\r\nOnlineRate=1000\r\nShowName=1\r\n"
+                            "DispLimits=0\r\n\r\n[Axis Left]\r\nMin='-1.5'\r\nName='two lines'\r\n"));
+        // Reading what was written gives the values back, quotes removed.
+        TIniFile back;
+        back.LoadFromBytes(ini.ToBytes());
+        QCOMPARE(back.ReadString("General", "Title"), QStringLiteral("My plot"));
+        QCOMPARE(back.ReadFloat("Axis Left", "Min", 0), -1.5);
+        QCOMPARE(back.ReadBool("General", "ShowName", false), true);
+    }
+
+    void floatsFollowTheProgramsSeparator() {
+        zeb::SetFormats(0, 0, 1); // decimal comma
+        TIniFile ini;
+        ini.WriteFloat("S", "V", 0.25);
+        zeb::SetFormats(0, 0, 0);
+        QCOMPARE(ini.ReadString("S", "V"), QStringLiteral("0,25"));
+        QCOMPARE(ini.ReadFloat("S", "V", 0), 0.25);
+    }
+
+    void rewriteKeepsWhatItDoesNotTouch() {
+        TIniFile ini = FromText("; made by hand\r\n[General]\r\nTitle='old'\r\n; note\r\nFoot='f'\r\n\r\n"
+                                "[Unknown]\r\nX=1\r\n");
+        ini.WriteString("general", "TITLE", "new");
+        ini.WriteInteger("General", "DispTime", 2);
+        ini.DeleteKey("General", "Foot");
+        // Replaced values keep the file's spelling of the key; new keys follow the last key.
+        QCOMPARE(ini.ToBytes(),
+                 QByteArray("; made by hand\r\n[General]\r\nTitle='new'\r\n; note\r\nDispTime=2\r\n\r\n"
+                            "[Unknown]\r\nX=1\r\n"));
+        ini.EraseSection("GENERAL");
+        QCOMPARE(ini.Sections(), QStringList{"Unknown"});
+        ini.AddSection("Curve0");
+        ini.AddSection("curve0");
+        QCOMPARE(ini.Sections(), (QStringList{"Unknown", "Curve0"}));
+    }
+
+    void keepsTheEncodingItCanKeep() {
+        const QString euro = QString::fromUtf8("\xE2\x82\xAC");
+        const QString cjk = QString::fromUtf8("\xE6\xB8\xA9\xE5\xBA\xA6"); // not in Windows-1252
+
+        TIniFile ansi;
+        ansi.WriteString("S", "A", euro);
+        QCOMPARE(ansi.ToBytes(), QByteArray("[S]\r\nA='\x80'\r\n"));
+
+        ansi.WriteString("S", "B", cjk);
+        const QByteArray widened = ansi.ToBytes();
+        QVERIFY(widened.startsWith("\xEF\xBB\xBF"));
+        TIniFile back;
+        back.LoadFromBytes(widened);
+        QCOMPARE(back.ReadString("S", "A"), euro);
+        QCOMPARE(back.ReadString("S", "B"), cjk);
+
+        TIniFile marked;
+        marked.LoadFromBytes("\xEF\xBB\xBF[S]\r\nA=1\r\n");
+        QVERIFY(marked.ToBytes().startsWith("\xEF\xBB\xBF"));
+    }
+
+    void survivesGarbage() {
+        QByteArray junk;
+        for (int i = 0; i < 4096; ++i)
+            junk.append(char((i * 7919 + 13) & 0xFF));
+        junk.insert(100, QByteArray("\n[S]\n=\n[\n]\n[]\nA\n"));
+        TIniFile ini;
+        ini.LoadFromBytes(junk);
+        // Whatever was understood, it writes and reads back to the same content.
+        TIniFile again;
+        again.LoadFromBytes(ini.ToBytes());
+        QCOMPARE(again.Sections(), ini.Sections());
+        QCOMPARE(again.ToBytes(), ini.ToBytes());
+    }
+
+    void loadAndSave() {
+        QTemporaryDir dir;
+        const QString path = dir.filePath("a.ini");
+        TIniFile missing;
+        QVERIFY(!missing.Load(path));
+        QVERIFY(missing.Sections().isEmpty());
+
+        TIniFile ini;
+        ini.WriteString("S", "A", "x");
+        QVERIFY(ini.Save(path));
+        QVERIFY(TIniFile(path).ValueExists("S", "A"));
+        QVERIFY(!ini.Save(dir.filePath("no/such/folder/a.ini")));
+        QVERIFY(!ini.Save(dir.path())); // a folder is no file
+    }
+};
+
+QTEST_GUILESS_MAIN(TstIniFile)
+#include "tst_inifile.moc"
