@@ -16,3 +16,10 @@ if(CMAKE_CXX_COMPILER_ID MATCHES "GNU|Clang")
     target_link_options(zeb_options INTERFACE -fsanitize=address,undefined)
   endif()
 endif()
+
+# The validated edition reports opening and closing on the audit log channel and keeps its
+# settings under a root of its own.
+option(ZEB_VALIDATED_EDITION "Build the validated edition" OFF)
+if(ZEB_VALIDATED_EDITION)
+  target_compile_definitions(zeb_options INTERFACE ZEB_VALIDATED_EDITION)
+endif()

@@ -1,0 +1,452 @@
+#include "Texts.h"
+
+#include <array>
+
+namespace zeb {
+
+namespace {
+
+using enum TTextId;
+
+// {identity, English, German, French}. Texts may hold "%s" placeholders, CR LF line breaks
+// and quoted lists ("a","b"). Where only one language is meant to be shown, all three carry it.
+constexpr std::array kTable{
+    // Messages
+    TTextRecord{MsgCannotOpenFile, u"Cannot open file [%s] !", u"Kann Datei [%s] nicht öffnen !",
+                u"Impossible d’ouvrir le fichier [%s] !"},
+    TTextRecord{MsgFileCannotBeRead, u"File [%s] cannot be read!", u"Datei [%s] kann nicht geöffnet werden !",
+                u"Impossible d’ouvrir le fichier [%s] !"},
+    TTextRecord{MsgLoadCannotOpen, u"File \"%s\" cannot be opened!",
+                u"Datei \"%s\" kann nicht geöffnet werden !", u"Impossible d’ouvrir le fichier \"%s\" !"},
+    TTextRecord{MsgFatalError, u"Fatal error has occurred!",
+                u"Es ist ein schwerwiegender Fehler aufgetreten !", u"Une erreur fatale s’est produite !"},
+    TTextRecord{MsgSaveSettings, u"Do you want to save the current settings ?",
+                u"Sollen die aktuellen Einstellungen gespeichert werden ?",
+                u"Voulez-vous enregistrer les paramètres actuels ?"},
+    TTextRecord{MsgSaveFileFirst, u"Please save file first!", u"Bitte zuerst die Datei speichern !",
+                u"Enregistrer d’abord le fichier, SVP !"},
+    TTextRecord{MsgEnterCorrectTime, u"Please enter correct time:", u"Bitte korrekte Zeit eingeben :",
+                u"Entrer un temps correct, SVP:"},
+    TTextRecord{MsgActivateLeftAxis, u"First activate left Y axis, please!",
+                u"Bitte zuerst die linke Y-Achse aktivieren !",
+                u"Veuillez d'abord activer l'axe de coordonnées Y de gauche !"},
+    TTextRecord{MsgFileTooLarge, u"File too large!", u"Achtung: Datei zu gross!",
+                u"Attention : Fichier trop volumineux !"},
+    TTextRecord{MsgReadingFile, u"Reading file..", u"Datei lesen..", u"Lecture du fichier.."},
+    // The "Ì" of the French text belongs to it.
+    TTextRecord{MsgCrosshairNote,
+                u"Note: In some cases changes may only take effect once the crosshairs have been activated !",
+                u"Hinweis: Änderungen werden u.U. nur mit Aktivierung des Fadenkreuzes wirksam !",
+                u"NB : Ìl arrive que les modifications ne soient prises en compte qu’une fois le réticule "
+                u"activé !"},
+    TTextRecord{MsgTimeAxisNote,
+                u"Note:\r\nThe time axis label is aligned to the right !\r\n"
+                u"Enter a final value therefore, that lies within the required range.",
+                u"Hinweis:\r\nDie Beschriftung der Zeitachse ist rechtsbündig !\r\n"
+                u"Geben Sie deshalb einen Endwert ein, der innerhalb des gewünschten Bereichs liegt.",
+                u"Remarque :\r\nL’étiquette de l’axe du temps est alignée à droite !\r\n"
+                u"Entrez donc une valeur finale qui se trouve dans la plage souhaitée."},
+    TTextRecord{
+        MsgDataReductionNote,
+        u"Note:\r\nAt least one measurement channel contains more than 1 million measured values.\r\n"
+        u"For this channel, data reduction has been enabled, which is indicated in the legend by an * "
+        u"in front of the channel name.\r\n"
+        u"The curve is drawn from a reduced set of points; table, calculations and export still use "
+        u"every measured value.\r\n"
+        u"Data reduction can be deactivated at any time.",
+        u"Hinweis:\r\nMindestens ein Messkanal enthält mehr als 1 Million Messwerte.\r\n"
+        u"Für diesen Kanal wurde die Datenreduktion eingeschaltet, was in der Legende durch ein * "
+        u"vor dem Kanalnamen angezeigt wird.\r\n"
+        u"Die Kurve wird aus einer reduzierten Punktmenge gezeichnet; Tabelle, Berechnungen und Export "
+        u"verwenden weiterhin jeden Messwert.\r\n"
+        u"Die Datenreduktion kann jederzeit ausgeschaltet werden.",
+        u"Remarque :\r\nAu moins un canal de mesure contient plus d’un million de valeurs mesurées.\r\n"
+        u"Pour ce canal, la réduction des données a été activée, ce qui est indiqué dans la légende "
+        u"par un * devant le nom du canal.\r\n"
+        u"La courbe est tracée à partir d’un ensemble réduit de points ; le tableau, les calculs et "
+        u"l’exportation utilisent toujours toutes les valeurs mesurées.\r\n"
+        u"La réduction des données peut être désactivée à tout moment."},
+    // Deliberately untranslated.
+    TTextRecord{MsgNoPreviewer, u"Previewer nicht vorhanden!", u"Previewer nicht vorhanden!",
+                u"Previewer nicht vorhanden!"},
+    TTextRecord{MsgZebFileDefect, u"ZEB file is defect !", u"ZEB-Datei ist defekt !",
+                u"Fichier ZEB défectueux !"},
+
+    // Large-file question
+    TTextRecord{BigDataInfo, u"This file contains more than 2.5 million measurements.",
+                u"Diese Datei enthält mehr als 2.500.000 Messwerte",
+                u"Ce fichier contient plus de 2,5 millions de valeurs mesurées."},
+    TTextRecord{BigDataStop, u"Stop the process and close the Viewer", u"Viewer ohne Anzeige beenden",
+                u"Arrêter le processus et fermer le Viewer"},
+    TTextRecord{BigDataShow, u"Only display the measurements read so far",
+                u"Nur die bis jetzt gelesenen Messwerte anzeigen",
+                u"Afficher uniquement les valeurs lues jusqu’ici"},
+    TTextRecord{BigDataContinue, u"Continue reading in", u"Das Einlesen fortsetzen",
+                u"Poursuivre la lecture"},
+    TTextRecord{BigDataPreviewer, u"Open file in Previewer",
+                u"Die Datei im Previewer öffnen und dort zuschneiden",
+                u"Ouvrir le fichier dans le Previewer"},
+
+    // File, folder and colour dialogs
+    TTextRecord{DlgZebFile, u"ZEB file", u"ZEB-Datei", u"Fichier ZEB"},
+    TTextRecord{DlgZebTemplate, u"ZEB template", u"ZEB-Vorlage", u"Modèle ZEB"},
+    TTextRecord{DlgAllFiles, u"All files", u"Alle Dateien", u"Tous les fichiers"},
+    TTextRecord{DlgSelectDirectory, u"Select folder", u"Verzeichnis wählen", u"Choisir un dossier"},
+
+    // General buttons
+    TTextRecord{BtnOk, u"OK", u"OK", u"OK"},
+    TTextRecord{BtnCancel, u"Cancel", u"Abbrechen", u"Annuler"},
+    TTextRecord{BtnYes, u"&Yes", u"&Ja", u"&Oui"},
+    TTextRecord{BtnNo, u"&No", u"&Nein", u"&Non"},
+    TTextRecord{BtnHelp, u"&Help", u"&Hilfe", u"&Aide"},
+    TTextRecord{BtnClose, u"&Close", u"&Schließen", u"&Fermer"},
+    TTextRecord{BtnIgnore, u"&Ignore", u"&Ignorieren", u"&Ignorer"},
+    TTextRecord{BtnRetry, u"&Retry", u"&Wiederholen", u"&Renouveler"},
+    TTextRecord{BtnAbort, u"&Abort", u"&Abbrechen", u"&Abandonner"},
+    TTextRecord{BtnAll, u"&All", u"&Alle", u"&Tous"},
+    TTextRecord{BtnNoToAll, u"N&o to All", u"Alle N&ein", u"Non à t&out"},
+    TTextRecord{BtnYesToAll, u"Yes to &All", u"Alle J&a", u"Oui à &tout"},
+
+    // Buttons and titles of the message dialog
+    TTextRecord{MsgBtnOk, u"OK", u"OK", u"OK"},
+    TTextRecord{MsgBtnCancel, u"Cancel", u"Abbrechen", u"Annuler"},
+    TTextRecord{MsgBtnYes, u"&Yes", u"&Ja", u"&Oui"},
+    TTextRecord{MsgBtnNo, u"&No", u"&Nein", u"&Non"},
+    TTextRecord{MsgBtnHelp, u"&Help", u"&Hilfe", u"&Aide"},
+    TTextRecord{MsgBtnClose, u"&Close", u"&Schließen", u"&Fermer"},
+    TTextRecord{MsgBtnIgnore, u"&Ignore", u"&Ignorieren", u"&Ignorer"},
+    // English and German are swapped here on purpose; it is kept as it stands.
+    TTextRecord{MsgBtnRetry, u"&Wiederholen", u"&Retry", u"&Renouveler"},
+    TTextRecord{MsgBtnAbort, u"&Abort", u"&Abbrechen", u"&Abandonner"},
+    TTextRecord{MsgBtnAll, u"&All", u"&Alle", u"&Tous"},
+    TTextRecord{MsgBtnNoToAll, u"N&o to All", u"Alle N&ein", u"Non à t&out"},
+    TTextRecord{MsgBtnYesToAll, u"Yes to &All", u"Alle J&a", u"Oui à &tout"},
+    TTextRecord{MsgTitleWarning, u"Warning", u"Warnung", u"Avertissement"},
+    TTextRecord{MsgTitleError, u"Error", u"Fehler", u"Erreur"},
+    TTextRecord{MsgTitleInformation, u"Information", u"Information", u"Information"},
+    TTextRecord{MsgTitleConfirm, u"Confirm", u"Bestätigen", u"Confirmation"},
+
+    // Main window: menus, commands, hints, status line
+    TTextRecord{MenuFile, u"File", u"Datei", u"Fichier"},
+    TTextRecord{MenuFileOpen, u"Open..", u"Öffnen..", u"Ouvrir.."},
+    TTextRecord{HintFileOpen, u"Open file", u"Datei öffnen", u"Ouvrir un fichier"},
+    TTextRecord{MenuFileOpenAgain, u"Open again", u"Erneut öffnen", u"Rouvrir"},
+    TTextRecord{MenuFileSave, u"Save", u"Speichern", u"Enregistrer"},
+    TTextRecord{HintFileSave, u"Save file", u"Datei speichern", u"Enregistrer le fichier"},
+    TTextRecord{MenuFileSaveAs, u"Save time window as..", u"Zeitfenster speichern unter..",
+                u"Enregistrer la fenêtre de temps sous.."},
+    TTextRecord{MenuFileTemplateUse, u"Use template..", u"Vorlage anwenden..", u"Appliquer un modèle.."},
+    TTextRecord{MenuFileTemplateSave, u"Save as template..", u"Als Vorlage speichern..",
+                u"Enregistrer comme modèle.."},
+    TTextRecord{MenuFileExportText, u"Export time window as text..", u"Zeitfenster als Text exportieren..",
+                u"Exporter la fenêtre de temps en texte.."},
+    TTextRecord{MenuFileExportBmp, u"Export graphic as bitmap..", u"Grafik als Bitmap exportieren..",
+                u"Exporter le graphique en bitmap.."},
+    TTextRecord{MenuFileExportJpg, u"Export graphic as JPEG..", u"Grafik als JPEG exportieren..",
+                u"Exporter le graphique en JPEG.."},
+    TTextRecord{MenuFilePrintPreview, u"Print preview..", u"Druckvorschau..", u"Aperçu avant impression.."},
+    TTextRecord{MenuFilePrint, u"Print", u"Drucken", u"Imprimer"},
+    TTextRecord{HintFilePrint, u"Print graph", u"Grafik drucken", u"Imprimer le graphique"},
+    TTextRecord{MenuFilePrintReport, u"Print report..", u"Bericht drucken..", u"Imprimer le rapport.."},
+    TTextRecord{MenuFileExit, u"Exit", u"Beenden", u"Quitter"},
+    TTextRecord{MenuBack, u"Back!", u"Zurück!", u"Retour !"},
+    TTextRecord{MenuView, u"View", u"Ansicht", u"Affichage"},
+    TTextRecord{MenuGraph, u"Graph", u"Grafik", u"Graphique"},
+    TTextRecord{HintViewGraph, u"Show graph", u"Grafik anzeigen", u"Afficher le graphique"},
+    TTextRecord{MenuTable, u"Table", u"Tabelle", u"Tableau"},
+    TTextRecord{HintViewTable, u"Show table", u"Tabelle anzeigen", u"Afficher le tableau"},
+    TTextRecord{MenuConfiguration, u"Configuration", u"Konfiguration", u"Configuration"},
+    TTextRecord{HintViewCfg, u"Show configuration", u"Konfiguration anzeigen", u"Afficher la configuration"},
+    TTextRecord{MenuGraphGridBottom, u"Gridline bottom", u"Gitterlinien unten", u"Quadrillage en bas"},
+    TTextRecord{MenuGraphGridLeft, u"Gridline left", u"Gitterlinien links", u"Quadrillage à gauche"},
+    TTextRecord{MenuGraphGridRight, u"Gridline right", u"Gitterlinien rechts", u"Quadrillage à droite"},
+    TTextRecord{MenuGraphAxisBottom, u"Fixed axis bottom", u"Feste Achse unten", u"Axe fixe en bas"},
+    TTextRecord{MenuGraphAxisLeft, u"Fixed axis left", u"Feste Achse links", u"Axe fixe à gauche"},
+    TTextRecord{MenuGraphAxisRight, u"Fixed axis right", u"Feste Achse rechts", u"Axe fixe à droite"},
+    TTextRecord{Crosshairs1, u"Crosshairs 1", u"Fadenkreuz 1", u"Réticule 1"},
+    TTextRecord{Crosshairs2, u"Crosshairs 2", u"Fadenkreuz 2", u"Réticule 2"},
+    TTextRecord{MenuGraphExtended, u"Extended..", u"Erweitert..", u"Avancé.."},
+    TTextRecord{MenuGraphFunc, u"Functions", u"Funktionen", u"Fonctions"},
+    TTextRecord{MenuGraphFuncIntegral, u"Numerical Integration..", u"Numerische Integration..",
+                u"Intégration numérique.."},
+    TTextRecord{MenuGraphFuncFlow, u"Calculation of Flow..", u"Berechnung des Durchflusses..",
+                u"Calcul du débit.."},
+    TTextRecord{MenuGraphFuncCalc, u"Show calculation", u"Berechnung anzeigen", u"Afficher le calcul"},
+    TTextRecord{MenuGraphFuncLimit, u"Show limits", u"Grenzwerte anzeigen", u"Afficher les limites"},
+    TTextRecord{MenuGraphFuncKessa, u"Additional FLOW channel..", u"Zusätzlicher FLOW-Kanal..",
+                u"Canal FLOW supplémentaire.."},
+    TTextRecord{Fft, u"FFT", u"FFT", u"FFT"},
+    TTextRecord{MenuGraphCheckboxes, u"Detailed legend", u"Ausführliche Legende", u"Légende détaillée"},
+    TTextRecord{Limits, u"Limits", u"Grenzwerte", u"Limites"},
+    TTextRecord{MenuGraphNote, u"Notice", u"Notiz", u"Note"},
+    TTextRecord{MenuGraphScale, u"Auto scale", u"Autoskalierung", u"Échelle automatique"},
+    TTextRecord{Undo, u"Undo", u"Rückgängig", u"Annuler"},
+    TTextRecord{MenuTableGotoTime, u"Go to time..", u"Gehe zu Zeit..", u"Aller au temps.."},
+    TTextRecord{MenuTableGotoTMin, u"Go to beginning of graph", u"Gehe zum Anfang der Grafik",
+                u"Aller au début du graphique"},
+    TTextRecord{TextModify, u"Change or move Text", u"Text ändern oder verschieben",
+                u"Modifier ou déplacer le texte"},
+    TTextRecord{TextInsert, u"Insert Text", u"Text einfügen", u"Insérer un texte"},
+    TTextRecord{DataReduction, u"Data reduction", u"Datenreduktion", u"Réduction des données"},
+    TTextRecord{StatusBlock, u"Block ", u"Block ", u"Bloc "},
+    TTextRecord{
+        StatusZoomHint,
+        u"Zoom: Mark selection with left mouse button pressed, Move: with right mouse button pressed",
+        u"Zoom: Bereich mit gedrückter linker Maustaste markieren, Verschieben: mit gedrückter rechter "
+        u"Maustaste",
+        u"Zoom : marquer la sélection avec le bouton gauche de la souris enfoncé, Déplacer : avec le "
+        u"bouton droit enfoncé"},
+    TTextRecord{StatusScrollX, u"X= ", u"X= ", u"X= "},
+
+    // Crosshair read-outs
+    TTextRecord{ReadX1, u"X1=", u"X1=", u"X1="},
+    TTextRecord{ReadY1, u"Y1=", u"Y1=", u"Y1="},
+    TTextRecord{ReadX2, u"X2=", u"X2=", u"X2="},
+    TTextRecord{ReadY2, u"Y2=", u"Y2=", u"Y2="},
+    TTextRecord{ReadDX, u"X2-X1=", u"X2-X1=", u"X2-X1="},
+    TTextRecord{ReadDY, u"Y2-Y1=", u"Y2-Y1=", u"Y2-Y1="},
+
+    // Chart and table view
+    TTextRecord{ChartStartTime, u"Start time : ", u"Startzeit : ", u"Heure de début : "},
+    TTextRecord{ColumnTime, u"Time", u"Zeit", u"Temps"},
+
+    // Configuration page
+    TTextRecord{CfgGeneral, u"General", u"Allgemein", u"Général"},
+    TTextRecord{CfgCurves, u"Curves", u"Kurven", u"Courbes"},
+    TTextRecord{CfgAxisBottom, u"Time axis", u"Zeitachse", u"Axe du temps"},
+    TTextRecord{CfgAxisLeft, u"Left Y axis", u"Linke Y-Achse", u"Axe Y gauche"},
+    TTextRecord{CfgAxisRight, u"Right Y axis", u"Rechte Y-Achse", u"Axe Y droit"},
+    TTextRecord{CfgCursor, u"Cursor", u"Cursor", u"Curseur"},
+    TTextRecord{CfgTitle, u"Title", u"Titel", u"Titre"},
+    TTextRecord{CfgFooter, u"Footer", u"Fußzeile", u"Pied de page"},
+    TTextRecord{CfgShowStartTime, u"Show start date and time", u"Startdatum und -zeit anzeigen",
+                u"Afficher la date et l’heure de début"},
+    TTextRecord{CfgShowZebName, u"Show ZEB name", u"ZEB-Name anzeigen", u"Afficher le nom du ZEB"},
+    TTextRecord{CfgFontTitle, u"Title font", u"Schrift Titel", u"Police du titre"},
+    TTextRecord{CfgFontLegend, u"Legend font", u"Schrift Legende", u"Police de la légende"},
+    TTextRecord{CfgFontAxes, u"Axes font", u"Schrift Achsen", u"Police des axes"},
+    TTextRecord{CfgFontText, u"Text font", u"Schrift Text", u"Police du texte"},
+    TTextRecord{CfgFontStyles, u"\"standard\",\"bold\",\"italic\",\"bold+italic\"",
+                u"\"Standard\",\"fett\",\"kursiv\",\"fett+kursiv\"",
+                u"\"standard\",\"gras\",\"italique\",\"gras+italique\""},
+    TTextRecord{CfgName, u"Name", u"Name", u"Nom"},
+    TTextRecord{CfgAutomatic, u"Automatic", u"Automatisch", u"Automatique"},
+    TTextRecord{CfgMinimum, u"Minimum", u"Minimum", u"Minimum"},
+    TTextRecord{CfgMaximum, u"Maximum", u"Maximum", u"Maximum"},
+    TTextRecord{CfgIncrement, u"Increment", u"Schrittweite", u"Pas"},
+    TTextRecord{CfgAxisType, u"Axis type", u"Achsentyp", u"Type d’axe"},
+    TTextRecord{
+        CfgAxisTypes,
+        u"\"Time axis with time in seconds beginning at 0\",\"Time axis in time format beginning at 0\","
+        u"\"Time axis in date/time format\"",
+        u"\"Zeitachse mit Zeit in Sekunden ab 0\",\"Zeitachse im Zeitformat ab 0\","
+        u"\"Zeitachse im Datums-/Zeitformat\"",
+        u"\"Axe du temps en secondes à partir de 0\",\"Axe du temps au format horaire à partir de 0\","
+        u"\"Axe du temps au format date/heure\""},
+    TTextRecord{CfgFormat, u"Format", u"Format", u"Format"},
+    TTextRecord{CfgFormatRelative, u"Format (relative time)", u"Format (relative Zeit)",
+                u"Format (temps relatif)"},
+    TTextRecord{CfgFormatAbsolute, u"Format (date/time)", u"Format (Datum/Zeit)", u"Format (date/heure)"},
+    TTextRecord{CfgFormatX, u"Format X", u"Format X", u"Format X"},
+    TTextRecord{CfgFormatY, u"Format Y", u"Format Y", u"Format Y"},
+    TTextRecord{CfgYAxis, u"Y axis", u"Y-Achse", u"Axe Y"},
+    TTextRecord{CfgLineWidth, u"Line Width", u"Linienbreite", u"Épaisseur de ligne"},
+    TTextRecord{CfgCursorAxes, u"\"left\",\"right\"", u"\"links\",\"rechts\"", u"\"gauche\",\"droite\""},
+    TTextRecord{CfgCurveNumber, u"No.", u"Nr.", u"N°"},
+    TTextRecord{CfgCurveSerial, u"Serial number", u"Seriennummer", u"Numéro de série"},
+    TTextRecord{CfgCurveDescription, u"Description", u"Bezeichnung", u"Désignation"},
+    TTextRecord{CfgCurveAxis, u"Axis", u"Achse", u"Axe"},
+    TTextRecord{CfgCurveColor, u"Color", u"Farbe", u"Couleur"},
+    TTextRecord{CfgCurveWidth, u"Width", u"Breite", u"Épaisseur"},
+    TTextRecord{CfgCurveType, u"Type", u"Typ", u"Type"},
+    TTextRecord{CfgCurveAxes, u"\"inactive\",\"left\",\"right\"", u"\"inaktiv\",\"links\",\"rechts\"",
+                u"\"inactif\",\"gauche\",\"droite\""},
+    TTextRecord{CfgCurveTypes, u"\"line\",\"line and points\"", u"\"Linie\",\"Linie und Punkte\"",
+                u"\"ligne\",\"ligne et points\""},
+
+    // Text notices
+    TTextRecord{NoteDelete, u"Delete", u"Löschen", u"Supprimer"},
+    TTextRecord{NoteInsertXY1, u"Insert X1, Y1", u"X1, Y1 einfügen", u"Insérer X1, Y1"},
+    TTextRecord{NoteInsertXY2, u"Insert X2, Y2", u"X2, Y2 einfügen", u"Insérer X2, Y2"},
+    TTextRecord{NoteInsertDiff, u"Insert X2-X1, Y2-Y1", u"X2-X1, Y2-Y1 einfügen", u"Insérer X2-X1, Y2-Y1"},
+    TTextRecord{NoteModify, u"Change", u"Ändern", u"Modifier"},
+    TTextRecord{NoteModifyTitle, u"modify notice", u"Notiz ändern", u"modifier la note"},
+    TTextRecord{NoteNewTitle, u"New notice", u"Neue Notiz", u"Nouvelle note"},
+
+    // Print preview
+    TTextRecord{PrintProportional, u"&proportional", u"&proportional", u"&proportionnel"},
+    TTextRecord{PrintOrientation, u"&Orientation", u"&Ausrichtung", u"&Orientation"},
+    TTextRecord{PrintOrientations, u"\"Portrait\",\"Landscape\"", u"\"Hochformat\",\"Querformat\"",
+                u"\"Portrait\",\"Paysage\""},
+    TTextRecord{PrintMargins, u"&Margins (in %)", u"&Ränder (in %)", u"&Marges (en %)"},
+    TTextRecord{PrintMarginLeft, u"Left", u"Links", u"Gauche"},
+    TTextRecord{PrintMarginRight, u"Right", u"Rechts", u"Droite"},
+    TTextRecord{PrintMarginTop, u"Top", u"Oben", u"Haut"},
+    TTextRecord{PrintMarginBottom, u"Bottom", u"Unten", u"Bas"},
+    TTextRecord{PrintPrinter, u"Printer", u"Drucker", u"Imprimante"},
+    TTextRecord{PrintProperties, u"&Properties", u"&Eigenschaften", u"&Propriétés"},
+    TTextRecord{PrintPrint, u"Pri&nt", u"&Drucken", u"&Imprimer"},
+    TTextRecord{PrintBack, u"&Back", u"&Zurück", u"&Retour"},
+
+    // Integration and flow dialog
+    TTextRecord{CalcDlgIntegration, u"Numerical integration", u"Numerische Integration",
+                u"Intégration numérique"},
+    TTextRecord{CalcDlgFlow, u"Calculation of flow", u"Berechnung des Durchflusses", u"Calcul du débit"},
+    TTextRecord{CalcDlgBegin, u"Begin", u"Beginn", u"Début"},
+    TTextRecord{CalcDlgEnd, u"End", u"Ende", u"Fin"},
+    TTextRecord{CalcDlgSelectCurve, u"Select curve:", u"Auswahl der Kurve:", u"Choix de la courbe :"},
+    TTextRecord{CalcDlgCompute, u"Calculate", u"Berechnen", u"Calculer"},
+    TTextRecord{CalcDlgClose, u"Close", u"Ende", u"Fermer"},
+    TTextRecord{CalcDlgResult, u"Result:", u"Ergebnis:", u"Résultat :"},
+    TTextRecord{CalcDlgFromAxis, u"Time axis X", u"Zeitachse X", u"Axe du temps X"},
+    TTextRecord{CalcDlgFromCursor, u"Crosshairs", u"Fadenkreuz", u"Réticule"},
+
+    // Calculation and limit views ("STDEF=" is spelled so on purpose)
+    TTextRecord{ViewCalcCaption, u"Calculation", u"Berechnung", u"Calcul"},
+    TTextRecord{ViewColumnCurve, u"Curve", u"Kurve", u"Courbe"},
+    TTextRecord{ViewColumnParameter, u"Parameter", u"Parameter", u"Paramètre"},
+    TTextRecord{ViewColumnValue, u"Value", u"Wert", u"Valeur"},
+    TTextRecord{ViewMinimum, u"Minimum=", u"Minimum=", u"Minimum="},
+    TTextRecord{ViewMaximum, u"Maximum=", u"Maximum=", u"Maximum="},
+    TTextRecord{ViewAverage, u"Average=", u"Mittelwert=", u"Moyenne="},
+    TTextRecord{ViewStdDev, u"STDEF=", u"STDEF=", u"STDEF="},
+    TTextRecord{ViewOutOfLimits, u"Out of limits time=", u"Zeit außerhalb der Grenzwerte=",
+                u"Temps hors limites="},
+    TTextRecord{ViewWithinLimits, u"Within limits time=", u"Zeit innerhalb der Grenzwerte=",
+                u"Temps dans les limites="},
+    TTextRecord{ViewClipboard, u"Clipboard", u"Zwischenablage", u"Presse-papiers"},
+
+    // FFT view ("Frequenz in Hz" is shown in German in every language)
+    TTextRecord{FftReset, u"Reset", u"Zurücksetzen", u"Réinitialiser"},
+    TTextRecord{FftWindowToBand, u"Window = Band", u"Fenster = Band", u"Fenêtre = Bande"},
+    TTextRecord{FftBandToWindow, u"Band = Window", u"Band = Fenster", u"Bande = Fenêtre"},
+    TTextRecord{FftEditor, u"Editor", u"Editor", u"Éditeur"},
+    TTextRecord{FftInput, u"Input", u"Eingang", u"Entrée"},
+    TTextRecord{FftTimeAxis, u"t in s", u"t in s", u"t en s"},
+    TTextRecord{FftFrequencyAxis, u"Frequenz in Hz", u"Frequenz in Hz", u"Frequenz in Hz"},
+    TTextRecord{FftBandStart, u"X1= ", u"X1= ", u"X1= "},
+    TTextRecord{FftBandEnd, u"X2= ", u"X2= ", u"X2= "},
+    TTextRecord{FftBandPoints, u"D = ", u"D = ", u"D = "},
+
+    // Additional flow channel
+    TTextRecord{KessaCaption, u"Additional FLOW channel", u"zusätzlicher FLOW-Kanal",
+                u"Canal FLOW supplémentaire"},
+    TTextRecord{KessaActive, u"active", u"aktiv", u"actif"},
+    TTextRecord{KessaUnit, u"Unit", u"Einheit", u"Unité"},
+    TTextRecord{KessaFactor, u"Multiplier", u"Multiplikator", u"Multiplicateur"},
+    TTextRecord{KessaOffset, u"Offset", u"Offset", u"Décalage"},
+    TTextRecord{KessaSelectCurve, u"Please select the reference curve:", u"Bitte Referenzkurve wählen:",
+                u"Veuillez choisir la courbe de référence :"},
+
+    // Go-to-time and date/time input
+    TTextRecord{GoToCaption, u"Go to time", u"Gehe zu Zeit", u"Aller au temps"},
+    TTextRecord{GoToLabel, u"Time in seconds:", u"Zeit in Sekunden:", u"Temps en secondes :"},
+    TTextRecord{DateTimeOk, u"&OK", u"&OK", u"&OK"},
+    TTextRecord{DateTimeCancel, u"&Cancel", u"Ab&bruch", u"&Annuler"},
+};
+
+static_assert(kTable.size() == size_t(TTextId::Count), "one record per text identity");
+
+consteval bool InIdentityOrder() {
+    for (size_t i = 0; i < kTable.size(); ++i)
+        if (size_t(kTable[i].Id) != i) return false;
+    return true;
+}
+static_assert(InIdentityOrder(), "records must stand in the order of TTextId");
+
+const char16_t* TextOf(const TTextRecord& r, int language) {
+    switch (language) {
+    case LangGerman:
+        return r.German;
+    case LangFrench:
+        return r.French;
+    default:
+        return r.English;
+    }
+}
+
+struct TCurrentTexts {
+    int Language = LangGerman;
+    std::array<QString, kTable.size()> Texts;
+    TCurrentTexts() { Fill(LangGerman); }
+    void Fill(int language) {
+        Language = language;
+        for (size_t i = 0; i < kTable.size(); ++i)
+            Texts[i] = QString::fromUtf16(TextOf(kTable[i], language));
+    }
+};
+
+// German until the switch: a text read before it reads in German.
+TCurrentTexts& Current() {
+    static TCurrentTexts current;
+    return current;
+}
+
+size_t IndexOf(TTextId id) {
+    const auto i = size_t(id);
+    return i < kTable.size() ? i : 0;
+}
+
+} // namespace
+
+std::span<const TTextRecord> TextTable() {
+    return kTable;
+}
+
+QString Txt(TTextId id) {
+    return Current().Texts[IndexOf(id)];
+}
+
+QString TxtIn(TTextId id, int language) {
+    return QString::fromUtf16(TextOf(kTable[IndexOf(id)], language));
+}
+
+QStringList SplitQuotedList(const QString& text) {
+    QStringList items;
+    qsizetype i = 0;
+    while (true) {
+        const qsizetype open = text.indexOf(QLatin1Char('"'), i);
+        if (open < 0) break;
+        const qsizetype close = text.indexOf(QLatin1Char('"'), open + 1);
+        if (close < 0) break;
+        items << text.mid(open + 1, close - open - 1);
+        i = close + 1;
+    }
+    return items;
+}
+
+QStringList TxtList(TTextId id) {
+    return SplitQuotedList(Txt(id));
+}
+
+QString FormatText(const QString& text, std::initializer_list<QString> args) {
+    QString out;
+    out.reserve(text.size());
+    auto arg = args.begin();
+    const QLatin1String placeholder("%s");
+    qsizetype i = 0;
+    while (true) {
+        const qsizetype at = text.indexOf(placeholder, i);
+        if (at < 0 || arg == args.end()) break;
+        out += QStringView(text).mid(i, at - i);
+        out += *arg++;
+        i = at + placeholder.size();
+    }
+    out += QStringView(text).mid(i);
+    return out;
+}
+
+QString TxtFmt(TTextId id, std::initializer_list<QString> args) {
+    return FormatText(Txt(id), args);
+}
+
+int CurrentLanguage() {
+    return Current().Language;
+}
+
+void SwitchTexts(int language) {
+    if (language != LangGerman && language != LangFrench) language = LangEnglish;
+    Current().Fill(language);
+}
+
+} // namespace zeb
