@@ -5,13 +5,17 @@
 //                                     everything the loader reads, as JSON
 //   zebtool info FILE                 a short summary
 
+#include "DataBase.h"
 #include "DataFile.h"
+#include "FileThread.h"
 #include "Formats.h"
 #include "RecordingGenerator.h"
 #include "RecordingWalk.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
+#include <QEventLoop>
+#include <QFileInfo>
 #include <QStringList>
 #include <QTextStream>
 
@@ -38,7 +42,7 @@ int Usage() {
              "              [--no-limits] [--zeb-name TEXT] [--logger TEXT] [--quiet] OUT.zeb\n"
              "  zebtool blocks FILE\n"
              "  zebtool dump [--answer N | --no-ask] [--variant CODE] FILE\n"
-             "  zebtool info [--variant CODE] FILE\n";
+             "  zebtool info [--answer N | --no-ask] [--variant CODE] FILE\n";
     Err().flush();
     return 2;
 }
@@ -199,119 +203,74 @@ int Blocks(const QString& path, int variant) {
 
 // ------------------------------------------------------------------ dump / info
 
-struct TCurveDump {
-    QString module, channel, unit, logger;
-    int alarm = 0, record = 0;
-    double value1 = 0, value2 = 0;
-    std::vector<double> t, v;
-    std::vector<TPointKind> kind;
+// Loads through the loader thread and the store, exactly as the viewer does.
+struct TLoad {
+    int status = TFileThread::kResultError;
+    qint64 values = 0;
 };
 
-class TDumpReceiver : public TRecordingReceiver {
-public:
-    int answer = 2;
-    bool ask = true;
-    int status = -2;
-    bool asked = false;
-    QString creator, zebName, loggerName, defect;
-    double startDays = 0;
-    int mode = 0;
-    std::vector<TCurveDump> curves;
-
-    void SetCreator(const QString& c) override { creator = c; }
-    void SetStartTime(double d) override { startDays = d; }
-    void AddCurve(const QString& m) override {
-        curves.emplace_back();
-        curves.back().module = m;
-    }
-    void SetChannelName(int c, const QString& s) override { curves[size_t(c)].channel = s; }
-    void SetUnit(int c, const QString& s) override { curves[size_t(c)].unit = s; }
-    void SetLoggerName(int c, const QString& s) override { curves[size_t(c)].logger = s; }
-    void LoggerNamesDone() override {
-        loggerName = curves.empty() ? QString() : curves.front().logger;
-        mode = 3;
-    }
-    void SetZebName(const QString& s) override { zebName = s; }
-    void SetLimits(int c, quint16 alarm, quint16 record, double v1, double v2) override {
-        auto& cu = curves[size_t(c)];
-        cu.alarm = alarm;
-        cu.record = record;
-        cu.value1 = v1;
-        cu.value2 = v2;
-    }
-    void ClearAllLimits() override {
-        for (auto& c : curves) c.alarm = 0;
-    }
-    void AddPoints(int c, std::span<const double> t, std::span<const double> v,
-                   std::span<const TPointKind> k) override {
-        auto& cu = curves[size_t(c)];
-        cu.t.insert(cu.t.end(), t.begin(), t.end());
-        cu.v.insert(cu.v.end(), v.begin(), v.end());
-        cu.kind.insert(cu.kind.end(), k.begin(), k.end());
-    }
-    void ReportDefect(const QString& text) override { defect = text; }
-    bool AfterDataBlock(qint64 count) override {
-        if (asked || count <= 2500000) return true;
-        const int res = ask ? answer : -1;
-        switch (res) {
-        case 1: status = -1; return false;
-        case 2: asked = true; return true;
-        case 3: status = -5; return false;
-        default: status = -3; return false;
-        }
-    }
-};
-
-int Load(const QString& path, TDumpReceiver& r, int variant, qint64& values) {
-    QString error;
-    auto file = TDataFile::CreateLoad(path, &error);
-    if (!file) {
-        Err() << "zebtool: cannot open " << path << ": " << error << "\n";
-        return 1;
-    }
-    TRecordingWalk walk(*file, r, variant);
-    switch (walk.Run()) {
-    case TRecordingWalk::TEnd::EndOfStream:
-    case TRecordingWalk::TEnd::EmptyBlock:
-    case TRecordingWalk::TEnd::Truncated: r.status = -1; break;
-    case TRecordingWalk::TEnd::Stopped: break; // the answer set it
-    case TRecordingWalk::TEnd::Cancelled: r.status = -3; break;
-    default: r.status = -2; break;
-    }
-    if (!r.defect.isEmpty()) Err() << r.defect << "\n";
-    values = walk.ValueCount();
-    return 0;
+TLoad Load(TDataBase& db, const QString& path, int variant, bool ask, int answer) {
+    TLoad res;
+    db.AddFile(path);
+    QEventLoop loop;
+    TAskProc askProc;
+    if (ask) askProc = [answer](int& r) { r = answer; };
+    TFileThread thread(
+        &db, path,
+        [&](int index, const QString& text) {
+            if (index == TFileThread::kDefect) Err() << text << "\n";
+            if (index == TFileThread::kValueCount) res.values = text.toLongLong();
+            if (index <= TFileThread::kResultOk) {
+                res.status = index;
+                loop.quit();
+            }
+        },
+        askProc, variant);
+    loop.exec();
+    thread.wait();
+    if (res.values == 0) res.values = thread.ValueCount();
+    return res;
 }
 
-int Dump(QStringList args) {
-    TDumpReceiver r;
-    int variant = 0;
-    QString path;
+bool ParseLoadArgs(const QStringList& args, QString& path, int& variant, bool& ask, int& answer) {
     for (int i = 0; i < args.size(); ++i) {
-        if (args[i] == QLatin1String("--no-ask")) r.ask = false;
-        else if (args[i] == QLatin1String("--answer") && i + 1 < args.size()) r.answer = args[++i].toInt();
+        if (args[i] == QLatin1String("--no-ask")) ask = false;
+        else if (args[i] == QLatin1String("--answer") && i + 1 < args.size()) answer = args[++i].toInt();
         else if (args[i] == QLatin1String("--variant") && i + 1 < args.size()) variant = args[++i].toInt();
         else if (path.isEmpty() && !args[i].startsWith(QLatin1String("--"))) path = args[i];
-        else return Usage();
+        else return false;
     }
-    if (path.isEmpty()) return Usage();
-    qint64 values = 0;
-    if (Load(path, r, variant, values)) return 1;
+    return !path.isEmpty();
+}
+
+int Dump(const QStringList& args) {
+    QString path;
+    int variant = 0, answer = 2;
+    bool ask = true;
+    if (!ParseLoadArgs(args, path, variant, ask, answer)) return Usage();
+    if (!QFileInfo::exists(path)) {
+        Err() << "zebtool dump: no such file: " << path << "\n";
+        return 1;
+    }
+    TDataBase db;
+    const TLoad res = Load(db, path, variant, ask, answer);
 
     QTextStream& o = Out();
-    o << "{\"status\": " << r.status << ", \"creator\": " << JsonString(r.creator)
-      << ", \"start_time\": " << Num(r.startDays) << ", \"zeb_name\": " << JsonString(r.zebName)
-      << ", \"logger_name\": " << JsonString(r.loggerName) << ", \"mode\": " << r.mode << ", \"values\": " << values
-      << ", \"curves\": [";
-    for (size_t c = 0; c < r.curves.size(); ++c) {
-        const TCurveDump& cu = r.curves[c];
-        o << (c ? ", " : "") << "{\"module\": " << JsonString(cu.module) << ", \"channel\": " << JsonString(cu.channel)
-          << ", \"unit\": " << JsonString(cu.unit) << ", \"logger\": " << JsonString(cu.logger)
-          << ", \"alarm\": " << cu.alarm << ", \"record\": " << cu.record << ", \"value1\": " << Num(cu.value1)
-          << ", \"value2\": " << Num(cu.value2) << ", \"points\": [";
-        for (size_t i = 0; i < cu.t.size(); ++i) {
-            o << (i ? ", [" : "[") << Num(cu.t[i]) << ", "
-              << (cu.kind[i] == TPointKind::Gap ? QStringLiteral("null") : Num(cu.v[i])) << "]";
+    o << "{\"status\": " << res.status << ", \"creator\": " << JsonString(db.Creator())
+      << ", \"start_time\": " << Num(db.StartTime()) << ", \"zeb_name\": " << JsonString(db.ZebName())
+      << ", \"logger_name\": " << JsonString(db.LoggerName()) << ", \"mode\": " << db.Mode()
+      << ", \"values\": " << res.values << ", \"curves\": [";
+    for (int c = 0; c < db.Curve_Count(); ++c) {
+        const TMseSettingsCurve& cu = db.Settings().Curves[c];
+        const TCurveData& d = db.Data(c);
+        o << (c ? ", " : "") << "{\"module\": " << JsonString(cu.sModulName.Value)
+          << ", \"channel\": " << JsonString(cu.sChannelName.Value) << ", \"unit\": " << JsonString(cu.sUnit)
+          << ", \"logger\": " << JsonString(cu.sLoggername) << ", \"alarm\": " << cu.LAlarm
+          << ", \"record\": " << cu.LRecord << ", \"value1\": " << Num(cu.LValue1) << ", \"value2\": " << Num(cu.LValue2)
+          << ", \"points\": [";
+        for (qint64 i = 0; i < d.Count(); ++i) {
+            o << (i ? ", [" : "[") << Num(d.Time(i)) << ", " << (d.IsGap(i) ? QStringLiteral("null") : Num(d.Value(i)))
+              << "]";
         }
         o << "]}";
     }
@@ -319,35 +278,34 @@ int Dump(QStringList args) {
     return 0;
 }
 
-int Info(QStringList args) {
-    int variant = 0;
+int Info(const QStringList& args) {
     QString path;
-    for (int i = 0; i < args.size(); ++i) {
-        if (args[i] == QLatin1String("--variant") && i + 1 < args.size()) variant = args[++i].toInt();
-        else if (path.isEmpty() && !args[i].startsWith(QLatin1String("--"))) path = args[i];
-        else return Usage();
+    int variant = 0, answer = 2;
+    bool ask = true;
+    if (!ParseLoadArgs(args, path, variant, ask, answer)) return Usage();
+    if (!QFileInfo::exists(path)) {
+        Err() << "zebtool info: no such file: " << path << "\n";
+        return 1;
     }
-    if (path.isEmpty()) return Usage();
-    TDumpReceiver r;
-    r.ask = true;
-    r.answer = 2;
-    qint64 values = 0;
-    if (Load(path, r, variant, values)) return 1;
-    zeb::SetFormats(0);
+    TDataBase db;
+    const TLoad res = Load(db, path, variant, ask, answer);
     QTextStream& o = Out();
     o << "file:        " << path << "\n"
-      << "status:      " << r.status << "\n"
-      << "creator:     " << r.creator << "\n"
-      << "start time:  " << zeb::FormatTime(0, r.startDays * zeb::kSecondsPerDay) << "\n"
-      << "ZEB name:    " << r.zebName << "\n"
-      << "logger name: " << r.loggerName << "\n"
-      << "values:      " << values << "\n"
-      << "curves:      " << r.curves.size() << "\n";
-    for (size_t c = 0; c < r.curves.size(); ++c) {
-        const TCurveDump& cu = r.curves[c];
-        o << QStringLiteral("  %1 %2 / %3 [%4]: %5 points").arg(c).arg(cu.module, cu.channel, cu.unit).arg(cu.t.size());
-        if (!cu.t.empty())
-            o << ", " << zeb::FormatTime(1, cu.t.front()) << " .. " << zeb::FormatTime(1, cu.t.back());
+      << "status:      " << res.status << "\n"
+      << "creator:     " << db.Creator() << "\n"
+      << "start time:  " << zeb::FormatTime(0, db.StartTime() * zeb::kSecondsPerDay) << "\n"
+      << "ZEB name:    " << db.ZebName() << "\n"
+      << "logger name: " << db.LoggerName() << "\n"
+      << "values:      " << res.values << "\n"
+      << "curves:      " << db.Curve_Count() << "\n";
+    for (int c = 0; c < db.Curve_Count(); ++c) {
+        const TMseSettingsCurve& cu = db.Settings().Curves[c];
+        const TCurveData& d = db.Data(c);
+        o << QStringLiteral("  %1 %2 / %3 [%4]: %5 points")
+                 .arg(c)
+                 .arg(cu.sModulName.Value, cu.sChannelName.Value, cu.sUnit)
+                 .arg(d.Count());
+        if (!d.IsEmpty()) o << ", " << zeb::FormatTime(1, d.FirstTime()) << " .. " << zeb::FormatTime(1, d.LastTime());
         o << "\n";
     }
     return 0;

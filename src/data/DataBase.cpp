@@ -1,0 +1,610 @@
+#include "DataBase.h"
+
+#include "Formats.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace {
+
+// Colours of new curves (0x00BBGGRR), in the order the curves come.
+constexpr int kPalette[] = {0x0000FF, 0x008000, 0xFF0000, 0x00A5FF, 0x800080, 0x808000, 0x008080, 0x4B0082,
+                            0x2F6B55, 0xB469FF, 0x000080, 0x808080};
+
+} // namespace
+
+// ====================================================================== receiver
+
+void TStoreReceiver::SetCreator(const QString& creator) { FDb.FCreator = creator; }
+
+void TStoreReceiver::SetStartTime(double days) {
+    FDb.FStartTime = days;
+    FDb.FStartTimeText << QStringLiteral("Startzeit : ") + QLatin1Char(' ') +
+                              zeb::FormatTime(0, days * zeb::kSecondsPerDay);
+}
+
+void TStoreReceiver::AddCurve(const QString& moduleName) {
+    const int index = FDb.Curve_Count();
+    FDb.FCurves.push_back(std::make_unique<TDataBase::TCurve>());
+    TMseSettingsCurve& c = FDb.FSettings.Curves.Add();
+    c.Axis.Reset(1);
+    c.Color.Reset(kPalette[index % int(std::size(kPalette))]);
+    c.sModulName.Set(moduleName);
+    if (index == 0) FDb.FModulName = moduleName;
+}
+
+void TStoreReceiver::SetChannelName(int curve, const QString& name) { FDb.Cfg(curve).sChannelName.Set(name); }
+void TStoreReceiver::SetUnit(int curve, const QString& unit) { FDb.Cfg(curve).sUnit = unit; }
+void TStoreReceiver::SetLoggerName(int curve, const QString& name) { FDb.Cfg(curve).sLoggername = name; }
+
+void TStoreReceiver::LoggerNamesDone() {
+    FDb.FLoggerName = FDb.Curve_Count() > 0 ? FDb.Cfg(0).sLoggername : QString();
+    FDb.FMode = 3;
+}
+
+void TStoreReceiver::SetZebName(const QString& name) {
+    FDb.FZebName = name;
+    FDb.FNameText << QStringLiteral("ZEB : ") + QLatin1Char(' ') + name;
+}
+
+void TStoreReceiver::SetLimits(int curve, quint16 alarm, quint16 record, double value1, double value2) {
+    TMseSettingsCurve& c = FDb.Cfg(curve);
+    c.LAlarm = alarm;
+    c.LRecord = record;
+    c.LValue1 = value1;
+    c.LValue2 = value2;
+    FDb.AddLimitLines(curve);
+}
+
+void TStoreReceiver::ClearAllLimits() {
+    for (int i = 0; i < FDb.Curve_Count(); ++i) FDb.Cfg(i).LAlarm = 0;
+    FDb.ClearLimitLines();
+}
+
+void TStoreReceiver::SetReaderMarker() { FDb.FReaderMarker = true; }
+
+void TStoreReceiver::AddPoints(int curve, std::span<const double> times, std::span<const double> values,
+                               std::span<const TPointKind> kinds) {
+    FDb.Data(curve).Append(times, values, kinds);
+}
+
+// ====================================================================== life
+
+TDataBase::TDataBase(QObject* parent) : QObject(parent) {}
+TDataBase::~TDataBase() = default;
+
+void TDataBase::Repaint(bool withData) { Q_EMIT repaintRequested(withData); }
+
+void TDataBase::Reset() {
+    FCurves.clear();
+    FSettings.Curves.Clear();
+    for (auto& w : FWork) w.Clear();
+    FRows.Clear();
+    FPrintRow.Clear();
+    FLimitLines.clear();
+    FFirstTime = 0.0;
+    FStartTime = 0.0;
+    FCreator.clear();
+    FModulName.clear();
+    FLoggerName.clear();
+    FZebName.clear();
+    FStartTimeText.clear();
+    FNameText.clear();
+    FMode = 0;
+    FReaderMarker = false;
+    FIsBigData = false;
+    FIsBigDataOn = false;
+}
+
+void TDataBase::AddFile(const QString& fileName) {
+    Reset();
+    FFileName = fileName;
+}
+
+void TDataBase::DeleteEmptyCurves() {
+    for (int i = Curve_Count() - 1; i >= 0; --i) {
+        if (!Data(i).IsEmpty()) continue;
+        FCurves.erase(FCurves.begin() + i);
+        FSettings.Curves.Delete(i);
+        std::erase_if(FLimitLines, [i](const TLimitLine& l) { return l.Curve == i; });
+        for (TLimitLine& l : FLimitLines)
+            if (l.Curve > i) --l.Curve;
+    }
+    // Tool indices follow the lines' positions.
+    for (int i = 0; i < Curve_Count(); ++i) Cfg(i).LTool1 = Cfg(i).LTool2 = -1;
+    for (int k = 0; k < int(FLimitLines.size()); ++k) {
+        TMseSettingsCurve& c = Cfg(FLimitLines[size_t(k)].Curve);
+        (FLimitLines[size_t(k)].Which == 1 ? c.LTool1 : c.LTool2) = k;
+    }
+    FRows.Clear();
+}
+
+qint64 TDataBase::ValueCount() const {
+    qint64 n = 0;
+    for (const auto& c : FCurves) n += c->Data.Count();
+    return n;
+}
+
+// ====================================================================== curves
+
+void TDataBase::Curve_SetActive(int curve, bool active) {
+    if (Curve_IsValid(curve)) FCurves[size_t(curve)]->Active = active;
+}
+
+QString TDataBase::Curve_NameGet(int curve) const {
+    if (!Curve_IsValid(curve)) return {};
+    const TMseSettingsCurve& c = Cfg(curve);
+    if (!c.Title.Value.isEmpty()) return c.Title.Value;
+    if (!c.sChannelName.Value.isEmpty()) return c.sChannelName.Value;
+    return c.sModulName.Value;
+}
+
+void TDataBase::Curve_NameSet(int curve, const QString& name) {
+    if (Curve_IsValid(curve)) Cfg(curve).Title.Set(name);
+}
+
+QString TDataBase::Curve_UnitGet(int curve) const { return Curve_IsValid(curve) ? Cfg(curve).sUnit : QString(); }
+
+QString TDataBase::AddUnit(const QString& name, const QString& unit) {
+    return unit.isEmpty() ? name : name + QStringLiteral(" [") + unit + QLatin1Char(']');
+}
+
+QString TDataBase::Curve_NameUnitGet(int curve) const { return AddUnit(Curve_NameGet(curve), Curve_UnitGet(curve)); }
+
+QString TDataBase::Curve_LoggernameGet(int curve) const {
+    return Curve_IsValid(curve) ? Cfg(curve).sLoggername : QString();
+}
+
+QString TDataBase::Curve_SNumberGet(int curve) const {
+    return Curve_IsValid(curve) ? Cfg(curve).sModulName.Value : QString();
+}
+
+#define ZEB_CURVE_PROP(Name, Field, Type, Fallback)                                                          \
+    Type TDataBase::Curve_##Name##Get(int curve) const {                                                     \
+        return Curve_IsValid(curve) ? Cfg(curve).Field.Value : Fallback;                                     \
+    }                                                                                                        \
+    void TDataBase::Curve_##Name##Set(int curve, Type value) {                                               \
+        if (Curve_IsValid(curve)) Cfg(curve).Field.Set(value);                                               \
+    }
+ZEB_CURVE_PROP(Color, Color, int, 0)
+ZEB_CURVE_PROP(Width, Width, int, 1)
+ZEB_CURVE_PROP(Type, Type, int, 0)
+ZEB_CURVE_PROP(Axis, Axis, int, 0)
+#undef ZEB_CURVE_PROP
+
+QString TDataBase::Curve_FormatGet(int curve) const {
+    return Curve_IsValid(curve) ? Cfg(curve).Format.Value : QStringLiteral("0.000");
+}
+
+void TDataBase::Curve_FormatSet(int curve, const QString& format) {
+    if (Curve_IsValid(curve)) Cfg(curve).Format.Set(format);
+}
+
+void TDataBase::AddLimitLines(int curve) {
+    // Mode 1 and 2 test against L1 only; 3 and 4 need both lines.
+    TMseSettingsCurve& c = Cfg(curve);
+    std::erase_if(FLimitLines, [curve](const TLimitLine& l) { return l.Curve == curve; });
+    c.LTool1 = c.LTool2 = -1;
+    if (c.LAlarm >= 1 && c.LAlarm <= 4) {
+        c.LTool1 = int(FLimitLines.size());
+        FLimitLines.push_back({curve, 1, c.LValue1});
+    }
+    if (c.LAlarm == 3 || c.LAlarm == 4) {
+        c.LTool2 = int(FLimitLines.size());
+        FLimitLines.push_back({curve, 2, c.LValue2});
+    }
+}
+
+void TDataBase::Curve_SetLimitLines(int curve, bool on) {
+    if (Curve_IsValid(curve)) FCurves[size_t(curve)]->LimitsShown = on;
+}
+
+bool TDataBase::Curve_LimitLinesOn(int curve) const {
+    return FLimitsOn && Curve_IsValid(curve) && FCurves[size_t(curve)]->LimitsShown;
+}
+
+void TDataBase::Curve_SetAllLimitLines(bool on) {
+    FLimitsOn = on;
+    for (auto& c : FCurves) c->LimitsShown = on;
+}
+
+void TDataBase::ClearLimitLines() {
+    FLimitLines.clear();
+    for (int i = 0; i < Curve_Count(); ++i) Cfg(i).LTool1 = Cfg(i).LTool2 = -1;
+}
+
+bool TDataBase::IsUsedAxis(int axis) const {
+    for (int i = 0; i < Curve_Count(); ++i)
+        if (Curve_IsActive(i) && Curve_AxisGet(i) == axis) return true;
+    return false;
+}
+
+bool TDataBase::IsFlowCurve(int curve) const {
+    if (!Curve_IsValid(curve)) return false;
+    QString unit = Curve_UnitGet(curve);
+    unit.replace(QChar(0xB3), QLatin1Char('3'));
+    return unit.compare(QLatin1String("m3/h"), Qt::CaseInsensitive) == 0 ||
+           unit.compare(QLatin1String("l/min"), Qt::CaseInsensitive) == 0 ||
+           unit.compare(QLatin1String("l/h"), Qt::CaseInsensitive) == 0;
+}
+
+bool TDataBase::ExistsFlowModul() const {
+    for (int i = 0; i < Curve_Count(); ++i)
+        if (IsFlowCurve(i)) return true;
+    return false;
+}
+
+// ====================================================================== time
+
+void TDataBase::GetXMinXMax(double& min, double& max, bool onlyActive) const {
+    bool first = true;
+    min = max = 0.0;
+    for (int i = 0; i < Curve_Count(); ++i) {
+        if (onlyActive && !Curve_IsActive(i)) continue;
+        const TCurveData& d = Data(i);
+        if (d.IsEmpty()) continue;
+        // Times are ascending, so the ends are the extremes.
+        if (first) {
+            min = d.FirstTime();
+            max = d.LastTime();
+            first = false;
+        } else {
+            min = std::min(min, d.FirstTime());
+            max = std::max(max, d.LastTime());
+        }
+    }
+}
+
+QString TDataBase::GetXValueStr(int kind, double time) { return zeb::FormatTime(kind, time); }
+
+// ====================================================================== table rows
+
+qint64 TDataBase::PointAt(int curve, double time) const {
+    const TCurveData& d = Data(curve);
+    const qint64 i = d.LowerBound(time);
+    return (i < d.Count() && d.Time(i) == time) ? i : -1;
+}
+
+void TDataBase::Table_SetFirstRow(double time) {
+    for (auto& w : FWork) w.Clear();
+    FRows.Clear();
+    double lastActive = -1.0;
+    for (int i = 0; i < Curve_Count(); ++i) {
+        FWork[0].Add(Curve_IsActive(i) ? 1 : 0);
+        if (Curve_IsAvailable(i)) lastActive = std::max(lastActive, Data(i).LastTime());
+    }
+    if (time > lastActive) time = lastActive;
+    BuildRows(time);
+}
+
+void TDataBase::BuildRows(double first) {
+    FRows.Clear();
+    FFirstTime = first;
+    const int n = Curve_Count();
+    std::vector<qint64> cursor(size_t(n), -1);
+    for (int i = 0; i < n; ++i)
+        if (Curve_IsAvailable(i)) cursor[size_t(i)] = Data(i).LowerBound(first);
+    // Merge the curves' stamps from there: each row is the smallest time not yet shown.
+    while (FRows.Count() < kTableRows) {
+        double t = std::numeric_limits<double>::infinity();
+        for (int i = 0; i < n; ++i) {
+            const qint64 c = cursor[size_t(i)];
+            if (c >= 0 && c < Data(i).Count()) t = std::min(t, Data(i).Time(c));
+        }
+        if (t == std::numeric_limits<double>::infinity()) break;
+        TTableRow row;
+        row.Time = t;
+        row.Index.assign(size_t(n), -1);
+        for (int i = 0; i < n; ++i) {
+            qint64& c = cursor[size_t(i)];
+            if (c >= 0 && c < Data(i).Count() && Data(i).Time(c) == t) {
+                row.Index[size_t(i)] = c;
+                // Equal stamps within one curve: the last point of them stands for the time.
+                while (c + 1 < Data(i).Count() && Data(i).Time(c + 1) == t) ++c;
+                row.Index[size_t(i)] = c;
+                ++c;
+            }
+        }
+        if (FRows.Count() == 0) FFirstTime = t;
+        FRows.Add(std::move(row));
+    }
+}
+
+void TDataBase::Table_MoveFirstRow(int rows) {
+    const int n = Curve_Count();
+    double t = FFirstTime;
+    if (rows > 0) {
+        // Forward: the rows below are already built as far as they go.
+        if (rows < FRows.Count()) {
+            t = FRows.GetItem(rows).Time;
+        } else {
+            for (int step = 0; step < rows; ++step) {
+                double next = std::numeric_limits<double>::infinity();
+                for (int i = 0; i < n; ++i) {
+                    if (!Curve_IsAvailable(i)) continue;
+                    const qint64 c = Data(i).UpperBound(t);
+                    if (c < Data(i).Count()) next = std::min(next, Data(i).Time(c));
+                }
+                if (next == std::numeric_limits<double>::infinity()) break;
+                t = next;
+            }
+        }
+    } else {
+        for (int step = 0; step < -rows; ++step) {
+            double prev = -std::numeric_limits<double>::infinity();
+            for (int i = 0; i < n; ++i) {
+                if (!Curve_IsAvailable(i)) continue;
+                const qint64 c = Data(i).LowerBound(t) - 1;
+                if (c >= 0) prev = std::max(prev, Data(i).Time(c));
+            }
+            if (prev == -std::numeric_limits<double>::infinity()) break;
+            t = prev;
+        }
+    }
+    Table_SetFirstRow(t);
+}
+
+void TDataBase::Table_RecalcFirstRow() { Table_SetFirstRow(FFirstTime); }
+
+double TDataBase::Table_GetFirstTime() const { return FRows.Count() > 0 ? FRows.GetItem(0).Time : FFirstTime; }
+
+QString TDataBase::Table_GetTime(int row) const {
+    if (row < 0 || row >= FRows.Count()) return {};
+    return GetXValueStr(1, FRows.GetItem(row).Time);
+}
+
+double TDataBase::Table_GetTimeValue(int row) const {
+    if (row < 0 || row >= FRows.Count()) return 0.0;
+    return FRows.GetItem(row).Time;
+}
+
+QString TDataBase::Table_GetValue(int curve, int row) const {
+    if (row < 0 || row >= FRows.Count() || !Curve_IsValid(curve)) return {};
+    const TTableRow& r = FRows.GetItem(row);
+    if (size_t(curve) >= r.Index.size()) return {};
+    const qint64 i = r.Index[size_t(curve)];
+    if (i < 0 || Data(curve).IsGap(i)) return {};
+    return zeb::FormatFloat(Curve_FormatGet(curve), Data(curve).Value(i));
+}
+
+bool TDataBase::Table_IsAlarm(int curve, int row) const {
+    if (row < 0 || row >= FRows.Count() || !Curve_IsValid(curve)) return false;
+    const TTableRow& r = FRows.GetItem(row);
+    if (size_t(curve) >= r.Index.size()) return false;
+    const qint64 i = r.Index[size_t(curve)];
+    if (i < 0 || Data(curve).IsGap(i)) return false;
+    return Cfg(curve).IsAlarm(Data(curve).Value(i));
+}
+
+// ====================================================================== merged walk
+
+void TDataPrintCurve::Load() {
+    FActive = FData && FIndex < FData->Count();
+    if (FActive) {
+        FTime = FData->Time(FIndex);
+        FValue = FData->Value(FIndex);
+    }
+}
+
+bool TDataPrintRow::ChooseRow() {
+    FTime = -1.0;
+    bool any = false;
+    for (const TDataPrintCurve& c : FCurves) {
+        if (!c.FActive) continue;
+        if (!any || c.FTime < FTime) FTime = c.FTime;
+        any = true;
+    }
+    if (!any) return false;
+    bool marked = false;
+    for (TDataPrintCurve& c : FCurves) {
+        c.FMarked = c.FActive && c.FTime == FTime;
+        marked = marked || c.FMarked;
+    }
+    return marked;
+}
+
+bool TDataPrintRow::initialize() {
+    for (TDataPrintCurve& c : FCurves) {
+        c.FIndex = 0;
+        c.FMarked = false;
+        c.Load();
+    }
+    return ChooseRow();
+}
+
+bool TDataPrintRow::nextValues() {
+    for (TDataPrintCurve& c : FCurves) {
+        if (!c.FMarked) continue;
+        c.FMarked = false;
+        ++c.FIndex;
+        c.Load();
+    }
+    return ChooseRow();
+}
+
+bool TDataBase::Table2_start() {
+    FPrintRow.Clear();
+    for (int i = 0; i < Curve_Count(); ++i) {
+        if (!Curve_IsAvailable(i)) continue;
+        TDataPrintCurve c;
+        c.FCurve = i;
+        c.FData = &Data(i);
+        FPrintRow.Add(c);
+    }
+    return FPrintRow.initialize();
+}
+
+bool TDataBase::Table2_next() { return FPrintRow.nextValues(); }
+
+QString TDataBase::Table2_getTimeStr() const { return GetXValueStr(1, FPrintRow.Time()); }
+
+QString TDataBase::Table2_getValueStr(int column) const {
+    if (column < 0 || column >= FPrintRow.Count()) return {};
+    const TDataPrintCurve& c = FPrintRow.GetItem(column);
+    if (!c.FMarked || c.FData->IsGap(c.FIndex)) return {};
+    return zeb::FormatFloat(Curve_FormatGet(c.FCurve), c.FValue);
+}
+
+// ====================================================================== big data
+
+bool TDataBase::setBigData(int curve, bool on) {
+    if (!Curve_IsValid(curve)) return false;
+    TCurve& c = *FCurves[size_t(curve)];
+    c.BigDataOn = on && c.Data.Count() >= kBigDataPoints;
+    return c.BigDataOn;
+}
+
+void TDataBase::CheckBigData() {
+    FIsBigData = FIsBigDataOn = false;
+    bool any = false;
+    for (int i = 0; i < Curve_Count(); ++i) any = setBigData(i, true) || any;
+    FIsBigData = FIsBigDataOn = any;
+}
+
+void TDataBase::switchBigData(bool on) {
+    if (!FIsBigData) return;
+    bool any = false;
+    for (int i = 0; i < Curve_Count(); ++i) any = setBigData(i, on) || any;
+    FIsBigDataOn = any;
+}
+
+// ====================================================================== view state and template
+
+TMseAxis& TDataBase::Cfg_Axis_Get(int axis) {
+    switch (axis) {
+    case axLeft: return FSettings.AxisLeft;
+    case axRight: return FSettings.AxisRight;
+    default: return FSettings.AxisBottom;
+    }
+}
+
+namespace {
+
+void ToFont(const TMseFont& f, TFontState& s) {
+    f.Name.ApplyTo(s.Name);
+    f.Size.ApplyTo(s.Size);
+    f.Style.ApplyTo(s.Style);
+}
+void FromFont(const TFontState& s, TMseFont& f) {
+    f.Name.Set(s.Name);
+    f.Size.Set(s.Size);
+    f.Style.Set(s.Style);
+}
+
+} // namespace
+
+void TDataBase::Ini_Update() {
+    TGeneralState& g = FView.General;
+    FSettings.Title.ApplyTo(g.Title);
+    FSettings.ShowName.ApplyTo(g.ShowName);
+    FSettings.Foot.ApplyTo(g.Foot);
+    FSettings.ShowTime.ApplyTo(g.ShowTime);
+    FSettings.OnlineRate.ApplyTo(g.OnlineRate);
+    FSettings.DispTime.ApplyTo(g.DispTime);
+    FSettings.DispLimits.ApplyTo(g.DispLimits);
+    FSettings.ViewCalc.ApplyTo(g.ViewCalc);
+    FSettings.ViewLimit.ApplyTo(g.ViewLimit);
+    ToFont(FSettings.FontTitle, g.FontTitle);
+    ToFont(FSettings.FontAxes, g.FontAxes);
+    ToFont(FSettings.FontLegend, g.FontLegend);
+    ToFont(FSettings.FontText, g.FontText);
+    for (int a = 0; a < 3; ++a) {
+        const TMseAxis& c = Cfg_Axis_Get(a);
+        TAxisState& s = FView.Axes[a];
+        c.Name.ApplyTo(s.Name);
+        c.Min.ApplyTo(s.Min);
+        c.Max.ApplyTo(s.Max);
+        c.Inc.ApplyTo(s.Inc);
+        c.Format.ApplyTo(s.Format);
+        c.Grid.ApplyTo(s.Grid);
+        c.Auto.ApplyTo(s.Auto);
+        if (a == axBottom) c.XType.ApplyTo(s.XType);
+    }
+    for (int k = 0; k < 2; ++k) {
+        const TMseCursor& c = Cfg_Cursor_Get(k);
+        TCursorState& s = FView.Cursors[k];
+        c.Axis.ApplyTo(s.Axis);
+        c.Width.ApplyTo(s.Width);
+        c.XFormat.ApplyTo(s.XFormat);
+        c.YFormat.ApplyTo(s.YFormat);
+    }
+    const TMsePrint& p = FSettings.Print;
+    TPrintState& ps = FView.Print;
+    p.Landscape.ApplyTo(ps.Landscape);
+    p.MarginTop.ApplyTo(ps.MarginTop);
+    p.MarginLeft.ApplyTo(ps.MarginLeft);
+    p.MarginRight.ApplyTo(ps.MarginRight);
+    p.MarginBottom.ApplyTo(ps.MarginBottom);
+    p.Proportional.ApplyTo(ps.Proportional);
+    p.CheckBoxes.ApplyTo(ps.CheckBoxes);
+}
+
+void TDataBase::Ini_Store() {
+    const TGeneralState& g = FView.General;
+    FSettings.Title.Set(g.Title);
+    FSettings.ShowName.Set(g.ShowName);
+    FSettings.Foot.Set(g.Foot);
+    FSettings.ShowTime.Set(g.ShowTime);
+    FSettings.OnlineRate.Set(g.OnlineRate);
+    FSettings.DispTime.Set(g.DispTime);
+    FSettings.DispLimits.Set(g.DispLimits);
+    FSettings.ViewCalc.Set(g.ViewCalc);
+    FSettings.ViewLimit.Set(g.ViewLimit);
+    FromFont(g.FontTitle, FSettings.FontTitle);
+    FromFont(g.FontAxes, FSettings.FontAxes);
+    FromFont(g.FontLegend, FSettings.FontLegend);
+    FromFont(g.FontText, FSettings.FontText);
+    for (int a = 0; a < 3; ++a) {
+        TMseAxis& c = Cfg_Axis_Get(a);
+        const TAxisState& s = FView.Axes[a];
+        c.Name.Set(s.Name);
+        c.Min.Set(s.Min);
+        c.Max.Set(s.Max);
+        c.Inc.Set(s.Inc);
+        c.Format.Set(s.Format);
+        c.Grid.Set(s.Grid);
+        c.Auto.Set(s.Auto);
+        if (a == axBottom) c.XType.Set(s.XType);
+    }
+    for (int k = 0; k < 2; ++k) {
+        TMseCursor& c = Cfg_Cursor_Get(k);
+        const TCursorState& s = FView.Cursors[k];
+        c.Axis.Set(s.Axis);
+        c.Width.Set(s.Width);
+        c.XFormat.Set(s.XFormat);
+        c.YFormat.Set(s.YFormat);
+    }
+    TMsePrint& p = FSettings.Print;
+    const TPrintState& ps = FView.Print;
+    p.Landscape.Set(ps.Landscape);
+    p.MarginTop.Set(ps.MarginTop);
+    p.MarginLeft.Set(ps.MarginLeft);
+    p.MarginRight.Set(ps.MarginRight);
+    p.MarginBottom.Set(ps.MarginBottom);
+    p.Proportional.Set(ps.Proportional);
+    p.CheckBoxes.Set(ps.CheckBoxes);
+    // The curves' display values live in the template already; mark them as chosen.
+    for (int i = 0; i < Curve_Count(); ++i) {
+        TMseSettingsCurve& c = Cfg(i);
+        for (auto* o : {&c.Axis, &c.Color, &c.Width, &c.Type}) o->Set(o->Value);
+        c.Format.Set(c.Format.Value);
+    }
+}
+
+bool TDataBase::Ini_FileOpen(const QString& fileName) {
+    if (!FSettings.OpenFile(fileName)) return false;
+    Ini_Update();
+    return true;
+}
+
+bool TDataBase::Ini_FileSave(const QString& fileName) {
+    Ini_Store();
+    return FSettings.SaveFile(fileName);
+}
+
+void TDataBase::Ini_CreateOriginalNames() {
+    for (int i = 0; i < Curve_Count(); ++i) {
+        TMseSettingsCurve& c = Cfg(i);
+        c.Title.Set(c.sChannelName.Value.isEmpty() ? c.sModulName.Value : c.sChannelName.Value);
+    }
+}

@@ -1,0 +1,329 @@
+#pragma once
+// The measurement store: the one model every view and analysis reads. It owns the samples
+// of each curve and the display template, and binds them by index: curve i of the store is
+// entry i of the template's curve list and channel i of the file.
+//
+// While a file loads, the loader thread appends to the curves; the views must not read the
+// samples until the final report (IsLoading() tells them).
+
+#include "CurveData.h"
+#include "MseSettings.h"
+
+#include <QObject>
+#include <QStringList>
+
+#include <algorithm>
+#include <atomic>
+#include <memory>
+#include <vector>
+
+class TDataBase;
+
+// One row of values: one entry per curve.
+class TDataBaseRow {
+public:
+    void Add(double v) { FItems.push_back(v); }
+    double GetItem(int i) const { return FItems[size_t(i)]; }
+    void SetItem(int i, double v) { FItems[size_t(i)] = v; }
+    int Count() const { return int(FItems.size()); }
+    void Clear() { FItems.clear(); }
+
+private:
+    std::vector<double> FItems;
+};
+
+// One row of the table view: its time and, per curve, the index of the point at that time.
+struct TTableRow {
+    double Time = 0.0;
+    std::vector<qint64> Index; // -1: the curve has no point at this time
+};
+
+class TDataBaseRows {
+public:
+    void Add(TTableRow row) { FRows.push_back(std::move(row)); }
+    const TTableRow& GetItem(int i) const { return FRows[size_t(i)]; }
+    int Count() const { return int(FRows.size()); }
+    void Clear() { FRows.clear(); }
+
+private:
+    std::vector<TTableRow> FRows;
+};
+
+// The merged walk over all curves by time, for printing and export.
+struct TDataPrintCurve {
+    bool FActive = false;
+    bool FMarked = false;
+    int FCurve = 0;
+    double FTime = 0.0;
+    double FValue = 0.0;
+    qint64 FIndex = 0;
+    const TCurveData* FData = nullptr;
+
+    void Load(); // the point at FIndex, or inactive past the end
+};
+
+class TDataPrintRow {
+public:
+    void Add(const TDataPrintCurve& c) { FCurves.push_back(c); }
+    TDataPrintCurve& GetItem(int i) { return FCurves[size_t(i)]; }
+    const TDataPrintCurve& GetItem(int i) const { return FCurves[size_t(i)]; }
+    int Count() const { return int(FCurves.size()); }
+    void Clear() {
+        FCurves.clear();
+        FTime = -1.0;
+    }
+    bool initialize();
+    bool nextValues();
+    double Time() const { return FTime; }
+
+private:
+    bool ChooseRow();
+    std::vector<TDataPrintCurve> FCurves;
+    double FTime = -1.0;
+};
+
+// A horizontal limit line of a curve, as the chart shows it.
+struct TLimitLine {
+    int Curve = 0;
+    int Which = 1; // 1: at L1 (solid), 2: at L2 (dashed)
+    double Value = 0.0;
+};
+
+// What the chart shows besides the curves: the store's own view state, which the chart
+// reflects. The template holds the same values as optional ones (the Cfg_ operations).
+struct TAxisState {
+    QString Name;
+    bool Auto = true;
+    double Min = 0.0, Max = 100.0, Inc = 0.0; // Inc 0: automatic
+    bool Grid = true;
+    QString Format = QStringLiteral("0.000");
+    int XType = 2; // bottom axis: 0 seconds from 0, 1 time from 0, 2 date and time
+};
+struct TCursorState {
+    int Axis = 0; // 0 left, 1 right
+    int Width = 0;
+    QString XFormat = QStringLiteral("0.000");
+    QString YFormat = QStringLiteral("0.000");
+};
+struct TFontState {
+    QString Name = QStringLiteral("Arial");
+    int Size = 8;
+    int Style = 0; // 0 normal, 1 bold, 2 italic, 3 bold+italic
+};
+struct TGeneralState {
+    QString Title, Foot;
+    bool ShowName = true, ShowTime = true;
+    int OnlineRate = 1000, DispTime = 0;
+    bool DispLimits = false, ViewCalc = false, ViewLimit = false;
+    TFontState FontTitle, FontAxes, FontLegend, FontText;
+};
+struct TPrintState {
+    bool Landscape = true;
+    int MarginTop = 0, MarginLeft = 0, MarginRight = 0, MarginBottom = 0;
+    bool Proportional = false;
+    bool CheckBoxes = true; // the extended legend
+};
+struct TViewState {
+    TViewState() { Axes[2].Grid = false; } // the right axis draws no grid of its own
+    TAxisState Axes[3]; // bottom, left, right
+    TCursorState Cursors[2];
+    TGeneralState General;
+    TPrintState Print;
+};
+enum TAxisId : int { axBottom = 0, axLeft = 1, axRight = 2 };
+
+// Receives a walk into the store. The loader thread derives from it for progress,
+// cancelling and the large-file question.
+class TStoreReceiver : public TRecordingReceiver {
+public:
+    explicit TStoreReceiver(TDataBase& db) : FDb(db) {}
+    void SetCreator(const QString& creator) override;
+    void SetStartTime(double days) override;
+    void AddCurve(const QString& moduleName) override;
+    void SetChannelName(int curve, const QString& name) override;
+    void SetUnit(int curve, const QString& unit) override;
+    void SetLoggerName(int curve, const QString& name) override;
+    void LoggerNamesDone() override;
+    void SetZebName(const QString& name) override;
+    void SetLimits(int curve, quint16 alarm, quint16 record, double value1, double value2) override;
+    void ClearAllLimits() override;
+    void SetReaderMarker() override;
+    void AddPoints(int curve, std::span<const double> times, std::span<const double> values,
+                   std::span<const TPointKind> kinds) override;
+
+protected:
+    TDataBase& FDb;
+};
+
+class TDataBase : public QObject {
+    Q_OBJECT
+public:
+    static constexpr int kTableRows = 50;
+    static constexpr qint64 kBigDataPoints = 1000001;
+
+    explicit TDataBase(QObject* parent = nullptr);
+    ~TDataBase() override;
+
+    // ------------------------------------------------------------------ life
+    // Asks the views to redraw; with data false they show nothing of the samples.
+    void Repaint(bool withData);
+    // Forgets the recording: curves, names, flags, table rows; the template keeps its
+    // general settings and loses its curves.
+    void Reset();
+    // A new file is about to be read into the store.
+    void AddFile(const QString& fileName);
+    // Removes the curves that hold no point, with their template entries.
+    void DeleteEmptyCurves();
+    void SetLoading(bool loading) { FLoading = loading; }
+    bool IsLoading() const { return FLoading; }
+
+    QString FileName() const { return FFileName; }
+    QString Creator() const { return FCreator; }
+    double StartTime() const { return FStartTime; } // days since 1 January 2000
+    QString ModulName() const { return FModulName; }
+    QString LoggerName() const { return FLoggerName; }
+    QString ZebName() const { return FZebName; }
+    int Mode() const { return FMode; }
+    bool ReaderMarker() const { return FReaderMarker; }
+    void SetReaderMarker(bool on) { FReaderMarker = on; }
+    const QStringList& StartTimeText() const { return FStartTimeText; }
+    const QStringList& NameText() const { return FNameText; }
+
+    TMseSettings& Settings() { return FSettings; }
+    const TMseSettings& Settings() const { return FSettings; }
+    const TCurveData& Data(int curve) const { return FCurves[size_t(curve)]->Data; }
+    TCurveData& Data(int curve) { return FCurves[size_t(curve)]->Data; }
+    qint64 ValueCount() const;
+
+    // ------------------------------------------------------------------ curves
+    int Curve_Count() const { return int(FCurves.size()); }
+    bool Curve_IsValid(int curve) const { return curve >= 0 && curve < Curve_Count(); }
+    bool Curve_IsActive(int curve) const { return Curve_IsValid(curve) && FCurves[size_t(curve)]->Active; }
+    bool Curve_IsAvailable(int curve) const { return Curve_IsActive(curve) && !Data(curve).IsEmpty(); }
+    void Curve_SetActive(int curve, bool active);
+    QString Curve_NameGet(int curve) const;
+    void Curve_NameSet(int curve, const QString& name);
+    QString Curve_UnitGet(int curve) const;
+    QString Curve_NameUnitGet(int curve) const;
+    QString Curve_LoggernameGet(int curve) const;
+    QString Curve_SNumberGet(int curve) const;
+    int Curve_ColorGet(int curve) const;
+    void Curve_ColorSet(int curve, int color);
+    int Curve_WidthGet(int curve) const;
+    void Curve_WidthSet(int curve, int width);
+    int Curve_TypeGet(int curve) const;
+    void Curve_TypeSet(int curve, int type);
+    int Curve_AxisGet(int curve) const;
+    void Curve_AxisSet(int curve, int axis);
+    QString Curve_FormatGet(int curve) const;
+    void Curve_FormatSet(int curve, const QString& format);
+    // Limit lines of one curve or of all, shown or hidden; the lines themselves stay.
+    void Curve_SetLimitLines(int curve, bool on);
+    bool Curve_LimitLinesOn(int curve) const;
+    void Curve_SetAllLimitLines(bool on);
+    void ClearLimitLines();
+    const std::vector<TLimitLine>& LimitLines() const { return FLimitLines; }
+    bool LimitLinesOn() const { return FLimitsOn; }
+    bool IsUsedAxis(int axis) const;
+    bool IsFlowCurve(int curve) const;
+    bool ExistsFlowModul() const;
+    bool Curve_isBigDataOn(int curve) const { return Curve_IsValid(curve) && FCurves[size_t(curve)]->BigDataOn; }
+
+    static QString AddUnit(const QString& name, const QString& unit);
+
+    // ------------------------------------------------------------------ view state
+    // The live values (Axis_, Cursor_, General_, Print_) and their template counterparts
+    // (Cfg_...): the template's values are optional, and a Cfg_ setter marks them set.
+    TViewState& View() { return FView; }
+    const TViewState& View() const { return FView; }
+    TAxisState& Axis_Get(int axis) { return FView.Axes[std::clamp(axis, 0, 2)]; }
+    const TAxisState& Axis_Get(int axis) const { return FView.Axes[std::clamp(axis, 0, 2)]; }
+    TCursorState& Cursor_Get(int cursor) { return FView.Cursors[std::clamp(cursor, 0, 1)]; }
+    TGeneralState& General_Get() { return FView.General; }
+    TPrintState& Print_Get() { return FView.Print; }
+    TMseAxis& Cfg_Axis_Get(int axis);
+    TMseCursor& Cfg_Cursor_Get(int cursor) { return cursor == 0 ? FSettings.Cursor1 : FSettings.Cursor2; }
+    TMseSettingsCurve& Cfg_Curve_Get(int curve) { return Cfg(curve); }
+    TMsePrint& Cfg_Print_Get() { return FSettings.Print; }
+
+    // ------------------------------------------------------------------ template
+    // Opens a template and applies what it sets; false when it cannot be read.
+    bool Ini_FileOpen(const QString& fileName);
+    // Takes the live view into the template and writes it; false when it cannot be written.
+    bool Ini_FileSave(const QString& fileName);
+    // The live view into the template (every value set).
+    void Ini_Store();
+    // The template's set values onto the live view.
+    void Ini_Update();
+    // Every curve's title back to its channel's own name.
+    void Ini_CreateOriginalNames();
+
+    // ------------------------------------------------------------------ time
+    void GetXMinXMax(double& min, double& max, bool onlyActive) const;
+    static QString GetXValueStr(int kind, double time);
+
+    // ------------------------------------------------------------------ table view
+    int Table_GetMaxRows() const { return kTableRows; }
+    void Table_SetFirstRow(double time);
+    // Moves the first row by whole rows of the merged time stamps (negative: back).
+    void Table_MoveFirstRow(int rows);
+    void Table_RecalcFirstRow();
+    double Table_GetFirstTime() const;
+    int Table_RowCount() const { return FRows.Count(); }
+    QString Table_GetTime(int row) const;
+    double Table_GetTimeValue(int row) const;
+    QString Table_GetValue(int curve, int row) const;
+    bool Table_IsAlarm(int curve, int row) const;
+
+    // ------------------------------------------------------------------ merged walk
+    bool Table2_start();
+    bool Table2_next();
+    int Table2_getVisibleColumns() const { return FPrintRow.Count(); }
+    int Table2_getCurve(int column) const { return FPrintRow.GetItem(column).FCurve; }
+    double Table2_getTime() const { return FPrintRow.Time(); }
+    QString Table2_getTimeStr() const;
+    QString Table2_getValueStr(int column) const;
+
+    // ------------------------------------------------------------------ big data
+    void CheckBigData();
+    bool isBigData() const { return FIsBigData; }
+    bool isBigDataOn() const { return FIsBigDataOn; }
+    void switchBigData(bool on);
+    bool setBigData(int curve, bool on);
+
+Q_SIGNALS:
+    void repaintRequested(bool withData);
+
+private:
+    friend class TStoreReceiver;
+    struct TCurve {
+        TCurveData Data;
+        bool Active = true;
+        bool BigDataOn = false;
+        bool LimitsShown = true;
+    };
+    // The point of a curve at exactly this time, or -1.
+    qint64 PointAt(int curve, double time) const;
+    void BuildRows(double first);
+    const TMseSettingsCurve& Cfg(int curve) const { return FSettings.Curves[curve]; }
+    TMseSettingsCurve& Cfg(int curve) { return FSettings.Curves[curve]; }
+    void AddLimitLines(int curve);
+
+    TMseSettings FSettings;
+    TViewState FView;
+    std::vector<std::unique_ptr<TCurve>> FCurves;
+    TDataBaseRow FWork[3];
+    TDataBaseRows FRows;
+    double FFirstTime = 0.0;
+    double FStartTime = 0.0;
+    QString FFileName, FCreator, FModulName, FLoggerName, FZebName;
+    QStringList FStartTimeText, FNameText;
+    int FMode = 0;
+    bool FReaderMarker = false;
+    bool FIsBigData = false;
+    bool FIsBigDataOn = false;
+    std::atomic<bool> FLoading = false;
+    bool FLimitsOn = true;
+    std::vector<TLimitLine> FLimitLines;
+    TDataPrintRow FPrintRow;
+};

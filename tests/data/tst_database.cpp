@@ -1,0 +1,301 @@
+// The store: table rows merged by time, the merged walk, time ranges, big data and the
+// bookkeeping of curves and limit lines.
+
+#include "DataBase.h"
+#include "Formats.h"
+
+#include <QTest>
+
+namespace {
+
+// Fills a store directly, as the loader would.
+struct TFill {
+    TDataBase& db;
+    TStoreReceiver r{db};
+    int Curve(const QString& name, std::initializer_list<std::pair<double, double>> points,
+              std::initializer_list<qint64> gaps = {}) {
+        const int c = db.Curve_Count();
+        r.AddCurve(QStringLiteral("M%1").arg(c));
+        r.SetChannelName(c, name);
+        std::vector<double> t, v;
+        std::vector<TPointKind> k;
+        for (auto [ti, vi] : points) {
+            t.push_back(ti);
+            v.push_back(vi);
+            k.push_back(TPointKind::Value);
+        }
+        for (qint64 g : gaps) k[size_t(g)] = TPointKind::Gap;
+        r.AddPoints(c, t, v, k);
+        db.Curve_FormatSet(c, QStringLiteral("0.0"));
+        return c;
+    }
+};
+
+QStringList RowTimes(const TDataBase& db) {
+    QStringList out;
+    for (int r = 0; r < db.Table_RowCount(); ++r) out << QString::number(db.Table_GetTimeValue(r), 'g', 12);
+    return out;
+}
+
+QStringList RowCells(const TDataBase& db, int row) {
+    QStringList out;
+    for (int c = 0; c < db.Curve_Count(); ++c) out << db.Table_GetValue(c, row);
+    return out;
+}
+
+} // namespace
+
+class TstDataBase : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { zeb::SetFormats(2); }
+
+    void emptyStore() {
+        TDataBase db;
+        double mn = 5, mx = 5;
+        db.GetXMinXMax(mn, mx, false);
+        QCOMPARE(mn, 0.0);
+        QCOMPARE(mx, 0.0);
+        QVERIFY(!db.Table2_start());
+        db.Table_SetFirstRow(100);
+        QCOMPARE(db.Table_RowCount(), 0);
+        QCOMPARE(db.Table_GetTime(-1), QString());
+        QCOMPARE(db.Table_GetTime(0), QString());
+        QCOMPARE(db.Table_GetMaxRows(), 50);
+    }
+
+    void timeRange() {
+        TDataBase db;
+        TFill f{db};
+        f.Curve("a", {{10, 1}, {20, 2}});
+        f.Curve("b", {{5, 1}, {15, 2}});
+        f.Curve("c", {});
+        f.Curve("d", {{1, 1}, {100, 1}});
+        db.Curve_SetActive(3, false);
+        double mn, mx;
+        db.GetXMinXMax(mn, mx, true);
+        QCOMPARE(mn, 5.0);
+        QCOMPARE(mx, 20.0);
+        db.GetXMinXMax(mn, mx, false);
+        QCOMPARE(mn, 1.0);
+        QCOMPARE(mx, 100.0);
+    }
+
+    void rowsMergeByExactTime() {
+        TDataBase db;
+        TFill f{db};
+        f.Curve("a", {{10.0, 1}, {20.0, 2}, {30.0, 3}});
+        f.Curve("b", {{10.0000001, 5}, {20.0, 6}, {25.0, 7}}, {2});
+        db.Table_SetFirstRow(0);
+        QCOMPARE(RowTimes(db), (QStringList{"10", "10.0000001", "20", "25", "30"}));
+        QCOMPARE(RowCells(db, 0), (QStringList{"1.0", ""}));
+        QCOMPARE(RowCells(db, 1), (QStringList{"", "5.0"}));
+        QCOMPARE(RowCells(db, 2), (QStringList{"2.0", "6.0"}));
+        QCOMPARE(RowCells(db, 3), (QStringList{"", ""})); // a gap marker shows no value
+        QCOMPARE(db.Table_GetValue(0, 50), QString());
+        QCOMPARE(db.Table_GetTime(4), zeb::FormatTime(1, 30.0));
+    }
+
+    void inactiveCurvesGiveNoRows() {
+        TDataBase db;
+        TFill f{db};
+        f.Curve("a", {{10, 1}, {30, 3}});
+        f.Curve("b", {{20, 2}, {40, 4}});
+        db.Curve_SetActive(1, false);
+        db.Table_SetFirstRow(0);
+        QCOMPARE(RowTimes(db), (QStringList{"10", "30"}));
+        QCOMPARE(RowCells(db, 0), (QStringList{"1.0", ""}));
+    }
+
+    void firstRowIsClamped() {
+        TDataBase db;
+        TFill f{db};
+        std::initializer_list<std::pair<double, double>> none{};
+        Q_UNUSED(none);
+        f.Curve("a", {{10, 1}, {20, 2}, {30, 3}});
+        f.Curve("b", {{15, 1}, {35, 2}});
+        db.Table_SetFirstRow(-1000);
+        QCOMPARE(db.Table_GetFirstTime(), 10.0);
+        db.Table_SetFirstRow(1e9); // past the end: the largest last time
+        QCOMPARE(RowTimes(db), QStringList{"35"});
+        db.Table_SetFirstRow(21);
+        QCOMPARE(RowTimes(db), (QStringList{"30", "35"}));
+    }
+
+    void movingTheFirstRow() {
+        TDataBase db;
+        TFill f{db};
+        std::vector<std::pair<double, double>> a, b;
+        TStoreReceiver& r = f.r;
+        r.AddCurve(QStringLiteral("A"));
+        r.AddCurve(QStringLiteral("B"));
+        std::vector<double> ta, tb, v;
+        std::vector<TPointKind> k;
+        for (int i = 0; i < 200; ++i) ta.push_back(i * 2.0);     // even seconds
+        for (int i = 0; i < 200; ++i) tb.push_back(i * 3.0);     // multiples of three
+        v.assign(200, 1.0);
+        k.assign(200, TPointKind::Value);
+        r.AddPoints(0, ta, v, k);
+        r.AddPoints(1, tb, v, k);
+        db.Table_SetFirstRow(0);
+        QCOMPARE(db.Table_RowCount(), 50);
+        // Merged times 0 2 3 4 6 8 9 10 ...
+        db.Table_MoveFirstRow(3);
+        QCOMPARE(db.Table_GetFirstTime(), 4.0);
+        db.Table_MoveFirstRow(-2);
+        QCOMPARE(db.Table_GetFirstTime(), 2.0);
+        db.Table_MoveFirstRow(-10);
+        QCOMPARE(db.Table_GetFirstTime(), 0.0);
+        db.Table_MoveFirstRow(120); // beyond the built rows
+        const double t = db.Table_GetFirstTime();
+        db.Table_MoveFirstRow(-120);
+        QCOMPARE(db.Table_GetFirstTime(), 0.0);
+        QVERIFY(t > 100.0);
+        db.Table_MoveFirstRow(100000);
+        QCOMPARE(db.Table_GetFirstTime(), 597.0);
+        QCOMPARE(db.Table_RowCount(), 1);
+    }
+
+    void alarmsFollowTheLimits() {
+        TDataBase db;
+        TFill f{db};
+        f.Curve("a", {{1, -1}, {2, 0}, {3, 5}, {4, 10}, {5, 11}});
+        f.r.SetLimits(0, 4, 1, 0.0, 10.0);
+        db.Table_SetFirstRow(0);
+        QList<bool> alarms;
+        for (int r = 0; r < 5; ++r) alarms << db.Table_IsAlarm(0, r);
+        QCOMPARE(alarms, (QList<bool>{true, false, false, false, true}));
+        QVERIFY(!db.Table_IsAlarm(0, 7));
+        QCOMPARE(int(db.LimitLines().size()), 2);
+        QCOMPARE(db.Settings().Curves[0].LTool1, 0);
+        QCOMPARE(db.Settings().Curves[0].LTool2, 1);
+    }
+
+    void mergedWalk() {
+        TDataBase db;
+        TFill f{db};
+        f.Curve("a", {{10.0, 1}, {20.0, 2}});
+        f.Curve("b", {{10.0000001, 5}, {20.0, 6}});
+        f.Curve("empty", {});
+        f.Curve("off", {{1.0, 9}});
+        db.Curve_SetActive(3, false);
+        QVERIFY(db.Table2_start());
+        QCOMPARE(db.Table2_getVisibleColumns(), 2);
+        QStringList rows;
+        do {
+            rows << QString::number(db.Table2_getTime(), 'g', 12) + QLatin1Char(':') + db.Table2_getValueStr(0) +
+                        QLatin1Char('|') + db.Table2_getValueStr(1);
+        } while (db.Table2_next());
+        QCOMPARE(rows, (QStringList{"10:1.0|", "10.0000001:|5.0", "20:2.0|6.0"}));
+        QCOMPARE(db.Table2_getTime(), -1.0);
+        QCOMPARE(db.Table2_getCurve(1), 1);
+    }
+
+    void bigDataThreshold_data() {
+        QTest::addColumn<int>("points");
+        QTest::addColumn<bool>("big");
+        QTest::newRow("1,000,000") << 1000000 << false;
+        QTest::newRow("1,000,001") << 1000001 << true;
+    }
+    void bigDataThreshold() {
+        QFETCH(int, points);
+        QFETCH(bool, big);
+        TDataBase db;
+        TStoreReceiver r(db);
+        r.AddCurve(QStringLiteral("big"));
+        r.AddCurve(QStringLiteral("small"));
+        std::vector<double> t(static_cast<size_t>(points)), v(static_cast<size_t>(points), 1.0);
+        std::vector<TPointKind> k(size_t(points), TPointKind::Value);
+        for (int i = 0; i < points; ++i) t[size_t(i)] = i;
+        r.AddPoints(0, t, v, k);
+        r.AddPoints(1, std::span(t).first(10), std::span(v).first(10), std::span(k).first(10));
+        db.CheckBigData();
+        QCOMPARE(db.isBigData(), big);
+        QCOMPARE(db.isBigDataOn(), big);
+        QCOMPARE(db.Curve_isBigDataOn(0), big);
+        QVERIFY(!db.Curve_isBigDataOn(1));
+        db.switchBigData(false);
+        QVERIFY(!db.Curve_isBigDataOn(0));
+        QVERIFY(!db.isBigDataOn());
+        QCOMPARE(db.isBigData(), big);
+        db.switchBigData(true);
+        QCOMPARE(db.isBigDataOn(), big);
+    }
+
+    void deletingEmptyCurvesKeepsBindings() {
+        TDataBase db;
+        TFill f{db};
+        f.Curve("empty", {});
+        f.Curve("a", {{1, 1}});
+        f.Curve("empty2", {});
+        f.Curve("b", {{2, 2}});
+        f.r.SetLimits(3, 2, 1, 1.5, 0);
+        db.DeleteEmptyCurves();
+        QCOMPARE(db.Curve_Count(), 2);
+        QCOMPARE(db.Settings().Curves.Count(), 2);
+        QCOMPARE(db.Curve_NameGet(0), QStringLiteral("a"));
+        QCOMPARE(db.Curve_NameGet(1), QStringLiteral("b"));
+        QCOMPARE(db.LimitLines().front().Curve, 1);
+        QCOMPARE(db.Settings().Curves[1].LTool1, 0);
+    }
+
+    void namesAndUnits() {
+        TDataBase db;
+        TFill f{db};
+        f.Curve("Temp", {{1, 1}});
+        f.r.SetUnit(0, QStringLiteral("°C"));
+        QCOMPARE(db.Curve_NameUnitGet(0), QStringLiteral("Temp [°C]"));
+        db.Curve_NameSet(0, QStringLiteral("Inside"));
+        QCOMPARE(db.Curve_NameGet(0), QStringLiteral("Inside"));
+        QCOMPARE(db.Curve_NameGet(5), QString());
+        QCOMPARE(TDataBase::AddUnit(QStringLiteral("x"), QString()), QStringLiteral("x"));
+        f.r.SetUnit(0, QStringLiteral("m³/h"));
+        QVERIFY(db.IsFlowCurve(0));
+        QVERIFY(db.ExistsFlowModul());
+    }
+
+    void outOfOrderStampsAreSorted() {
+        TCurveData d;
+        const std::vector<double> t{3, 1, 2, 1}, v{30, 10, 20, 11};
+        const std::vector<TPointKind> k{TPointKind::Value, TPointKind::Gap, TPointKind::Value, TPointKind::Value};
+        d.Append(t, v, k);
+        QVERIFY(!d.IsSorted());
+        d.SortByTime();
+        QCOMPARE(d.Time(0), 1.0);
+        QVERIFY(d.IsGap(0)); // equal stamps keep their file order
+        QCOMPARE(d.Value(1), 11.0);
+        QCOMPARE(d.Value(3), 30.0);
+        QCOMPARE(d.LowerBound(2), 2);
+        QCOMPARE(d.UpperBound(1), 2);
+    }
+
+    void columnsCrossChunks() {
+        TCurveData d;
+        const qint64 n = TCurveData::kChunkSize * 2 + 17;
+        std::vector<double> t(static_cast<size_t>(n)), v(static_cast<size_t>(n));
+        std::vector<TPointKind> k(size_t(n), TPointKind::Value);
+        for (qint64 i = 0; i < n; ++i) {
+            t[size_t(i)] = double(i) * 0.5;
+            v[size_t(i)] = double(i % 1000);
+        }
+        k[size_t(TCurveData::kChunkSize)] = TPointKind::Gap;
+        // Appended in uneven pieces, as blocks bring them.
+        for (qint64 at = 0; at < n; at += 7919) {
+            const size_t len = size_t(std::min<qint64>(7919, n - at));
+            d.Append(std::span(t).subspan(size_t(at), len), std::span(v).subspan(size_t(at), len),
+                     std::span(k).subspan(size_t(at), len));
+        }
+        QCOMPARE(d.Count(), n);
+        for (qint64 i : {qint64(0), TCurveData::kChunkSize - 1, TCurveData::kChunkSize, n - 1}) {
+            QCOMPARE(d.Time(i), double(i) * 0.5);
+            QCOMPARE(d.Value(i), double(i % 1000));
+        }
+        QVERIFY(d.IsGap(TCurveData::kChunkSize));
+        QVERIFY(!d.IsGap(TCurveData::kChunkSize + 1));
+        QCOMPARE(d.LowerBound(double(TCurveData::kChunkSize) * 0.5), TCurveData::kChunkSize);
+    }
+};
+
+QTEST_GUILESS_MAIN(TstDataBase)
+#include "tst_database.moc"
