@@ -232,28 +232,32 @@ TLoad Load(TDataBase& db, const QString& path, int variant, bool ask, int answer
     return res;
 }
 
-bool ParseLoadArgs(const QStringList& args, QString& path, int& variant, bool& ask, int& answer) {
+// Parses "[--answer N | --no-ask] [--variant CODE] FILE" and loads FILE into db.
+// Answers the exit code to give up with, or -1 when db holds the file.
+int LoadFromArgs(const char* cmd, const QStringList& args, TDataBase& db, TLoad& res, QString& path) {
+    int variant = 0, answer = 2;
+    bool ask = true;
     for (int i = 0; i < args.size(); ++i) {
         if (args[i] == QLatin1String("--no-ask")) ask = false;
         else if (args[i] == QLatin1String("--answer") && i + 1 < args.size()) answer = args[++i].toInt();
         else if (args[i] == QLatin1String("--variant") && i + 1 < args.size()) variant = args[++i].toInt();
         else if (path.isEmpty() && !args[i].startsWith(QLatin1String("--"))) path = args[i];
-        else return false;
+        else return Usage();
     }
-    return !path.isEmpty();
+    if (path.isEmpty()) return Usage();
+    if (!QFileInfo::exists(path)) {
+        Err() << "zebtool " << cmd << ": no such file: " << path << "\n";
+        return 1;
+    }
+    res = Load(db, path, variant, ask, answer);
+    return -1;
 }
 
 int Dump(const QStringList& args) {
-    QString path;
-    int variant = 0, answer = 2;
-    bool ask = true;
-    if (!ParseLoadArgs(args, path, variant, ask, answer)) return Usage();
-    if (!QFileInfo::exists(path)) {
-        Err() << "zebtool dump: no such file: " << path << "\n";
-        return 1;
-    }
     TDataBase db;
-    const TLoad res = Load(db, path, variant, ask, answer);
+    TLoad res;
+    QString path;
+    if (const int rc = LoadFromArgs("dump", args, db, res, path); rc >= 0) return rc;
 
     QTextStream& o = Out();
     o << "{\"status\": " << res.status << ", \"creator\": " << JsonString(db.Creator())
@@ -279,16 +283,10 @@ int Dump(const QStringList& args) {
 }
 
 int Info(const QStringList& args) {
-    QString path;
-    int variant = 0, answer = 2;
-    bool ask = true;
-    if (!ParseLoadArgs(args, path, variant, ask, answer)) return Usage();
-    if (!QFileInfo::exists(path)) {
-        Err() << "zebtool info: no such file: " << path << "\n";
-        return 1;
-    }
     TDataBase db;
-    const TLoad res = Load(db, path, variant, ask, answer);
+    TLoad res;
+    QString path;
+    if (const int rc = LoadFromArgs("info", args, db, res, path); rc >= 0) return rc;
     QTextStream& o = Out();
     o << "file:        " << path << "\n"
       << "status:      " << res.status << "\n"

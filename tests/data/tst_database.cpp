@@ -4,6 +4,8 @@
 #include "DataBase.h"
 #include "Formats.h"
 
+#include <QFile>
+#include <QTemporaryDir>
 #include <QTest>
 
 namespace {
@@ -253,6 +255,67 @@ private Q_SLOTS:
         f.r.SetUnit(0, QStringLiteral("m³/h"));
         QVERIFY(db.IsFlowCurve(0));
         QVERIFY(db.ExistsFlowModul());
+    }
+
+    void templateRoundTripThroughTheStore() {
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("view.mse"));
+        TDataBase a;
+        TFill fa{a};
+        fa.Curve("T1", {{1, 1}});
+        fa.Curve("H1", {{1, 2}});
+        a.View().General.Title = QStringLiteral("Cold store");
+        a.Axis_Get(axLeft).Auto = false;
+        a.Axis_Get(axLeft).Min = -20;
+        a.Axis_Get(axBottom).XType = 1;
+        a.Cursor_Get(1).YFormat = QStringLiteral("0.0");
+        a.Print_Get().Landscape = false;
+        a.Curve_ColorSet(1, 0x123456);
+        a.Curve_AxisSet(1, 2);
+        QVERIFY(a.Ini_FileSave(path));
+
+        // Another recording with the same channels in another order takes the curve
+        // settings by channel, and every view value.
+        TDataBase b;
+        TFill fb{b};
+        fb.Curve("H1", {{1, 2}});
+        fb.Curve("T1", {{1, 1}});
+        QVERIFY(b.Ini_FileOpen(path));
+        QCOMPARE(b.View().General.Title, QStringLiteral("Cold store"));
+        QCOMPARE(b.Axis_Get(axLeft).Auto, false);
+        QCOMPARE(b.Axis_Get(axLeft).Min, -20.0);
+        QCOMPARE(b.Axis_Get(axBottom).XType, 1);
+        QCOMPARE(b.Cursor_Get(1).YFormat, QStringLiteral("0.0"));
+        QCOMPARE(b.Print_Get().Landscape, false);
+        QCOMPARE(b.Curve_ColorGet(0), 0x123456);
+        QCOMPARE(b.Curve_AxisGet(0), 2);
+        QCOMPARE(b.Curve_AxisGet(1), a.Curve_AxisGet(0));
+        // A template that cannot be read changes nothing.
+        QVERIFY(!b.Ini_FileOpen(dir.filePath(QStringLiteral("missing.mse"))));
+        QCOMPARE(b.View().General.Title, QStringLiteral("Cold store"));
+    }
+
+    void partialTemplateChangesOnlyWhatItSets() {
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("part.mse"));
+        QFile f(path);
+        QVERIFY(f.open(QIODevice::WriteOnly));
+        f.write("[Axis Left]\r\nMin='5'\r\n[Curve0]\r\nChannelName='T1'\r\nColor=255\r\n");
+        f.close();
+        TDataBase db;
+        TFill fill{db};
+        fill.Curve("T1", {{1, 1}});
+        db.Curve_NameSet(0, QStringLiteral("Inside"));
+        db.View().General.Title = QStringLiteral("kept");
+        db.Axis_Get(axLeft).Max = 40;
+        QVERIFY(db.Ini_FileOpen(path));
+        QCOMPARE(db.Axis_Get(axLeft).Min, 5.0);
+        QCOMPARE(db.Axis_Get(axLeft).Max, 40.0);
+        QCOMPARE(db.View().General.Title, QStringLiteral("kept"));
+        QCOMPARE(db.Curve_ColorGet(0), 255);
+        QCOMPARE(db.Curve_NameGet(0), QStringLiteral("Inside")); // matched by channel: title kept
+        db.Ini_CreateOriginalNames();
+        QCOMPARE(db.Curve_NameGet(0), QStringLiteral("T1"));
     }
 
     void outOfOrderStampsAreSorted() {
