@@ -22,26 +22,7 @@ void TCurveData::Append(double time, double value, TPointKind kind) {
 
 void TCurveData::Append(std::span<const double> times, std::span<const double> values,
                         std::span<const TPointKind> kinds) {
-    const size_t n = times.size();
-    double last = FCount > 0 ? LastTime() : -std::numeric_limits<double>::infinity();
-    size_t k = 0;
-    while (k < n) {
-        if ((FCount & kChunkMask) == 0 && (FCount >> kChunkBits) >= qint64(FTimes.size())) Grow();
-        double* t = FTimes[size_t(FCount >> kChunkBits)].get();
-        float* v = FValues[size_t(FCount >> kChunkBits)].get();
-        const size_t at = size_t(FCount & kChunkMask);
-        const size_t room = std::min(n - k, size_t(kChunkSize) - at);
-        for (size_t j = 0; j < room; ++j) {
-            const double tj = times[k + j];
-            if (tj < last) FSorted = false;
-            last = tj;
-            t[at + j] = tj;
-            v[at + j] = float(values[k + j]);
-            if (kinds[k + j] != TPointKind::Value) FNulls.emplace_back(FCount + qint64(j), kinds[k + j]);
-        }
-        FCount += qint64(room);
-        k += room;
-    }
+    for (size_t k = 0; k < times.size(); ++k) Push(times[k], float(values[k]), kinds[k]);
 }
 
 void TCurveData::Clear() {
@@ -49,6 +30,7 @@ void TCurveData::Clear() {
     FValues.clear();
     FNulls.clear();
     FCount = 0;
+    FLast = 0.0;
     FSorted = true;
 }
 

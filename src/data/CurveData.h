@@ -33,6 +33,17 @@ public:
 
     void Append(std::span<const double> times, std::span<const double> values, std::span<const TPointKind> kinds);
     void Append(double time, double value, TPointKind kind = TPointKind::Value);
+    // The loader's path: one point straight into the columns.
+    void Push(double time, float value, TPointKind kind) {
+        if ((FCount & kChunkMask) == 0 && (FCount >> kChunkBits) >= qint64(FTimes.size())) Grow();
+        const size_t chunk = size_t(FCount >> kChunkBits), at = size_t(FCount & kChunkMask);
+        if (FCount > 0 && time < FLast) FSorted = false;
+        FLast = time;
+        FTimes[chunk][at] = time;
+        FValues[chunk][at] = value;
+        if (kind != TPointKind::Value) FNulls.emplace_back(FCount, kind);
+        ++FCount;
+    }
     void Clear();
 
     // Keeps the times ascending, as a time-ordered curve needs; a file written out of
@@ -59,5 +70,6 @@ private:
     std::vector<std::unique_ptr<float[]>> FValues;
     std::vector<std::pair<qint64, TPointKind>> FNulls;
     qint64 FCount = 0;
+    double FLast = 0.0;
     bool FSorted = true;
 };

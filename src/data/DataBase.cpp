@@ -68,6 +68,8 @@ void TStoreReceiver::AddPoints(int curve, std::span<const double> times, std::sp
     FDb.Data(curve).Append(times, values, kinds);
 }
 
+TCurveData* TStoreReceiver::Columns(int curve) { return &FDb.Data(curve); }
+
 // ====================================================================== life
 
 TDataBase::TDataBase(QObject* parent) : QObject(parent) {}
@@ -76,6 +78,8 @@ TDataBase::~TDataBase() = default;
 void TDataBase::Repaint(bool withData) { Q_EMIT repaintRequested(withData); }
 
 void TDataBase::Reset() {
+    ++FSamplesGeneration;
+    FExtView = 0;
     FCurves.clear();
     FSettings.Curves.Clear();
     for (auto& w : FWork) w.Clear();
@@ -607,4 +611,15 @@ void TDataBase::Ini_CreateOriginalNames() {
         TMseSettingsCurve& c = Cfg(i);
         c.Title.Set(c.sChannelName.Value.isEmpty() ? c.sModulName.Value : c.sChannelName.Value);
     }
+}
+
+// ====================================================================== chart support
+
+void TDataBase::CheckExtView() {
+    QStringList serials;
+    for (int i = 0; i < Curve_Count(); ++i) {
+        const QString s = Curve_SNumberGet(i);
+        if (!serials.contains(s)) serials << s;
+    }
+    FExtView = serials.size() > 1 ? 2 : 0;
 }

@@ -150,6 +150,7 @@ public:
     void SetReaderMarker() override;
     void AddPoints(int curve, std::span<const double> times, std::span<const double> values,
                    std::span<const TPointKind> kinds) override;
+    TCurveData* Columns(int curve) override;
 
 protected:
     TDataBase& FDb;
@@ -291,6 +292,16 @@ public:
     void switchBigData(bool on);
     bool setBigData(int curve, bool on);
 
+    // ------------------------------------------------------------------ chart support
+    // Changes whenever the samples are thrown away (a reset, a new file), so a view that keeps
+    // something derived from them, or a pointer into them, can tell that it is stale.
+    quint64 SamplesGeneration() const { return FSamplesGeneration; }
+    // The extended view: level 2 when the curves come from two or more loggers (different
+    // serial numbers), so the legend and the curve table name the logger of each curve;
+    // 0 otherwise.
+    void CheckExtView();
+    int ExtView() const { return FExtView; }
+
 Q_SIGNALS:
     void repaintRequested(bool withData);
 
@@ -326,4 +337,6 @@ private:
     bool FLimitsOn = true;
     std::vector<TLimitLine> FLimitLines;
     TDataPrintRow FPrintRow;
+    quint64 FSamplesGeneration = 0;
+    int FExtView = 0;
 };

@@ -1,5 +1,6 @@
 #include "RecordingWalk.h"
 
+#include "CurveData.h"
 #include "DataFile.h"
 
 #include <bit>
@@ -145,8 +146,57 @@ void TRecordingWalk::HandleBlock() {
     }
 }
 
+// Straight into the receiver's columns: no staging, no second copy.
+void TRecordingWalk::HandleDataDirect() {
+    const int n = FCurveCount;
+    std::vector<TCurveData*> cols(static_cast<size_t>(n));
+    for (int c = 0; c < n; ++c) cols[size_t(c)] = FReceiver.Columns(c);
+    const char* data = FFile.BlockData().constData();
+    const int len = FFile.BlockSize();
+    const int recordSize = 8 + 4 * n;
+    int pos = FFile.BlockPos();
+    bool damaged = false;
+    while (pos + 1 < len) {
+        if (pos + recordSize > len) {
+            damaged = true;
+            break;
+        }
+        double days;
+        std::memcpy(&days, data + pos, 8);
+        if (!(days >= 0.0 && days <= kMaxDays)) {
+            if (FVariant == TDataFile::kBrandVariant && !FDefectReported) {
+                FDefectReported = true;
+                FReceiver.ReportDefect(DefectText(FCounter));
+            }
+            break;
+        }
+        const double t = days * 86400.0;
+        const char* p = data + pos + 8;
+        for (size_t c = 0; c < size_t(n); ++c, p += 4) {
+            quint32 bits;
+            std::memcpy(&bits, p, 4);
+            if (bits == kNoValueBits) continue;
+            ++FValueCount;
+            if (bits == kGapBits) {
+                FGapOpen[c] = 1;
+                cols[c]->Push(t, 0.0f, TPointKind::Gap);
+            } else {
+                cols[c]->Push(t, std::bit_cast<float>(bits), FGapOpen[c] ? TPointKind::GapEnd : TPointKind::Value);
+                FGapOpen[c] = 0;
+            }
+        }
+        pos += recordSize;
+    }
+    FFile.SetBlockPos(pos);
+    if (damaged) throw TDataFileError("data record cut off at the end of block " + std::to_string(FCounter));
+}
+
 void TRecordingWalk::HandleData() {
     const int n = FCurveCount;
+    if (n > 0 && FReceiver.Columns(0)) {
+        HandleDataDirect();
+        return;
+    }
     const char* data = FFile.BlockData().constData();
     const int len = FFile.BlockSize();
     const int recordSize = 8 + 4 * n;
