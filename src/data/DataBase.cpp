@@ -1,6 +1,7 @@
 #include "DataBase.h"
 
 #include "Formats.h"
+#include "ZebReg.h"
 
 #include <algorithm>
 #include <limits>
@@ -593,6 +594,13 @@ void TDataBase::Ini_Store() {
         for (auto* o : {&c.Axis, &c.Color, &c.Width, &c.Type}) o->Set(o->Value);
         c.Format.Set(c.Format.Value);
     }
+}
+
+bool TDataBase::CheckExtView() const { return ZebSettings().Extended; }
+
+void TDataBase::SetTextFont(const TFontState& font) {
+    FView.General.FontText = font;
+    FromFont(font, FSettings.FontText);
 }
 
 bool TDataBase::Ini_FileOpen(const QString& fileName) {

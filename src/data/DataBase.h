@@ -246,6 +246,10 @@ public:
     TMseCursor& Cfg_Cursor_Get(int cursor) { return cursor == 0 ? FSettings.Cursor1 : FSettings.Cursor2; }
     TMseSettingsCurve& Cfg_Curve_Get(int curve) { return Cfg(curve); }
     TMsePrint& Cfg_Print_Get() { return FSettings.Print; }
+    // Whether the extended view (serial numbers in legend and curve table) is on.
+    bool CheckExtView() const;
+    // The font of the text notices, live and in the template.
+    void SetTextFont(const TFontState& font);
 
     // ------------------------------------------------------------------ template
     // Opens a template and applies what it sets; false when it cannot be read.
