@@ -1,7 +1,6 @@
 #include "DataBase.h"
 
 #include "Formats.h"
-#include "ZebReg.h"
 
 #include <algorithm>
 #include <limits>
@@ -596,8 +595,6 @@ void TDataBase::Ini_Store() {
     }
 }
 
-bool TDataBase::CheckExtView() const { return ZebSettings().Extended; }
-
 void TDataBase::SetTextFont(const TFontState& font) {
     FView.General.FontText = font;
     FromFont(font, FSettings.FontText);
@@ -630,4 +627,56 @@ void TDataBase::CheckExtView() {
         if (!serials.contains(s)) serials << s;
     }
     FExtView = serials.size() > 1 ? 2 : 0;
+}
+
+// ====================================================================== configuration page
+
+void TDataBase::Ini_Store(int tab) {
+    switch (tab) {
+    case 0: {
+        const TGeneralState& g = FView.General;
+        FSettings.Title.Set(g.Title);
+        FSettings.ShowName.Set(g.ShowName);
+        FSettings.Foot.Set(g.Foot);
+        FSettings.ShowTime.Set(g.ShowTime);
+        FromFont(g.FontTitle, FSettings.FontTitle);
+        FromFont(g.FontAxes, FSettings.FontAxes);
+        FromFont(g.FontLegend, FSettings.FontLegend);
+        FromFont(g.FontText, FSettings.FontText);
+        break;
+    }
+    case 1:
+        for (int i = 0; i < Curve_Count(); ++i) {
+            TMseSettingsCurve& c = Cfg(i);
+            for (auto* o : {&c.Axis, &c.Color, &c.Width, &c.Type}) o->Set(o->Value);
+            c.Format.Set(c.Format.Value);
+        }
+        break;
+    case 2:
+    case 3:
+    case 4: {
+        const int a = tab - 2;
+        TMseAxis& c = Cfg_Axis_Get(a);
+        const TAxisState& s = FView.Axes[a];
+        c.Name.Set(s.Name);
+        c.Min.Set(s.Min);
+        c.Max.Set(s.Max);
+        c.Inc.Set(s.Inc);
+        c.Format.Set(s.Format);
+        c.Auto.Set(s.Auto);
+        if (a == axBottom) c.XType.Set(s.XType);
+        break;
+    }
+    case 5:
+        for (int k = 0; k < 2; ++k) {
+            TMseCursor& c = Cfg_Cursor_Get(k);
+            const TCursorState& s = FView.Cursors[k];
+            c.Axis.Set(s.Axis);
+            c.Width.Set(s.Width);
+            c.XFormat.Set(s.XFormat);
+            c.YFormat.Set(s.YFormat);
+        }
+        break;
+    default: break;
+    }
 }

@@ -246,8 +246,6 @@ public:
     TMseCursor& Cfg_Cursor_Get(int cursor) { return cursor == 0 ? FSettings.Cursor1 : FSettings.Cursor2; }
     TMseSettingsCurve& Cfg_Curve_Get(int curve) { return Cfg(curve); }
     TMsePrint& Cfg_Print_Get() { return FSettings.Print; }
-    // Whether the extended view (serial numbers in legend and curve table) is on.
-    bool CheckExtView() const;
     // The font of the text notices, live and in the template.
     void SetTextFont(const TFontState& font);
 
@@ -305,6 +303,13 @@ public:
     // 0 otherwise.
     void CheckExtView();
     int ExtView() const { return FExtView; }
+
+    // ------------------------------------------------------------------ configuration page
+    // The live values that one tab of the configuration page shows back into the template
+    // (0 general, 2..4 bottom, left and right axis, 5 the cursors), undoing what the tab wrote
+    // since the template was last applied. The curves (tab 1) have no live copy: their values
+    // are only marked as chosen.
+    void Ini_Store(int tab);
 
 Q_SIGNALS:
     void repaintRequested(bool withData);

@@ -1,0 +1,195 @@
+// The table view through the real widgets: cell texts and alarm colours, paging, the
+// scroll bar, the still top row at both edges, and home and end on a large store.
+
+#include "DataBase.h"
+#include "Formats.h"
+#include "TableView.h"
+#include "Texts.h"
+
+#include <QHeaderView>
+#include <QScrollBar>
+#include <QTableView>
+#include <QTest>
+#include <QToolButton>
+
+namespace {
+
+// Curve 0: one point a second from 0; curve 1: every other second, with a gap marker.
+void Fill(TDataBase& db, int points) {
+    TStoreReceiver r(db);
+    r.AddCurve(QStringLiteral("M1"));
+    r.AddCurve(QStringLiteral("M2"));
+    r.SetChannelName(0, QStringLiteral("Temp"));
+    r.SetUnit(0, QStringLiteral("°C"));
+    r.SetChannelName(1, QStringLiteral("Hum"));
+    std::vector<double> t, v;
+    std::vector<TPointKind> k;
+    for (int i = 0; i < points; ++i) {
+        t.push_back(i);
+        v.push_back(i % 100);
+        k.push_back(TPointKind::Value);
+    }
+    r.AddPoints(0, t, v, k);
+    std::vector<double> t2, v2;
+    std::vector<TPointKind> k2;
+    for (int i = 0; i < points; i += 2) {
+        t2.push_back(i);
+        v2.push_back(-i);
+        k2.push_back(i == 4 ? TPointKind::Gap : TPointKind::Value);
+    }
+    r.AddPoints(1, t2, v2, k2);
+    r.SetLimits(0, 2, 1, 50.0, 0.0); // alarm above 50
+    db.Curve_FormatSet(0, QStringLiteral("0.0"));
+    db.Curve_FormatSet(1, QStringLiteral("0"));
+    db.Table_SetFirstRow(0);
+}
+
+QString Cell(const TTableView& v, int row, int column) {
+    return v.Model()->data(v.Model()->index(row, column), Qt::DisplayRole).toString();
+}
+
+bool Red(const TTableView& v, int row, int column) {
+    return v.Model()->data(v.Model()->index(row, column), Qt::ForegroundRole).value<QColor>() == QColor(255, 0, 0);
+}
+
+} // namespace
+
+class TstTableView : public QObject {
+    Q_OBJECT
+
+    std::unique_ptr<TDataBase> FDb;
+    std::unique_ptr<TTableView> FView;
+
+    void Make(int points, int height = 400) {
+        FView.reset();
+        FDb = std::make_unique<TDataBase>();
+        Fill(*FDb, points);
+        FView = std::make_unique<TTableView>(FDb.get());
+        FView->resize(600, height);
+        FView->show();
+        QVERIFY(QTest::qWaitForWindowExposed(FView.get()));
+        FView->Enter();
+    }
+    double First() const { return FDb->Table_GetFirstTime(); }
+
+private Q_SLOTS:
+    void initTestCase() {
+        zeb::SetFormats(2);
+        zeb::SwitchTexts(1);
+    }
+
+    void cellTexts() {
+        Make(100);
+        const TTableModel& m = *FView->Model();
+        QCOMPARE(m.headerData(0, Qt::Horizontal, Qt::DisplayRole).toString(), QStringLiteral("Time"));
+        QCOMPARE(m.headerData(1, Qt::Horizontal, Qt::DisplayRole).toString(), QStringLiteral("Temp [°C]"));
+        QCOMPARE(m.headerData(2, Qt::Horizontal, Qt::DisplayRole).toString(), QStringLiteral("Hum"));
+        // The first data row stands for store row -1 and stays empty.
+        QCOMPARE(Cell(*FView, 0, 0), QString());
+        QCOMPARE(Cell(*FView, 1, 0), zeb::FormatTime(1, 0.0));
+        QCOMPARE(Cell(*FView, 1, 1), QStringLiteral("0.0"));
+        QCOMPARE(Cell(*FView, 1, 2), QStringLiteral("0"));
+        QCOMPARE(Cell(*FView, 2, 2), QString()); // no value at second 1
+        QCOMPARE(Cell(*FView, 5, 2), QString()); // a gap marker has no value
+        QCOMPARE(Cell(*FView, 7, 2), QStringLiteral("-6"));
+    }
+
+    void alarmColoursFollowTheLimitSwitch() {
+        Make(100);
+        FView->GUI_TableGotoTime(45);
+        // Store rows start at 45: table row r shows 45 + r - 1.
+        QVERIFY(!Red(*FView, 6, 1)); // 50: on the limit
+        QVERIFY(Red(*FView, 7, 1));  // 51
+        QVERIFY(!Red(*FView, 7, 0)); // never the time column
+        QVERIFY(!Red(*FView, 7, 2));
+        FDb->Curve_SetAllLimitLines(false);
+        QVERIFY(!Red(*FView, 7, 1));
+    }
+
+    void pageStep_data() {
+        QTest::addColumn<int>("height");
+        QTest::addColumn<bool>("small");
+        QTest::newRow("many rows") << 500 << false;
+        QTest::newRow("four rows or fewer") << 110 << true;
+    }
+    void pageStep() {
+        QFETCH(int, height);
+        QFETCH(bool, small);
+        Make(1000, height);
+        const int n = FView->Model()->VisibleRows();
+        QCOMPARE(n <= 4, small);
+        QCOMPARE(FView->PageStep(), small ? 1 : n - 3);
+        FView->GUI_TableGotoTime(100);
+        FView->GUI_TableGotoReverseFast();
+        QCOMPARE(First(), 100.0 - FView->PageStep());
+        FView->GUI_TableGotoTime(100);
+        FView->GUI_TableGotoForwardFast(); // one more than a page
+        QCOMPARE(First(), 100.0 + FView->PageStep() + 1);
+        QTest::keyClick(FView->Table(), Qt::Key_PageUp);
+        QCOMPARE(First(), 101.0);
+    }
+
+    void scrollBarMapsTheTimeRange() {
+        Make(1001);
+        QStringList status;
+        connect(FView.get(), &TTableView::statusText, this, [&](const QString& s) { status << s; });
+        QScrollBar* bar = FView->ScrollBar();
+        bar->setSliderDown(true);
+        bar->setSliderPosition(100);
+        QCOMPARE(status.last(), QStringLiteral("X= ") + zeb::FormatTime(1, 1000.0));
+        bar->setSliderDown(false);
+        QCOMPARE(status.last(), QString());
+        QCOMPARE(First(), 1000.0);
+        bar->setSliderDown(true);
+        bar->setSliderPosition(0);
+        bar->setSliderDown(false);
+        QCOMPARE(First(), 0.0);
+        FView->GUI_TableGotoTime(500);
+        FView->Enter();
+        QCOMPARE(bar->value(), 0);
+    }
+
+    void topRowStaysAtBothEdges() {
+        Make(1000);
+        QTableView* t = FView->Table();
+        const int last = FView->Model()->VisibleRows() - 1;
+        FView->GUI_TableGotoTime(200);
+        t->setFocus();
+        t->setCurrentIndex(FView->Model()->index(last, 1));
+        QTest::keyClick(t, Qt::Key_Down);
+        QCOMPARE(First(), 201.0);
+        QCOMPARE(t->currentIndex().row(), last);
+        t->setCurrentIndex(FView->Model()->index(0, 1));
+        QTest::keyClick(t, Qt::Key_Up);
+        QCOMPARE(First(), 200.0);
+        QCOMPARE(t->currentIndex().row(), 0);
+        QTest::keyClick(t, Qt::Key_Down); // inside the window: the control moves
+        QCOMPARE(First(), 200.0);
+        QCOMPARE(t->currentIndex().row(), 1);
+    }
+
+    void homeAndEndOnALargeStore() {
+        Make(3000000);
+        QTest::keyClick(FView->Table(), Qt::Key_End);
+        // The end sets the last row, then pages back: the last page is full.
+        QCOMPARE(First(), 2999999.0 - FView->PageStep());
+        QTest::keyClick(FView->Table(), Qt::Key_Home);
+        QCOMPARE(First(), 0.0);
+        FView->findChild<QToolButton*>(QStringLiteral("spbTableEnd"))->click();
+        QCOMPARE(First(), 2999999.0 - FView->PageStep());
+        FView->findChild<QToolButton*>(QStringLiteral("spbTableReverse"))->click();
+        QCOMPARE(First(), 2999998.0 - FView->PageStep());
+    }
+
+    void oneRedrawPerMove() {
+        Make(100);
+        int withData = 0, without = 0;
+        connect(FDb.get(), &TDataBase::repaintRequested, this, [&](bool d) { ++(d ? withData : without); });
+        FView->GUI_TableGotoForward();
+        QCOMPARE(without, 1);
+        QCOMPARE(withData, 1);
+    }
+};
+
+QTEST_MAIN(TstTableView)
+#include "tst_tableview.moc"
