@@ -100,6 +100,31 @@ TTableView::TTableView(TDataBase* db, QWidget* parent) : QWidget(parent), FDb(db
     FTable->horizontalHeader()->setDefaultSectionSize(130);
     FTable->horizontalHeader()->setHighlightSections(false);
     FTable->installEventFilter(this);
+    FTable->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+
+    FFrozen = new QTableView(FTable);
+    FFrozen->setObjectName(QStringLiteral("otbTableTime"));
+    FFrozen->setModel(FModel);
+    FFrozen->setSelectionModel(FTable->selectionModel());
+    FFrozen->setFocusPolicy(Qt::NoFocus);
+    FFrozen->verticalHeader()->hide();
+    FFrozen->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    FFrozen->verticalHeader()->setDefaultSectionSize(lineHeight);
+    FFrozen->horizontalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    FFrozen->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    FFrozen->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    FFrozen->setAlternatingRowColors(true);
+    FFrozen->setWordWrap(false);
+    FFrozen->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    FFrozen->setStyleSheet(QStringLiteral("QTableView { border: none; }"));
+    FTable->viewport()->stackUnder(FFrozen);
+    connect(FModel, &QAbstractItemModel::modelReset, this, &TTableView::PlaceFrozenColumn);
+    connect(FTable->horizontalHeader(), &QHeaderView::sectionResized, this, [this](int section, int, int size) {
+        if (section == 0) {
+            FFrozen->setColumnWidth(0, size);
+            PlaceFrozenColumn();
+        }
+    });
 
     FScroll = new QScrollBar(Qt::Horizontal, this);
     FScroll->setObjectName(QStringLiteral("scbTable"));
@@ -150,11 +175,21 @@ void TTableView::Enter() {
     // The time column as wide as a time text of the current format.
     const QString sample = TDataBase::GetXValueStr(1, FEnd) + QStringLiteral("  ");
     FTable->setColumnWidth(0, FTable->fontMetrics().horizontalAdvance(sample) + 12);
+    PlaceFrozenColumn();
 }
 
 void TTableView::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
     FitRows();
+    PlaceFrozenColumn();
+}
+
+void TTableView::PlaceFrozenColumn() {
+    for (int c = 1; c < FModel->columnCount(); ++c) FFrozen->setColumnHidden(c, true);
+    FFrozen->setColumnWidth(0, FTable->columnWidth(0));
+    const int frame = FTable->frameWidth();
+    FFrozen->setGeometry(frame, frame, FTable->columnWidth(0),
+                         FTable->viewport()->height() + FTable->horizontalHeader()->height());
 }
 
 // As many data rows as fit; more than the store's rows would only show empty lines.

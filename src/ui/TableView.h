@@ -77,10 +77,12 @@ private:
     void GUI_TableScroll(int position, bool ending);
     double ScrollTime(int position) const;
     void FitRows();
+    void PlaceFrozenColumn();
 
     TDataBase* FDb;
     TTableModel* FModel;
     QTableView* FTable;
+    QTableView* FFrozen; // the time column, kept in place while the values scroll sideways
     QScrollBar* FScroll;
     double FStart = 0.0, FEnd = 0.0;
     std::function<double()> FChartMin;
