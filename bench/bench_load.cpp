@@ -121,5 +121,14 @@ int main(int argc, char** argv) {
     for (int i = 0; i < reps; ++i) last->Table_SetFirstRow(mn + (mx - mn) * (0.5 + 1e-4 * (i % 100)));
     std::printf("Table_SetFirstRow in the middle of %lld values: %.1f us\n",
                 static_cast<long long>(last->ValueCount()), double(timer.nsecsElapsed()) / 1e3 / reps);
+
+    // The table's End and Home: the last row, then a page back; the first row.
+    timer.restart();
+    for (int i = 0; i < reps; ++i) {
+        last->Table_SetFirstRow(10000000000.0);
+        last->Table_MoveFirstRow(-47);
+        last->Table_SetFirstRow(0.0);
+    }
+    std::printf("table End (page back) and Home: %.1f us\n", double(timer.nsecsElapsed()) / 1e3 / reps);
     return 0;
 }
