@@ -71,6 +71,8 @@ constexpr std::array kTable{
                 u"Previewer nicht vorhanden!"},
     TTextRecord{MsgZebFileDefect, u"ZEB file is defect !", u"ZEB-Datei ist defekt !",
                 u"Fichier ZEB défectueux !"},
+    TTextRecord{MsgCannotSaveFile, u"Cannot save file [%s] !", u"Kann Datei [%s] nicht speichern !",
+                u"Impossible d’enregistrer le fichier [%s] !"},
 
     // Large-file question
     TTextRecord{BigDataInfo, u"This file contains more than 2.5 million measurements.",
@@ -197,6 +199,8 @@ constexpr std::array kTable{
         u"Zoom : marquer la sélection avec le bouton gauche de la souris enfoncé, Déplacer : avec le "
         u"bouton droit enfoncé"},
     TTextRecord{StatusScrollX, u"X= ", u"X= ", u"X= "},
+    // The window title without a file; %s is the product's short name.
+    TTextRecord{MainCaption, u"%s Viewer", u"%s Viewer", u"%s Viewer"},
 
     // Crosshair read-outs
     TTextRecord{ReadX1, u"X1=", u"X1=", u"X1="},
@@ -263,6 +267,16 @@ constexpr std::array kTable{
                 u"\"inactif\",\"gauche\",\"droite\""},
     TTextRecord{CfgCurveTypes, u"\"line\",\"line and points\"", u"\"Linie\",\"Linie und Punkte\"",
                 u"\"ligne\",\"ligne et points\""},
+    TTextRecord{CfgFonts, u"Fonts", u"Schriften", u"Polices"},
+    TTextRecord{CfgFontName, u"Font", u"Schriftart", u"Police"},
+    TTextRecord{CfgFontSize, u"Size", u"Größe", u"Taille"},
+    TTextRecord{CfgFontStyle, u"Style", u"Stil", u"Style"},
+    TTextRecord{CfgAxisBottomSeconds,
+                u"Minimum, maximum and increment in seconds from the first measurement",
+                u"Minimum, Maximum und Schrittweite in Sekunden ab dem ersten Messwert",
+                u"Minimum, maximum et pas en secondes à partir de la première mesure"},
+    TTextRecord{CfgPickTime, u"Choose date or time", u"Datum oder Zeit wählen",
+                u"Choisir la date ou l’heure"},
 
     // Text notices
     TTextRecord{NoteDelete, u"Delete", u"Löschen", u"Supprimer"},
@@ -343,6 +357,26 @@ constexpr std::array kTable{
     TTextRecord{GoToLabel, u"Time in seconds:", u"Zeit in Sekunden:", u"Temps en secondes :"},
     TTextRecord{DateTimeOk, u"&OK", u"&OK", u"&OK"},
     TTextRecord{DateTimeCancel, u"&Cancel", u"Ab&bruch", u"&Annuler"},
+    // Times, the same in every language.
+    TTextRecord{DateTimeIntervals,
+                u"00:00:30,00:01:00,00:05:00,00:10:00,00:30:00,01:00:00,02:00:00,12:00:00,24:00:00",
+                u"00:00:30,00:01:00,00:05:00,00:10:00,00:30:00,01:00:00,02:00:00,12:00:00,24:00:00",
+                u"00:00:30,00:01:00,00:05:00,00:10:00,00:30:00,01:00:00,02:00:00,12:00:00,24:00:00"},
+
+    // Command-line picture export
+    TTextRecord{CliUsage,
+                u"Usage: zeb_viewer [FILE]\r\n"
+                u"       zeb_viewer FILE --export-png|--export-jpg|--export-bmp OUT [--size WxH] "
+                u"[--template T.mse]",
+                u"Aufruf: zeb_viewer [DATEI]\r\n"
+                u"        zeb_viewer DATEI --export-png|--export-jpg|--export-bmp AUSGABE [--size BxH] "
+                u"[--template V.mse]",
+                u"Usage : zeb_viewer [FICHIER]\r\n"
+                u"        zeb_viewer FICHIER --export-png|--export-jpg|--export-bmp SORTIE [--size LxH] "
+                u"[--template M.mse]"},
+    TTextRecord{CliBadArgument, u"Invalid argument: %s", u"Ungültiges Argument: %s", u"Argument invalide : %s"},
+    TTextRecord{CliCannotWritePicture, u"Cannot write picture [%s] !", u"Kann Bild [%s] nicht schreiben !",
+                u"Impossible d’écrire l’image [%s] !"},
 };
 
 static_assert(kTable.size() == size_t(TTextId::Count), "one record per text identity");

@@ -36,6 +36,7 @@ enum class TTextId : int {
     MsgDataReductionNote,
     MsgNoPreviewer,
     MsgZebFileDefect,
+    MsgCannotSaveFile,
 
     // Large-file question
     BigDataInfo,
@@ -137,6 +138,7 @@ enum class TTextId : int {
     StatusBlock,
     StatusZoomHint,
     StatusScrollX,
+    MainCaption,
 
     // Crosshair read-outs
     ReadX1,
@@ -190,6 +192,12 @@ enum class TTextId : int {
     CfgCurveType,
     CfgCurveAxes,  // quoted list
     CfgCurveTypes, // quoted list
+    CfgFonts,
+    CfgFontName,
+    CfgFontSize,
+    CfgFontStyle,
+    CfgAxisBottomSeconds,
+    CfgPickTime,
 
     // Text notices
     NoteDelete,
@@ -264,6 +272,12 @@ enum class TTextId : int {
     GoToLabel,
     DateTimeOk,
     DateTimeCancel,
+    DateTimeIntervals, // one comma-separated list
+
+    // Command-line picture export
+    CliUsage,
+    CliBadArgument,
+    CliCannotWritePicture,
 
     Count
 };
