@@ -544,40 +544,15 @@ void TDataBase::Ini_Update() {
 }
 
 void TDataBase::Ini_Store() {
+    for (int tab = 0; tab <= 5; ++tab) Ini_Store(tab);
+    // What no tab of the configuration page shows.
     const TGeneralState& g = FView.General;
-    FSettings.Title.Set(g.Title);
-    FSettings.ShowName.Set(g.ShowName);
-    FSettings.Foot.Set(g.Foot);
-    FSettings.ShowTime.Set(g.ShowTime);
     FSettings.OnlineRate.Set(g.OnlineRate);
     FSettings.DispTime.Set(g.DispTime);
     FSettings.DispLimits.Set(g.DispLimits);
     FSettings.ViewCalc.Set(g.ViewCalc);
     FSettings.ViewLimit.Set(g.ViewLimit);
-    FromFont(g.FontTitle, FSettings.FontTitle);
-    FromFont(g.FontAxes, FSettings.FontAxes);
-    FromFont(g.FontLegend, FSettings.FontLegend);
-    FromFont(g.FontText, FSettings.FontText);
-    for (int a = 0; a < 3; ++a) {
-        TMseAxis& c = Cfg_Axis_Get(a);
-        const TAxisState& s = FView.Axes[a];
-        c.Name.Set(s.Name);
-        c.Min.Set(s.Min);
-        c.Max.Set(s.Max);
-        c.Inc.Set(s.Inc);
-        c.Format.Set(s.Format);
-        c.Grid.Set(s.Grid);
-        c.Auto.Set(s.Auto);
-        if (a == axBottom) c.XType.Set(s.XType);
-    }
-    for (int k = 0; k < 2; ++k) {
-        TMseCursor& c = Cfg_Cursor_Get(k);
-        const TCursorState& s = FView.Cursors[k];
-        c.Axis.Set(s.Axis);
-        c.Width.Set(s.Width);
-        c.XFormat.Set(s.XFormat);
-        c.YFormat.Set(s.YFormat);
-    }
+    for (int a = 0; a < 3; ++a) Cfg_Axis_Get(a).Grid.Set(FView.Axes[a].Grid);
     TMsePrint& p = FSettings.Print;
     const TPrintState& ps = FView.Print;
     p.Landscape.Set(ps.Landscape);
@@ -587,12 +562,6 @@ void TDataBase::Ini_Store() {
     p.MarginBottom.Set(ps.MarginBottom);
     p.Proportional.Set(ps.Proportional);
     p.CheckBoxes.Set(ps.CheckBoxes);
-    // The curves' display values live in the template already; mark them as chosen.
-    for (int i = 0; i < Curve_Count(); ++i) {
-        TMseSettingsCurve& c = Cfg(i);
-        for (auto* o : {&c.Axis, &c.Color, &c.Width, &c.Type}) o->Set(o->Value);
-        c.Format.Set(c.Format.Value);
-    }
 }
 
 void TDataBase::SetTextFont(const TFontState& font) {
