@@ -1,6 +1,7 @@
 #include "DataBase.h"
 
 #include "Formats.h"
+#include "Texts.h"
 
 #include <algorithm>
 #include <limits>
@@ -19,7 +20,7 @@ void TStoreReceiver::SetCreator(const QString& creator) { FDb.FCreator = creator
 
 void TStoreReceiver::SetStartTime(double days) {
     FDb.FStartTime = days;
-    FDb.FStartTimeText << QStringLiteral("Startzeit : ") + QLatin1Char(' ') +
+    FDb.FStartTimeText << zeb::Txt(zeb::TTextId::ChartStartTime) + QLatin1Char(' ') +
                               zeb::FormatTime(0, days * zeb::kSecondsPerDay);
 }
 
