@@ -9,4 +9,12 @@ cmake --build --preset default -j "$(nproc)"
 
 mkdir -p demo
 ./build/default/tools/zebtool gen --seed 7 --channels 4 --records 20000 --gaps demo/demo.zeb
-./build/default/tools/zebtool blocks demo/demo.zeb
+
+viewer=./build/default/src/app/zeb_viewer
+if [ -n "${DISPLAY:-}" ] || [ -n "${WAYLAND_DISPLAY:-}" ] || [ "${QT_QPA_PLATFORM:-}" = "windows" ]; then
+  exec "$viewer" demo/demo.zeb
+else
+  echo "No display found: writing the chart of demo/demo.zeb to demo/demo.png instead."
+  "$viewer" demo/demo.zeb --export-png demo/demo.png --size 1400x800
+  echo "Wrote demo/demo.png"
+fi

@@ -1,0 +1,183 @@
+#include "Startup.h"
+
+#include "AuditLog.h"
+#include "BigDataDlg.h"
+#include "FileThread.h"
+#include "Language.h"
+#include "Main.h"
+#include "Texts.h"
+#include "ZebDlg.h"
+#include "ZebReg.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QEventLoop>
+#include <QFileInfo>
+#include <QRegularExpression>
+#include <QScreen>
+
+#include <cstdio>
+#include <cstring>
+#include <memory>
+
+namespace zeb {
+
+namespace {
+
+void PrintErr(QString text) {
+    text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+    std::fputs(text.toLocal8Bit().constData(), stderr);
+    std::fputc('\n', stderr);
+    std::fflush(stderr);
+}
+
+// Export runs never need a display: they are chosen before the application object exists,
+// because the platform cannot change afterwards.
+bool WantsExport(int argc, char** argv) {
+    for (int i = 1; i < argc; ++i)
+        if (std::strncmp(argv[i], "--export-", 9) == 0) return true;
+    return false;
+}
+
+int RunExport(TForm1& form, const TCommandLine& cmd) {
+    form.SetBatchMode(PrintErr);
+    int result = TFileThread::kResultError;
+    QEventLoop loop;
+    QObject::connect(&form, &TForm1::loadFinished, &loop, [&](int r) {
+        result = r;
+        loop.quit();
+    });
+    if (!form.OpenFile(cmd.Files.first())) return 1;
+    loop.exec();
+    if (result != TFileThread::kResultOk) {
+        // The loader's message has been printed already.
+        return 1;
+    }
+    if (!cmd.Template.isEmpty() && !form.ApplyTemplate(cmd.Template)) return 1;
+    if (!form.SaveChartPicture(cmd.Picture, cmd.Size)) {
+        PrintErr(TxtFmt(TTextId::CliCannotWritePicture, {QDir::toNativeSeparators(cmd.Picture)}));
+        return 3;
+    }
+    return 0;
+}
+
+} // namespace
+
+TCommandLine ParseCommandLine(const QStringList& args) {
+    TCommandLine cmd;
+    auto invalid = [&cmd](const QString& arg) {
+        cmd.Mode = TCommandLine::TMode::Invalid;
+        cmd.Error = arg;
+        return cmd;
+    };
+    bool sizeGiven = false, templateGiven = false;
+    for (qsizetype i = 0; i < args.size(); ++i) {
+        const QString& a = args[i];
+        const bool hasValue = i + 1 < args.size();
+        if (a.startsWith(QLatin1String("--export-"))) {
+            const QString format = a.mid(9);
+            if (format != QLatin1String("png") && format != QLatin1String("jpg") &&
+                format != QLatin1String("bmp"))
+                return invalid(a);
+            if (!cmd.Picture.isEmpty() || !hasValue) return invalid(a);
+            cmd.Format = format;
+            cmd.Picture = args[++i];
+        } else if (a == QLatin1String("--size")) {
+            if (!hasValue || sizeGiven) return invalid(a);
+            static const QRegularExpression re(QStringLiteral("^(\\d{1,5})[xX](\\d{1,5})$"));
+            const QRegularExpressionMatch m = re.match(args[++i]);
+            const int w = m.hasMatch() ? m.captured(1).toInt() : 0;
+            const int h = m.hasMatch() ? m.captured(2).toInt() : 0;
+            if (w < 16 || h < 16 || w > 20000 || h > 20000) return invalid(args[i]);
+            cmd.Size = QSize(w, h);
+            sizeGiven = true;
+        } else if (a == QLatin1String("--template")) {
+            if (!hasValue || templateGiven) return invalid(a);
+            cmd.Template = args[++i];
+            templateGiven = true;
+        } else if (a.startsWith(QLatin1String("--"))) {
+            return invalid(a);
+        } else {
+            cmd.Files << a;
+        }
+    }
+    if (!cmd.Picture.isEmpty()) {
+        if (cmd.Files.size() != 1) return invalid(cmd.Files.value(1, QStringLiteral("FILE")));
+        cmd.Mode = TCommandLine::TMode::Export;
+    } else if (sizeGiven || templateGiven) {
+        // Only the export knows these.
+        return invalid(sizeGiven ? QStringLiteral("--size") : QStringLiteral("--template"));
+    }
+    return cmd;
+}
+
+int RunViewer(int argc, char** argv, const TStartupObserver& observer) {
+    auto step = [&observer](TStartupStep s, TForm1* form) {
+        if (observer) observer(s, form);
+    };
+
+    // 1. and 2. the settings root and the program's settings
+    ZebSettingsRoot();
+    const QString programName = QString::fromLatin1(kZebProgramViewer);
+    LoadZebSettings(programName);
+    step(TStartupStep::SettingsLoaded, nullptr);
+
+    // 3. every text in the user's language, before any window or dialog exists
+    const TZebSettings& s = ZebSettings();
+    ApplyStartupLanguage(s.Language, s.LocDate, s.LocDecimalSeparator);
+    step(TStartupStep::LanguageSwitched, nullptr);
+
+    // 4. the application object
+    const bool exporting = WantsExport(argc, argv);
+    if (exporting && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    InstallQtTranslations();
+    SetZebScreenSizeProvider([] {
+        const QScreen* screen = QGuiApplication::primaryScreen();
+        return screen ? screen->availableGeometry().size() : QSize();
+    });
+    CheckZebScreenSize(ZebScreenSize());
+    QGuiApplication::setApplicationDisplayName(TxtFmt(TTextId::MainCaption, {s.ProductShort}));
+    step(TStartupStep::ApplicationCreated, nullptr);
+
+    const TCommandLine cmd = ParseCommandLine(QCoreApplication::arguments().mid(1));
+    if (cmd.Mode == TCommandLine::TMode::Invalid) {
+        PrintErr(TxtFmt(TTextId::CliBadArgument, {cmd.Error}));
+        PrintErr(Txt(TTextId::CliUsage));
+        return 2;
+    }
+
+    // 5. the forms that live for the whole run
+    TZebDlg::SetDataFileExtension(s.DataFileExt);
+    auto form = std::make_unique<TForm1>();
+    auto* bigDataDlg = new TfrmBigDataDlg(form.get());
+    form->SetBigDataDlg(bigDataDlg);
+    form->SetCommandLine(cmd.Files);
+    TZebDlg::SetMainWindow(form.get());
+    step(TStartupStep::FormsCreated, form.get());
+
+    // 6. the audit log
+    AuditLog().Open(QStringLiteral("Viewer"));
+    step(TStartupStep::AuditLogOpened, form.get());
+
+    // 7. the window's loop, or the export
+    int exitCode = 0;
+    if (cmd.Mode == TCommandLine::TMode::Export) {
+        exitCode = RunExport(*form, cmd);
+    } else {
+        form->show();
+        step(TStartupStep::EventLoopStarted, form.get());
+        exitCode = QApplication::exec();
+    }
+    // The window writes the settings as it goes.
+    TZebDlg::SetMainWindow(nullptr);
+    form.reset();
+    step(TStartupStep::MainWindowDestroyed, nullptr);
+
+    // 8. the closing entry
+    AuditLog().Close();
+    step(TStartupStep::AuditLogClosed, nullptr);
+    return exitCode;
+}
+
+} // namespace zeb

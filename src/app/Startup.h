@@ -1,0 +1,54 @@
+#pragma once
+// The program's start-up and shutdown, and its command line.
+//
+//   zeb_viewer [FILE]
+//   zeb_viewer FILE --export-png|--export-jpg|--export-bmp OUT [--size WxH] [--template T.mse]
+//
+// The second form loads the recording as an open would, applies its settings (and the
+// template, when given), writes the chart as a picture without showing a window and exits:
+// 0 on success, 1 when the recording or template cannot be loaded (the program's message on
+// stderr), 2 for a wrong command line, 3 when the picture cannot be written.
+
+#include <QSize>
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+
+class TForm1;
+
+namespace zeb {
+
+struct TCommandLine {
+    enum class TMode { Window, Export, Invalid };
+    TMode Mode = TMode::Window;
+    QStringList Files; // the plain arguments; a window opens exactly one
+    QString Picture;   // export: the picture file
+    QString Format;    // export: "png", "jpg" or "bmp"
+    QSize Size{1200, 800};
+    QString Template; // export: a display template applied after the recording's own settings
+    QString Error;    // invalid: the offending argument
+};
+
+// args: the arguments after the program's name.
+TCommandLine ParseCommandLine(const QStringList& args);
+
+// The points of start-up and shutdown, in the order they are passed. The main window is given
+// from FormsCreated on and until MainWindowDestroyed, where it is already gone (nullptr).
+enum class TStartupStep {
+    SettingsLoaded,     // settings root chosen, settings of "zeb_viewer.exe" read
+    LanguageSwitched,   // before the application object exists
+    ApplicationCreated, // with Qt's own translations
+    FormsCreated,       // the main window and the long-lived dialogs
+    AuditLogOpened,     // "Viewer;;Open" sent
+    EventLoopStarted,   // window mode: the window is shown, the loop starts next
+    MainWindowDestroyed,
+    AuditLogClosed, // "Viewer;;Close" sent
+};
+using TStartupObserver = std::function<void(TStartupStep, TForm1*)>;
+
+// The whole program: start-up, the window's event loop or the export, shutdown.
+// The observer lets tests look at each step.
+int RunViewer(int argc, char** argv, const TStartupObserver& observer = {});
+
+} // namespace zeb

@@ -1,0 +1,5 @@
+#include "Startup.h"
+
+int main(int argc, char** argv) {
+    return zeb::RunViewer(argc, argv);
+}

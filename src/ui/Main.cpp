@@ -1,0 +1,1282 @@
+#include "Main.h"
+
+#include "BigDataDlg.h"
+#include "CfgPage.h"
+#include "CrossHair.h"
+#include "DataBase.h"
+#include "FileThread.h"
+#include "Formats.h"
+#include "GoToDlg.h"
+#include "TableView.h"
+#include "Texts.h"
+#include "ZebChart.h"
+#include "ZebDlg.h"
+#include "ZebReg.h"
+
+#include <QAction>
+#include <QActionGroup>
+#include <QApplication>
+#include <QCheckBox>
+#include <QCloseEvent>
+#include <QDir>
+#include <QDragEnterEvent>
+#include <QDropEvent>
+#include <QFileInfo>
+#include <QFrame>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMimeData>
+#include <QPainter>
+#include <QPainterPath>
+#include <QProcess>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QStackedWidget>
+#include <QStatusBar>
+#include <QStyle>
+#include <QTimer>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+using zeb::TMsgDlgBtn;
+using zeb::TMsgDlgType;
+using zeb::TTextId;
+using zeb::Txt;
+using zeb::TxtFmt;
+using zeb::TZebDlg;
+
+namespace {
+
+constexpr int kBusySteps = 10;
+constexpr int kBusyStepMs = 1000;
+
+// A companion program in the program's own folder, with the platform's executable suffix.
+QString CompanionPath(const QString& baseName) {
+#ifdef Q_OS_WIN
+    const QString name = baseName + QStringLiteral(".exe");
+#else
+    const QString name = baseName;
+#endif
+    return QDir(ZebProgramDir()).filePath(name);
+}
+
+bool CompanionExists(const QString& baseName) {
+    const QFileInfo fi(CompanionPath(baseName));
+    return fi.isFile() && fi.isExecutable();
+}
+
+// ---- toolbar glyphs, drawn so they stay sharp at any scale and need no resources
+
+enum class TGlyph {
+    GridBottom,
+    GridLeft,
+    GridRight,
+    AxisBottom,
+    AxisLeft,
+    AxisRight,
+    Cursor1,
+    Cursor2,
+    Scale,
+    Undo,
+    ViewGraph,
+    ViewTable,
+    ViewCfg,
+    TableGotoTMin,
+    TableGotoTime
+};
+
+QIcon Glyph(TGlyph g) {
+    constexpr int S = 22;
+    QPixmap pm(S * 2, S * 2);
+    pm.setDevicePixelRatio(2.0);
+    pm.fill(Qt::transparent);
+    QPainter p(&pm);
+    p.setRenderHint(QPainter::Antialiasing);
+    const QColor ink(40, 40, 40);
+    const QColor accent(0, 90, 180);
+    const QColor grid(150, 150, 150);
+    auto axes = [&](bool left, bool right) {
+        p.setPen(QPen(ink, 1.6));
+        p.drawLine(QPointF(3, 18.5), QPointF(19, 18.5));
+        if (left) p.drawLine(QPointF(3.5, 3), QPointF(3.5, 19));
+        if (right) p.drawLine(QPointF(18.5, 3), QPointF(18.5, 19));
+    };
+    switch (g) {
+    case TGlyph::GridBottom:
+    case TGlyph::GridLeft:
+    case TGlyph::GridRight: {
+        p.setPen(QPen(grid, 1.0, Qt::DotLine));
+        if (g == TGlyph::GridBottom)
+            for (double x : {8.5, 13.5})
+                p.drawLine(QPointF(x, 3), QPointF(x, 18));
+        else
+            for (double y : {6.5, 12.5})
+                p.drawLine(QPointF(4, y), QPointF(18, y));
+        axes(g != TGlyph::GridRight, g == TGlyph::GridRight);
+        p.setPen(QPen(accent, 2.0));
+        if (g == TGlyph::GridBottom)
+            p.drawLine(QPointF(3, 18.5), QPointF(19, 18.5));
+        else if (g == TGlyph::GridLeft)
+            p.drawLine(QPointF(3.5, 3), QPointF(3.5, 19));
+        else
+            p.drawLine(QPointF(18.5, 3), QPointF(18.5, 19));
+        break;
+    }
+    case TGlyph::AxisBottom:
+    case TGlyph::AxisLeft:
+    case TGlyph::AxisRight: {
+        axes(g != TGlyph::AxisRight, g == TGlyph::AxisRight);
+        // A padlock on the axis that keeps its range.
+        const QPointF c = g == TGlyph::AxisBottom ? QPointF(11, 12)
+                          : g == TGlyph::AxisLeft ? QPointF(11, 10)
+                                                  : QPointF(10, 10);
+        p.setPen(QPen(accent, 1.6));
+        p.setBrush(Qt::NoBrush);
+        p.drawArc(QRectF(c.x() - 3, c.y() - 6, 6, 7), 0, 180 * 16);
+        p.setBrush(accent);
+        p.drawRoundedRect(QRectF(c.x() - 4.5, c.y() - 2, 9, 7), 1, 1);
+        break;
+    }
+    case TGlyph::Cursor1:
+    case TGlyph::Cursor2: {
+        QPen pen(ink, 1.4, g == TGlyph::Cursor1 ? Qt::DashLine : Qt::DashDotDotLine);
+        p.setPen(pen);
+        p.drawLine(QPointF(11, 2), QPointF(11, 20));
+        p.drawLine(QPointF(2, 11), QPointF(20, 11));
+        p.setPen(QPen(accent, 1.6));
+        p.drawEllipse(QPointF(11, 11), 3.5, 3.5);
+        p.setPen(ink);
+        QFont f = p.font();
+        f.setPixelSize(8);
+        f.setBold(true);
+        p.setFont(f);
+        p.drawText(QRectF(13, 12, 9, 9), Qt::AlignCenter,
+                   g == TGlyph::Cursor1 ? QStringLiteral("1") : QStringLiteral("2"));
+        break;
+    }
+    case TGlyph::Scale: {
+        axes(true, false);
+        QPainterPath curve;
+        curve.moveTo(5, 15);
+        curve.cubicTo(9, 2, 12, 20, 18, 5);
+        p.setPen(QPen(accent, 1.8));
+        p.drawPath(curve);
+        p.setPen(QPen(ink, 1.2));
+        p.drawLine(QPointF(15, 2.5), QPointF(20, 2.5));
+        p.drawLine(QPointF(19.5, 2), QPointF(19.5, 7));
+        break;
+    }
+    case TGlyph::Undo: {
+        QPainterPath arc;
+        arc.moveTo(6, 9);
+        arc.cubicTo(10, 4, 18, 5, 18, 12);
+        arc.cubicTo(18, 17, 13, 19, 9, 18);
+        p.setPen(QPen(accent, 2.0, Qt::SolidLine, Qt::RoundCap));
+        p.drawPath(arc);
+        QPainterPath head;
+        head.moveTo(3, 8);
+        head.lineTo(9.5, 4.5);
+        head.lineTo(9, 12);
+        head.closeSubpath();
+        p.setPen(Qt::NoPen);
+        p.setBrush(accent);
+        p.drawPath(head);
+        break;
+    }
+    case TGlyph::ViewGraph: {
+        p.setPen(QPen(ink, 1.2));
+        p.setBrush(Qt::white);
+        p.drawRect(QRectF(2.5, 3.5, 17, 15));
+        QPainterPath curve;
+        curve.moveTo(4, 14);
+        curve.lineTo(8, 8);
+        curve.lineTo(11, 12);
+        curve.lineTo(15, 6);
+        curve.lineTo(18, 9);
+        p.setPen(QPen(accent, 1.8, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+        p.setBrush(Qt::NoBrush);
+        p.drawPath(curve);
+        break;
+    }
+    case TGlyph::ViewTable: {
+        p.setPen(Qt::NoPen);
+        p.setBrush(QColor(200, 220, 240));
+        p.drawRect(QRectF(2.5, 3.5, 17, 4));
+        p.setBrush(Qt::NoBrush);
+        p.setPen(QPen(ink, 1.2));
+        p.drawRect(QRectF(2.5, 3.5, 17, 15));
+        for (double y : {7.5, 11.25, 15.0})
+            p.drawLine(QPointF(2.5, y), QPointF(19.5, y));
+        p.drawLine(QPointF(8.5, 3.5), QPointF(8.5, 18.5));
+        p.drawLine(QPointF(14, 3.5), QPointF(14, 18.5));
+        break;
+    }
+    case TGlyph::ViewCfg: {
+        // Three sliders: the settings page.
+        p.setPen(QPen(ink, 1.4, Qt::SolidLine, Qt::RoundCap));
+        const double ys[3] = {5, 11, 17};
+        const double knobs[3] = {7, 15, 10};
+        for (int i = 0; i < 3; ++i)
+            p.drawLine(QPointF(3, ys[i]), QPointF(19, ys[i]));
+        p.setBrush(accent);
+        p.setPen(QPen(Qt::white, 1.0));
+        for (int i = 0; i < 3; ++i)
+            p.drawRoundedRect(QRectF(knobs[i] - 2.5, ys[i] - 3, 5, 6), 1.2, 1.2);
+        break;
+    }
+    case TGlyph::TableGotoTMin: {
+        // To the chart's first moment: an arrow onto a bar, over a small curve.
+        QPainterPath curve;
+        curve.moveTo(4, 19);
+        curve.cubicTo(8, 13, 12, 20, 19, 14);
+        p.setPen(QPen(grid, 1.4));
+        p.drawPath(curve);
+        p.setPen(QPen(accent, 2.0, Qt::SolidLine, Qt::RoundCap));
+        p.drawLine(QPointF(4, 3), QPointF(4, 13));
+        p.drawLine(QPointF(18, 8), QPointF(7, 8));
+        QPainterPath head;
+        head.moveTo(6, 8);
+        head.lineTo(11, 4.5);
+        head.lineTo(11, 11.5);
+        head.closeSubpath();
+        p.setPen(Qt::NoPen);
+        p.setBrush(accent);
+        p.drawPath(head);
+        break;
+    }
+    case TGlyph::TableGotoTime: {
+        p.setPen(QPen(ink, 1.4));
+        p.setBrush(Qt::white);
+        p.drawEllipse(QPointF(11, 11), 8, 8);
+        p.setPen(QPen(accent, 1.8, Qt::SolidLine, Qt::RoundCap));
+        p.drawLine(QPointF(11, 11), QPointF(11, 5.5));
+        p.drawLine(QPointF(11, 11), QPointF(15, 13));
+        break;
+    }
+    }
+    p.end();
+    return QIcon(pm);
+}
+
+QFrame* ToolPanel(QWidget* parent, const char* name) {
+    auto* f = new QFrame(parent);
+    f->setObjectName(QLatin1String(name));
+    f->setFrameShape(QFrame::StyledPanel);
+    f->setFrameShadow(QFrame::Raised);
+    auto* l = new QHBoxLayout(f);
+    l->setContentsMargins(2, 1, 2, 1);
+    l->setSpacing(1);
+    return f;
+}
+
+QToolButton* SpeedButton(QFrame* panel, const char* name, QAction* action) {
+    auto* b = new QToolButton(panel);
+    b->setObjectName(QLatin1String(name));
+    b->setDefaultAction(action);
+    b->setAutoRaise(true);
+    b->setIconSize(QSize(22, 22));
+    b->setToolButtonStyle(Qt::ToolButtonIconOnly);
+    panel->layout()->addWidget(b);
+    return b;
+}
+
+} // namespace
+
+// ====================================================================== creation
+
+TForm1::TForm1(QWidget* parent) : QMainWindow(parent), FCommandLine(QCoreApplication::arguments().mid(1)) {
+    setObjectName(QStringLiteral("Form1"));
+    setAcceptDrops(true);
+    FormCreate();
+}
+
+TForm1::~TForm1() {
+    // A load still running is only stopped; its pending reports go nowhere.
+    FFileThread = nullptr;
+    FThreads.clear();
+    if (!FBatchSink) {
+        TZebSettings& s = ZebSettings();
+        s.ScreenFull = isMaximized();
+        if (!s.ScreenFull) {
+            s.ScreenWidth = normalGeometry().width();
+            s.ScreenHeight = normalGeometry().height();
+        }
+        SaveZebSettings(QString::fromLatin1(kZebProgramViewer));
+    }
+}
+
+void TForm1::FormCreate() {
+    // 1. the store and the chart with its cursors and zoom
+    FDataBase = new TDataBase(this);
+    FChart = new TZebChart(FDataBase);
+    FChart->setObjectName(QStringLiteral("ZEBChart"));
+    FTableView = new TTableView(FDataBase);
+    FTableView->setObjectName(QStringLiteral("tbsTable"));
+    FCfgPage = new TCfgPage(FDataBase);
+
+    onbWork = new QStackedWidget(this);
+    onbWork->setObjectName(QStringLiteral("onbWork"));
+    setCentralWidget(onbWork);
+    BuildMenus();
+    BuildWorkPage();
+    BuildProgressPage();
+
+    stbStatus = new QLabel(this);
+    stbStatus->setObjectName(QStringLiteral("stbStatus"));
+    stbStatus->setTextInteractionFlags(Qt::NoTextInteraction);
+    statusBar()->setObjectName(QStringLiteral("stbStatusBar"));
+    statusBar()->addWidget(stbStatus, 1);
+    statusBar()->setSizeGripEnabled(true);
+
+    connect(FChart, &TZebChart::modified, this, [this] { SetModified(true); });
+    connect(FChart, &TZebChart::statusText, this, &TForm1::SetStatus);
+    connect(FChart, &TZebChart::legendClicked, this, &TForm1::Graph_OnLegendClick);
+    connect(FChart, &TZebChart::elementClicked, this, &TForm1::Graph_OnElementClick);
+    connect(FChart, &TZebChart::undoAvailable, this, [this] { UpdateUndo(); });
+    connect(FChart, &TZebChart::switchesChanged, this, &TForm1::SyncGraphSwitches);
+    connect(FTableView, &TTableView::statusText, this, &TForm1::SetStatus);
+    connect(FTableView, &TTableView::gotoTimeRequested, this, &TForm1::GUI_TableGotoTime);
+    FTableView->SetChartMinProvider([this] { return FChart->ChartAxis(axBottom)->range().lower; });
+    connect(FCfgPage, &TCfgPage::modified, this, [this] { SetModified(true); });
+
+    // 2. texts and settings
+    ApplyLanguage();
+    const TZebSettings& s = ZebSettings();
+    resize(s.ScreenWidth > 0 ? s.ScreenWidth : 1024, s.ScreenHeight > 0 ? s.ScreenHeight : 720);
+    if (s.ScreenFull) setWindowState(windowState() | Qt::WindowMaximized);
+    RecentFiles_Rebuild();
+
+    // 3. the companions
+    FindHelperPrograms();
+
+    // 5. the chart view
+    onbWork->setCurrentIndex(pgWork);
+    onbView->setCurrentIndex(pgGraph);
+    View_OnPageChanged(pgGraph);
+    SyncGraphSwitches();
+    UpdateCaption();
+}
+
+void TForm1::BuildMenus() {
+    auto action = [this](const char* name, auto slot) {
+        auto* a = new QAction(this);
+        a->setObjectName(QLatin1String(name));
+        connect(a, &QAction::triggered, this, slot);
+        return a;
+    };
+
+    menFile = menuBar()->addMenu(QString());
+    menFile->setObjectName(QStringLiteral("menFile"));
+    connect(menFile, &QMenu::aboutToShow, this, &TForm1::GUI_File);
+    menFileOpen = action("menFileOpen", &TForm1::GUI_FileOpen);
+    menFileOpen->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_O));
+    menFileOpen->setIcon(style()->standardIcon(QStyle::SP_DialogOpenButton));
+    menFile->addAction(menFileOpen);
+    menFileOpenAgain = menFile->addMenu(QString());
+    menFileOpenAgain->setObjectName(QStringLiteral("menFileOpenAgain"));
+    menFileSave = action("menFileSave", &TForm1::GUI_FileSave);
+    menFileSave->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_S));
+    menFileSave->setIcon(style()->standardIcon(QStyle::SP_DialogSaveButton));
+    menFile->addAction(menFileSave);
+    menFile->addSeparator();
+    menFileTemplateUse = action("menFileTemplateUse", &TForm1::GUI_FileTemplateUse);
+    menFileTemplateSave = action("menFileTemplateSave", &TForm1::GUI_FileTemplateSave);
+    menFile->addAction(menFileTemplateUse);
+    menFile->addAction(menFileTemplateSave);
+    menFile->addSeparator();
+    menFileExit = action("menFileExit", &TForm1::GUI_FileExit);
+    menFileExit->setShortcut(QKeySequence(Qt::ALT | Qt::Key_F4));
+    menFile->addAction(menFileExit);
+
+    // One view at a time: the menu and the tool buttons show which.
+    menView = menuBar()->addMenu(QString());
+    menView->setObjectName(QStringLiteral("menView"));
+    FViewGroup = new QActionGroup(this);
+    FViewGroup->setExclusive(true);
+    menViewGraph = action("menViewGraph", &TForm1::GUI_ViewGraph);
+    menViewGraph->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_G));
+    menViewGraph->setIcon(Glyph(TGlyph::ViewGraph));
+    menViewTable = action("menViewTable", &TForm1::GUI_ViewTable);
+    menViewTable->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_T));
+    menViewTable->setIcon(Glyph(TGlyph::ViewTable));
+    menViewCfg = action("menViewCfg", &TForm1::GUI_ViewCfg);
+    menViewCfg->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_C));
+    menViewCfg->setIcon(Glyph(TGlyph::ViewCfg));
+    for (QAction* a : {menViewGraph, menViewTable, menViewCfg}) {
+        a->setCheckable(true);
+        FViewGroup->addAction(a);
+        menView->addAction(a);
+    }
+
+    menGraph = menuBar()->addMenu(QString());
+    menGraph->setObjectName(QStringLiteral("menGraph"));
+    connect(menGraph, &QMenu::aboutToShow, this, &TForm1::GUI_Graph);
+    const char* gridNames[3] = {"menGraphGridBottom", "menGraphGridLeft", "menGraphGridRight"};
+    const char* axisNames[3] = {"menGraphAxisBottom", "menGraphAxisLeft", "menGraphAxisRight"};
+    using TSlot = void (TForm1::*)();
+    const TSlot gridSlots[3] = {&TForm1::GUI_GraphGridBottom, &TForm1::GUI_GraphGridLeft,
+                                &TForm1::GUI_GraphGridRight};
+    const TSlot axisSlots[3] = {&TForm1::GUI_GraphAxisBottom, &TForm1::GUI_GraphAxisLeft,
+                                &TForm1::GUI_GraphAxisRight};
+    const TGlyph gridGlyphs[3] = {TGlyph::GridBottom, TGlyph::GridLeft, TGlyph::GridRight};
+    const TGlyph axisGlyphs[3] = {TGlyph::AxisBottom, TGlyph::AxisLeft, TGlyph::AxisRight};
+    for (int a = 0; a < 3; ++a) {
+        menGraphGrid[a] = action(gridNames[a], gridSlots[a]);
+        menGraphGrid[a]->setCheckable(true);
+        menGraphGrid[a]->setIcon(Glyph(gridGlyphs[a]));
+        menGraph->addAction(menGraphGrid[a]);
+    }
+    menGraph->addSeparator();
+    for (int a = 0; a < 3; ++a) {
+        menGraphAxis[a] = action(axisNames[a], axisSlots[a]);
+        menGraphAxis[a]->setCheckable(true);
+        menGraphAxis[a]->setIcon(Glyph(axisGlyphs[a]));
+        menGraph->addAction(menGraphAxis[a]);
+    }
+    menGraph->addSeparator();
+    menGraphCursor[0] = action("menGraphCursor1", &TForm1::GUI_GraphCursor1);
+    menGraphCursor[1] = action("menGraphCursor2", &TForm1::GUI_GraphCursor2);
+    menGraphCursor[0]->setIcon(Glyph(TGlyph::Cursor1));
+    menGraphCursor[1]->setIcon(Glyph(TGlyph::Cursor2));
+    for (QAction* a : menGraphCursor) {
+        a->setCheckable(true);
+        menGraph->addAction(a);
+    }
+    menGraph->addSeparator();
+    menGraphLimits = action("menGraphLimits", &TForm1::GUI_GraphLimits);
+    menGraphLimits->setCheckable(true);
+    menGraph->addAction(menGraphLimits);
+    menGraph->addSeparator();
+    menGraphScale = action("menGraphScale", &TForm1::GUI_GraphScale);
+    menGraphScale->setIcon(Glyph(TGlyph::Scale));
+    menGraphRedo = action("menGraphRedo", &TForm1::GUI_GraphRedo);
+    menGraphRedo->setIcon(Glyph(TGlyph::Undo));
+    menGraph->addAction(menGraphScale);
+    menGraph->addAction(menGraphRedo);
+
+    menTable = menuBar()->addMenu(QString());
+    menTable->setObjectName(QStringLiteral("menTable"));
+    menTableGotoTime = action("menTableGotoTime", &TForm1::GUI_TableGotoTime);
+    menTableGotoTime->setIcon(Glyph(TGlyph::TableGotoTime));
+    menTableGotoTMin = action("menTableGotoTMin", &TForm1::GUI_TableGotoTMin);
+    menTableGotoTMin->setIcon(Glyph(TGlyph::TableGotoTMin));
+    menTable->addAction(menTableGotoTime);
+    menTable->addAction(menTableGotoTMin);
+
+    menCfg = menuBar()->addMenu(QString());
+    menCfg->setObjectName(QStringLiteral("menCfg"));
+    menCfgRedo = action("menCfgRedo", &TForm1::GUI_CfgRedo);
+    menCfgRedo->setIcon(Glyph(TGlyph::Undo));
+    menCfg->addAction(menCfgRedo);
+}
+
+void TForm1::BuildWorkPage() {
+    auto* work = new QWidget(onbWork);
+    work->setObjectName(QStringLiteral("tbsWork"));
+    auto* v = new QVBoxLayout(work);
+    v->setContentsMargins(0, 0, 0, 0);
+    v->setSpacing(0);
+
+    auto* bar = new QWidget(work);
+    bar->setObjectName(QStringLiteral("panToolbar"));
+    auto* h = new QHBoxLayout(bar);
+    h->setContentsMargins(2, 2, 2, 2);
+    h->setSpacing(4);
+
+    Panel3 = ToolPanel(bar, "Panel3");
+    SpeedButton(Panel3, "spbFileOpen", menFileOpen);
+    SpeedButton(Panel3, "spbFileSave", menFileSave);
+    h->addWidget(Panel3);
+
+    // The view buttons come before the panels that change with the view, so they stay put.
+    Panel1 = ToolPanel(bar, "Panel1");
+    SpeedButton(Panel1, "spbViewGraph", menViewGraph);
+    SpeedButton(Panel1, "spbViewTable", menViewTable);
+    SpeedButton(Panel1, "spbViewCfg", menViewCfg);
+    h->addWidget(Panel1);
+
+    panSpeedButtonsGraph = ToolPanel(bar, "panSpeedButtonsGraph");
+    const char* gridNames[3] = {"spbGraphGridBottom", "spbGraphGridLeft", "spbGraphGridRight"};
+    const char* axisNames[3] = {"spbGraphAxisBottom", "spbGraphAxisLeft", "spbGraphAxisRight"};
+    for (int a = 0; a < 3; ++a)
+        SpeedButton(panSpeedButtonsGraph, gridNames[a], menGraphGrid[a]);
+    for (int a = 0; a < 3; ++a)
+        SpeedButton(panSpeedButtonsGraph, axisNames[a], menGraphAxis[a]);
+    SpeedButton(panSpeedButtonsGraph, "spbGraphCursor1", menGraphCursor[0]);
+    SpeedButton(panSpeedButtonsGraph, "spbGraphCursor2", menGraphCursor[1]);
+    SpeedButton(panSpeedButtonsGraph, "spbGraphScale", menGraphScale);
+    SpeedButton(panSpeedButtonsGraph, "spbGraphRedo", menGraphRedo);
+    h->addWidget(panSpeedButtonsGraph);
+
+    panSpeedButtonsTable = ToolPanel(bar, "panSpeedButtonsTable");
+    SpeedButton(panSpeedButtonsTable, "spbTableGotoTMin", menTableGotoTMin);
+    SpeedButton(panSpeedButtonsTable, "spbTableGotoT", menTableGotoTime);
+    h->addWidget(panSpeedButtonsTable);
+
+    panSpeedButtonsCfg = ToolPanel(bar, "panSpeedButtonsCfg");
+    SpeedButton(panSpeedButtonsCfg, "spbCfgRedo", menCfgRedo);
+    h->addWidget(panSpeedButtonsCfg);
+
+    panSpeedButtonsBigData = ToolPanel(bar, "panSpeedButtonsBigData");
+    chkBigDataOn = new QCheckBox(panSpeedButtonsBigData);
+    chkBigDataOn->setObjectName(QStringLiteral("chkBigDataOn"));
+    connect(chkBigDataOn, &QCheckBox::clicked, this, &TForm1::chkBigDataOnClick);
+    panSpeedButtonsBigData->layout()->setContentsMargins(6, 1, 6, 1);
+    panSpeedButtonsBigData->layout()->addWidget(chkBigDataOn);
+    panSpeedButtonsBigData->hide();
+    h->addWidget(panSpeedButtonsBigData);
+    h->addStretch(1);
+    v->addWidget(bar);
+
+    onbView = new QStackedWidget(work);
+    onbView->setObjectName(QStringLiteral("onbView"));
+    // page 0: the chart with the crosshair read-outs below it
+    auto* graphPage = new QWidget(onbView);
+    graphPage->setObjectName(QStringLiteral("tbsGraph"));
+    auto* gv = new QVBoxLayout(graphPage);
+    gv->setContentsMargins(0, 0, 0, 0);
+    gv->setSpacing(0);
+    FChart->setParent(graphPage);
+    gv->addWidget(FChart, 1);
+    if (QWidget* readout = FChart->ReadoutPanel()) {
+        readout->setParent(graphPage);
+        gv->addWidget(readout);
+    }
+    onbView->addWidget(graphPage);
+    // page 1: the table
+    FTableView->setParent(onbView);
+    onbView->addWidget(FTableView);
+    // page 2: the configuration, a little away from the window's edges
+    auto* cfgPage = new QWidget(onbView);
+    cfgPage->setObjectName(QStringLiteral("tbsCfg"));
+    auto* cv = new QVBoxLayout(cfgPage);
+    cv->setContentsMargins(6, 6, 6, 6);
+    FCfgPage->setParent(cfgPage);
+    cv->addWidget(FCfgPage);
+    onbView->addWidget(cfgPage);
+    v->addWidget(onbView, 1);
+
+    onbWork->addWidget(work); // page 0
+}
+
+void TForm1::BuildProgressPage() {
+    auto* page = new QWidget(onbWork);
+    page->setObjectName(QStringLiteral("tbsProgress"));
+    auto* v = new QVBoxLayout(page);
+    v->addStretch(2);
+    lblFileTitle = new QLabel(page);
+    lblFileTitle->setObjectName(QStringLiteral("lblFileTitle"));
+    lblFileTitle->setAlignment(Qt::AlignCenter);
+    lblFileTitle->setWordWrap(true);
+    QFont f = lblFileTitle->font();
+    f.setPointSizeF(f.pointSizeF() * 1.25);
+    lblFileTitle->setFont(f);
+    v->addWidget(lblFileTitle);
+    auto* row = new QHBoxLayout;
+    row->addStretch(1);
+    trbFileProgress = new QProgressBar(page);
+    trbFileProgress->setObjectName(QStringLiteral("trbFileProgress"));
+    trbFileProgress->setRange(0, kBusySteps - 1);
+    trbFileProgress->setTextVisible(false);
+    trbFileProgress->setMinimumWidth(360);
+    row->addWidget(trbFileProgress, 2);
+    row->addStretch(1);
+    v->addLayout(row);
+    auto* buttons = new QHBoxLayout;
+    buttons->addStretch(1);
+    btnFileCancel = new QPushButton(page);
+    btnFileCancel->setObjectName(QStringLiteral("btnFileCancel"));
+    connect(btnFileCancel, &QPushButton::clicked, this, &TForm1::GUI_FileCancel);
+    buttons->addWidget(btnFileCancel);
+    buttons->addStretch(1);
+    v->addLayout(buttons);
+    v->addStretch(3);
+    onbWork->addWidget(page); // page 1
+}
+
+void TForm1::ApplyLanguage() {
+    FBaseCaption = TxtFmt(TTextId::MainCaption, {ZebSettings().ProductShort});
+    menFile->setTitle(Txt(TTextId::MenuFile));
+    menFileOpen->setText(Txt(TTextId::MenuFileOpen));
+    menFileOpen->setToolTip(Txt(TTextId::HintFileOpen));
+    menFileOpenAgain->setTitle(Txt(TTextId::MenuFileOpenAgain));
+    menFileSave->setText(Txt(TTextId::MenuFileSave));
+    menFileSave->setToolTip(Txt(TTextId::HintFileSave));
+    menFileTemplateUse->setText(Txt(TTextId::MenuFileTemplateUse));
+    menFileTemplateSave->setText(Txt(TTextId::MenuFileTemplateSave));
+    menFileExit->setText(Txt(TTextId::MenuFileExit));
+
+    menGraph->setTitle(Txt(TTextId::MenuGraph));
+    const TTextId grid[3] = {TTextId::MenuGraphGridBottom, TTextId::MenuGraphGridLeft,
+                             TTextId::MenuGraphGridRight};
+    const TTextId axis[3] = {TTextId::MenuGraphAxisBottom, TTextId::MenuGraphAxisLeft,
+                             TTextId::MenuGraphAxisRight};
+    for (int a = 0; a < 3; ++a) {
+        menGraphGrid[a]->setText(Txt(grid[a]));
+        menGraphAxis[a]->setText(Txt(axis[a]));
+    }
+    menGraphCursor[0]->setText(Txt(TTextId::Crosshairs1));
+    menGraphCursor[1]->setText(Txt(TTextId::Crosshairs2));
+    menGraphLimits->setText(Txt(TTextId::Limits));
+    menGraphScale->setText(Txt(TTextId::MenuGraphScale));
+    menGraphRedo->setText(Txt(TTextId::Undo));
+
+    menView->setTitle(Txt(TTextId::MenuView));
+    menViewGraph->setText(Txt(TTextId::MenuGraph));
+    menViewGraph->setToolTip(Txt(TTextId::HintViewGraph));
+    menViewTable->setText(Txt(TTextId::MenuTable));
+    menViewTable->setToolTip(Txt(TTextId::HintViewTable));
+    menViewCfg->setText(Txt(TTextId::MenuConfiguration));
+    menViewCfg->setToolTip(Txt(TTextId::HintViewCfg));
+    menTable->setTitle(Txt(TTextId::MenuTable));
+    menTableGotoTime->setText(Txt(TTextId::MenuTableGotoTime));
+    menTableGotoTMin->setText(Txt(TTextId::MenuTableGotoTMin));
+    menCfg->setTitle(Txt(TTextId::MenuConfiguration));
+    menCfgRedo->setText(Txt(TTextId::Undo));
+
+    chkBigDataOn->setText(Txt(TTextId::DataReduction));
+    btnFileCancel->setText(Txt(TTextId::BtnCancel));
+}
+
+void TForm1::FindHelperPrograms() {
+    const bool partner = ZebSettings().BrandVariant != 0;
+    const bool cutter =
+        CompanionExists(partner ? QStringLiteral("trk_cutter") : QStringLiteral("zeb_cutter"));
+    const bool converter = CompanionExists(partner ? QStringLiteral("trk2csv") : QStringLiteral("zeb2csv"));
+    FCutterAvailable = cutter;
+    FTextExportAvailable = cutter && converter;
+}
+
+void TForm1::SetBigDataDlg(TfrmBigDataDlg* dlg) {
+    FBigDataDlg = dlg;
+}
+
+void TForm1::SetBatchMode(TMessageSink sink) {
+    FBatchSink = std::move(sink);
+}
+
+// ====================================================================== caption and status
+
+QString TForm1::FileDisplayName() const {
+    return QDir::toNativeSeparators(FCaptionFile);
+}
+
+void TForm1::UpdateCaption() {
+    QString caption = FBaseCaption;
+    if (FLoading) caption += QLatin1Char('>');
+    caption += QStringLiteral(" [64]");
+    if (!FCaptionFile.isEmpty()) {
+        caption += QStringLiteral(" [") + FileDisplayName();
+        if (FModified) caption += QLatin1Char('*');
+        caption += QLatin1Char(']');
+    }
+    setWindowTitle(caption);
+    const bool canSave = FModified && !FCaptionFile.isEmpty();
+    menFileSave->setEnabled(canSave);
+    // The store belongs to the loader while it runs.
+    menFileOpen->setEnabled(!FLoading);
+    for (QMenu* m : {menView, menGraph, menTable, menCfg})
+        m->menuAction()->setEnabled(!FLoading);
+    // The shortcuts too: no view may read the store while the loader fills it.
+    for (QAction* a : FViewGroup->actions())
+        a->setEnabled(!FLoading);
+}
+
+void TForm1::SetModified(bool modified) {
+    if (modified && (FLoading || FCaptionFile.isEmpty())) return;
+    FModified = modified;
+    UpdateCaption();
+}
+
+void TForm1::SetStatus(const QString& text) {
+    stbStatus->setText(text);
+}
+
+QString TForm1::StatusText() const {
+    return stbStatus->text();
+}
+
+// ====================================================================== views
+
+int TForm1::ViewPage() const {
+    return onbView->currentIndex();
+}
+
+bool TForm1::SetViewPage(int page) {
+    if (FLoading || page < pgGraph || page > pgCfg) return false;
+    if (page != onbView->currentIndex()) {
+        if (!View_OnPageChange(page)) {
+            SyncViewButtons(); // the button pressed for the refused view comes up again
+            return false;
+        }
+        onbView->setCurrentIndex(page);
+        View_OnPageChanged(page);
+    }
+    SyncViewButtons();
+    return true;
+}
+
+// Only the configuration page can hold the user back: an invalid entry keeps its toolbar and
+// the focus where they are.
+bool TForm1::View_OnPageChange(int) {
+    return CfgPageApply();
+}
+
+bool TForm1::CfgPageApply() {
+    if (onbView->currentIndex() != pgCfg) return true;
+    if (!FCfgPage->Leave()) return false;
+    // The store's view now holds the page's values; the chart, its cursors and the switches
+    // show them.
+    FChart->Rebuild();
+    FChart->CrossHair()->Repaint();
+    SyncGraphSwitches();
+    return true;
+}
+
+void TForm1::View_OnPageChanged(int page) {
+    const bool graph = page == pgGraph, table = page == pgTable, cfg = page == pgCfg;
+    panSpeedButtonsGraph->setVisible(graph);
+    menGraph->menuAction()->setVisible(graph);
+    panSpeedButtonsTable->setVisible(table);
+    menTable->menuAction()->setVisible(table);
+    panSpeedButtonsCfg->setVisible(cfg);
+    menCfg->menuAction()->setVisible(cfg);
+    // Data reduction is about drawing the chart; elsewhere the switch would only puzzle.
+    panSpeedButtonsBigData->setVisible(graph && FDataBase->isBigData());
+    if (graph) SetStatus(Txt(TTextId::StatusZoomHint));
+    if (table) {
+        SetStatus(QString());
+        FTableView->Enter();
+    }
+    if (cfg) {
+        SetStatus(QString());
+        FCfgPage->Enter(FCfgTab);
+        FCfgTab = -1; // a later visit keeps the tab the user was on, unless a click names one
+        SetModified(true);
+    }
+    SyncViewButtons();
+}
+
+void TForm1::SyncViewButtons() {
+    const int page = onbView->currentIndex();
+    menViewGraph->setChecked(page == pgGraph);
+    menViewTable->setChecked(page == pgTable);
+    menViewCfg->setChecked(page == pgCfg);
+}
+
+void TForm1::GUI_ViewGraph() {
+    SetViewPage(pgGraph);
+}
+
+void TForm1::GUI_ViewTable() {
+    if (SetViewPage(pgTable)) GUI_TableGotoTMin();
+}
+
+void TForm1::GUI_ViewCfg() {
+    SetViewPage(pgCfg);
+}
+
+// ====================================================================== table commands
+
+void TForm1::GUI_TableGotoTMin() {
+    if (FLoading) return;
+    FTableView->GUI_TableGotoTMin();
+}
+
+// The dialog asks in the time axis's own terms: seconds, a span or a moment, all counted from
+// the axis's zero.
+void TForm1::GUI_TableGotoTime() {
+    if (FLoading || onbView->currentIndex() != pgTable) return;
+    const double origin = ChartText::Origin(*FDataBase);
+    TfrmGoToDlg dlg(this);
+    double seconds = 0.0;
+    if (!dlg.Execute(FDataBase->View().Axes[axBottom].XType, origin / zeb::kSecondsPerDay, seconds)) return;
+    FTableView->GUI_TableGotoTime(origin + seconds);
+}
+
+// ====================================================================== configuration commands
+
+void TForm1::GUI_CfgRedo() {
+    if (FLoading || onbView->currentIndex() != pgCfg) return;
+    FCfgPage->Undo();
+}
+
+// ====================================================================== file commands
+
+void TForm1::GUI_File() {
+    const bool open = !FCaptionFile.isEmpty() && !FLoading;
+    menFileTemplateUse->setEnabled(open);
+    menFileOpenAgain->setEnabled(!FLoading && !menFileOpenAgain->isEmpty());
+}
+
+void TForm1::GUI_FileOpen() {
+    if (FLoading || !CfgPageApply()) return;
+    QString fileName = FDataBase->FileName();
+    const QString dir = fileName.isEmpty() ? ZebSettings().FileDir : QFileInfo(fileName).absolutePath();
+    if (!TZebDlg::OpenZebFile(Txt(TTextId::HintFileOpen), dir, fileName)) return;
+    QCoreApplication::processEvents();
+    OpenFile(fileName);
+    SetModified(false);
+}
+
+void TForm1::GUI_FileSave() {
+    if (FLoading || FCaptionFile.isEmpty()) return;
+    if (!CfgPageApply()) return;
+    if (SaveSettingsNextToFile()) SetModified(false);
+}
+
+bool TForm1::SaveSettingsNextToFile() {
+    const QString target = SettingsFileOf(FDataBase->FileName());
+    if (FDataBase->Ini_FileSave(target)) return true;
+    ShowError(TxtFmt(TTextId::MsgCannotSaveFile, {QDir::toNativeSeparators(target)}));
+    return false;
+}
+
+void TForm1::GUI_FileTemplateUse() {
+    if (FLoading || FCaptionFile.isEmpty()) return;
+    // The page's entries go first, or the template would be overwritten by them on leaving.
+    if (!CfgPageApply()) return;
+    QString fileName = ZebSettings().TemplateFile;
+    const QString dir = fileName.isEmpty() ? QFileInfo(FDataBase->FileName()).absolutePath()
+                                           : QFileInfo(fileName).absolutePath();
+    if (!TZebDlg::OpenMseFile(Txt(TTextId::MenuFileTemplateUse), dir, fileName)) return;
+    if (!ApplyTemplate(fileName)) return;
+    if (onbView->currentIndex() == pgCfg) FCfgPage->Enter(); // shows what the template set
+    SetModified(true);
+}
+
+bool TForm1::ApplyTemplate(const QString& fileName) {
+    if (!FDataBase->Ini_FileOpen(fileName)) {
+        ShowError(TxtFmt(TTextId::MsgCannotOpenFile, {QDir::toNativeSeparators(fileName)}));
+        return false;
+    }
+    FChart->Rebuild();
+    SyncGraphSwitches();
+    return true;
+}
+
+void TForm1::GUI_FileTemplateSave() {
+    if (FLoading || !CfgPageApply()) return;
+    if (FCaptionFile.isEmpty()) {
+        ShowError(Txt(TTextId::MsgSaveFileFirst));
+        return;
+    }
+    QString fileName = ZebSettings().TemplateFile;
+    const QString dir = QFileInfo(FDataBase->FileName()).absolutePath();
+    if (!TZebDlg::SaveMseFile(Txt(TTextId::MenuFileTemplateSave), dir, fileName)) return;
+    if (!FDataBase->Ini_FileSave(fileName))
+        ShowError(TxtFmt(TTextId::MsgCannotSaveFile, {QDir::toNativeSeparators(fileName)}));
+}
+
+void TForm1::GUI_FileExit() {
+    close();
+}
+
+void TForm1::GUI_FileCancel() {
+    if (FFileThread) FFileThread->Terminate();
+}
+
+// ====================================================================== recent files
+
+void TForm1::RecentFiles_Add(const QString& fileName) {
+    auto& files = ZebSettings().File;
+    const QString path = QFileInfo(fileName).absoluteFilePath();
+    std::vector<QString> list{path};
+    for (const QString& f : files) {
+        if (f.isEmpty() || QFileInfo(f).absoluteFilePath() == path) continue;
+        list.push_back(f);
+    }
+    for (size_t i = 0; i < files.size(); ++i)
+        files[i] = i < list.size() ? list[i] : QString();
+    ZebSettings().FileDir = QFileInfo(path).absolutePath();
+    RecentFiles_Rebuild();
+}
+
+void TForm1::RecentFiles_Rebuild() {
+    menFileOpenAgain->clear();
+    int n = 0;
+    for (const QString& f : ZebSettings().File) {
+        if (f.isEmpty()) continue;
+        QAction* a = menFileOpenAgain->addAction(
+            QStringLiteral("&%1 %2").arg(n + 1 == 10 ? 0 : n + 1).arg(QDir::toNativeSeparators(f)));
+        a->setObjectName(QStringLiteral("menFileOpenAgain%1").arg(n));
+        connect(a, &QAction::triggered, this, [this, f] {
+            if (FLoading || !CfgPageApply()) return;
+            OpenFile(f);
+            SetModified(false);
+        });
+        ++n;
+    }
+    menFileOpenAgain->setEnabled(n > 0);
+}
+
+// ====================================================================== graph commands
+
+void TForm1::GraphGridSet(int axis, bool on, bool store) {
+    for (int a = 0; a < 3; ++a) {
+        if (axis != -1 && a != axis) continue;
+        menGraphGrid[a]->setChecked(on);
+        FChart->SetGrid(a, on, store);
+    }
+}
+
+void TForm1::GraphAxisFixed(int axis, bool fixed) {
+    for (int a = 0; a < 3; ++a) {
+        if (axis != -1 && a != axis) continue;
+        menGraphAxis[a]->setChecked(fixed);
+        FChart->SetAxisFixed(a, fixed);
+    }
+}
+
+void TForm1::GUI_GraphGridBottom() {
+    GraphGridSet(axBottom, menGraphGrid[axBottom]->isChecked(), true);
+    SetModified(true);
+}
+void TForm1::GUI_GraphGridLeft() {
+    GraphGridSet(axLeft, menGraphGrid[axLeft]->isChecked(), true);
+    SetModified(true);
+}
+void TForm1::GUI_GraphGridRight() {
+    GraphGridSet(axRight, menGraphGrid[axRight]->isChecked(), true);
+    SetModified(true);
+}
+void TForm1::GUI_GraphAxisBottom() {
+    GraphAxisFixed(axBottom, menGraphAxis[axBottom]->isChecked());
+    SetModified(true);
+}
+void TForm1::GUI_GraphAxisLeft() {
+    GraphAxisFixed(axLeft, menGraphAxis[axLeft]->isChecked());
+    SetModified(true);
+}
+void TForm1::GUI_GraphAxisRight() {
+    GraphAxisFixed(axRight, menGraphAxis[axRight]->isChecked());
+    SetModified(true);
+}
+
+// On: onto the axis the settings name for the cursor; the width always from the settings.
+void TForm1::GraphCursorSet(int which, bool on) {
+    TCrossHair* ch = FChart->CrossHair();
+    ch->SetCursor(which, on ? FDataBase->Cursor_Get(which).Axis : -1);
+    ch->SetWidth(which, FDataBase->Cursor_Get(which).Width);
+    menGraphCursor[which]->setChecked(ch->GetActive(which) != -1);
+}
+
+void TForm1::GUI_GraphCursor1() {
+    GraphCursorSet(0, menGraphCursor[0]->isChecked());
+}
+void TForm1::GUI_GraphCursor2() {
+    GraphCursorSet(1, menGraphCursor[1]->isChecked());
+}
+
+void TForm1::GUI_GraphLimits() {
+    // The action has already flipped its check mark: the new state is the opposite of the old.
+    FDataBase->Curve_SetAllLimitLines(menGraphLimits->isChecked());
+    FChart->Rebuild();
+    SetModified(true);
+}
+
+void TForm1::GUI_GraphScale() {
+    GraphAxisFixed(-1, false);
+    FChart->AutoScale();
+    UpdateUndo();
+    SetModified(true);
+}
+
+void TForm1::GUI_GraphRedo() {
+    FChart->Undo();
+    UpdateUndo();
+}
+
+void TForm1::UpdateUndo() {
+    menGraphRedo->setEnabled(FChart->IsUndoPossible());
+}
+
+void TForm1::GUI_Graph() {
+    menGraphLimits->setChecked(FDataBase->LimitLinesOn());
+    for (int k = 0; k < 2; ++k)
+        menGraphCursor[k]->setChecked(FChart->CrossHair()->GetActive(k) != -1);
+    UpdateUndo();
+}
+
+// The chart has already switched the limit lines (plain click) or the series (with a key).
+void TForm1::Graph_OnLegendClick(int, Qt::KeyboardModifiers modifiers) {
+    if (modifiers & (Qt::ShiftModifier | Qt::AltModifier | Qt::ControlModifier)) FCfgTab = 1;
+    SetModified(true);
+}
+
+// Shift, Alt or Ctrl on the title, a curve, an axis or a legend entry: the configuration
+// page on the tab that edits it.
+void TForm1::Graph_OnElementClick(int configTab) {
+    if (FLoading || onbView->currentIndex() != pgGraph) return;
+    FCfgTab = std::clamp(configTab, 0, TCfgPage::tabCount - 1);
+    SetViewPage(pgCfg);
+}
+
+// Menu check marks and tool buttons show what the chart holds now.
+void TForm1::SyncGraphSwitches() {
+    for (int a = 0; a < 3; ++a) {
+        menGraphGrid[a]->setChecked(FChart->Grid(a));
+        menGraphAxis[a]->setChecked(FChart->IsAxisFixed(a));
+    }
+    menGraphLimits->setChecked(FDataBase->LimitLinesOn());
+    for (int k = 0; k < 2; ++k)
+        menGraphCursor[k]->setChecked(FChart->CrossHair()->GetActive(k) != -1);
+    UpdateUndo();
+}
+
+void TForm1::chkBigDataOnClick() {
+    FDataBase->switchBigData(chkBigDataOn->isChecked());
+    chkBigDataOn->setChecked(FDataBase->isBigDataOn());
+    FChart->Rebuild();
+}
+
+// ====================================================================== opening a file
+
+QString TForm1::SettingsFileOf(const QString& dataFile) {
+    const QFileInfo fi(dataFile);
+    return fi.dir().filePath(fi.completeBaseName() + ZebSettings().MseFileExt);
+}
+
+bool TForm1::OpenFile(const QString& fileName) {
+    if (FLoading || FFileThread) return false;
+    std::erase_if(FThreads, [](const std::unique_ptr<TFileThread>& t) { return t->isFinished(); });
+    const QFileInfo fi(fileName);
+    if (!fi.isFile() || !fi.isReadable()) {
+        ShowError(TxtFmt(TTextId::MsgLoadCannotOpen, {QDir::toNativeSeparators(fileName)}));
+        return false;
+    }
+    // The page's entries go into the old recording's settings (the general ones outlive it),
+    // and the new recording opens on its chart.
+    if (onbView->currentIndex() == pgCfg && !SetViewPage(pgGraph)) return false;
+
+    // 1. the views let go of the old recording
+    FDataBase->Repaint(false);
+    onbWork->setCurrentIndex(pgProgress);
+    FCaptionFile.clear();
+    FModified = false;
+    lblFileTitle->setText(Txt(TTextId::MsgReadingFile) + QLatin1Char('\n') +
+                          QDir::toNativeSeparators(fi.absoluteFilePath()));
+    trbFileProgress->setValue(0);
+    FBusyStep.invalidate();
+    FDataBase->AddFile(fi.absoluteFilePath());
+
+    // 2. the loader
+    FLoading = true;
+    UpdateCaption();
+    btnFileCancel->setEnabled(true);
+    btnFileCancel->setFocus();
+    // The last report runs inside the loader's own call, so the object is kept until a later
+    // open or the window's end, when the thread has surely finished.
+    FThreads.push_back(std::make_unique<TFileThread>(
+        FDataBase, fi.absoluteFilePath(),
+        [this](int index, const QString& text) { FileThread_OnAnswer(index, text); },
+        [this](int& res) { FileThread_OnAsk(res); }, ZebSettings().BrandVariant));
+    FFileThread = FThreads.back().get();
+    return true;
+}
+
+void TForm1::StepBusyIndicator() {
+    if (FBusyStep.isValid() && FBusyStep.elapsed() < kBusyStepMs) return;
+    FBusyStep.start();
+    const int next = trbFileProgress->value() + 1;
+    trbFileProgress->setValue(next > trbFileProgress->maximum() ? trbFileProgress->minimum() : next);
+}
+
+void TForm1::FileThread_OnAnswer(int index, const QString& text) {
+    switch (index) {
+    case TFileThread::kProgress:
+        // "Block " and a further blank before the number: two blanks, as always shown.
+        SetStatus(Txt(TTextId::StatusBlock) + QLatin1Char(' ') + text);
+        StepBusyIndicator();
+        break;
+    case TFileThread::kCannotOpen:
+        ShowError(TxtFmt(TTextId::MsgLoadCannotOpen, {text}));
+        break;
+    case TFileThread::kError:
+        ShowError(Txt(TTextId::MsgFatalError));
+        break;
+    case TFileThread::kDefect:
+        ShowError(text);
+        break;
+    case TFileThread::kResultOk:
+        FileLoaded();
+        break;
+    case TFileThread::kResultError:
+    case TFileThread::kResultCancelled:
+    case TFileThread::kResultPreviewer:
+        FileFailed(index);
+        break;
+    default:
+        break; // the value count and the cancel report need no answer
+    }
+}
+
+void TForm1::FileThread_OnAsk(int& res) {
+    if (FBatchSink) {
+        res = TfrmBigDataDlg::kContinue;
+        return;
+    }
+    if (!FBigDataDlg) FBigDataDlg = new TfrmBigDataDlg(this);
+    res = FBigDataDlg->Execute();
+}
+
+void TForm1::FileFailed(int result) {
+    const QString fileName = FDataBase->FileName();
+    FFileThread = nullptr;
+    FLoading = false;
+    FModified = false;
+    FCaptionFile.clear();
+    FDataBase->AddFile(QString()); // idle, no file: what was read is not shown
+    UpdateCaption();
+    FDataBase->Repaint(true);
+    FChart->Rebuild();
+    onbWork->setCurrentIndex(pgWork);
+    View_OnPageChanged(onbView->currentIndex());
+    SyncGraphSwitches();
+    if (result == TFileThread::kResultPreviewer) {
+        StartPreviewer(fileName);
+    }
+    Q_EMIT loadFinished(result);
+}
+
+void TForm1::StartPreviewer(const QString& fileName) {
+    const QString previewer = CompanionPath(QStringLiteral("zeb_previewer"));
+    if (!QFileInfo(previewer).isFile() || !QProcess::startDetached(previewer, {fileName})) {
+        // Deliberately the same German text in every language.
+        ShowError(Txt(TTextId::MsgNoPreviewer));
+        return;
+    }
+    // The previewer takes over; the viewer goes once the loader's last report has returned.
+    QTimer::singleShot(0, this, &QWidget::close);
+}
+
+void TForm1::FileLoaded() {
+    FFileThread = nullptr;
+    FLoading = false;
+    FModified = false;
+    TDataBase& db = *FDataBase;
+
+    db.DeleteEmptyCurves();
+    db.CheckBigData();
+    chkBigDataOn->setChecked(db.isBigDataOn());
+    db.CheckExtView();
+    db.Ini_CreateOriginalNames();
+    if (db.Curve_Count() > 0) db.Curve_AxisSet(0, 1); // the first curve on the left axis
+    db.Ini_Store();
+
+    // The recording's own settings, else the default template, else the store's defaults.
+    const QString own = SettingsFileOf(db.FileName());
+    const QString& templ = ZebSettings().TemplateFile;
+    if (!(QFileInfo(own).isFile() && db.Ini_FileOpen(own)) &&
+        !(!templ.isEmpty() && QFileInfo(templ).isFile() && db.Ini_FileOpen(templ)))
+        db.Ini_Update();
+
+    FCaptionFile = db.FileName();
+    if (!FBatchSink) RecentFiles_Add(db.FileName());
+    double tMin = 0.0, tMax = 0.0;
+    db.GetXMinXMax(tMin, tMax, false);
+    db.Table_SetFirstRow(tMin);
+    UpdateCaption();
+    db.Repaint(true);
+    FChart->Rebuild();
+    onbWork->setCurrentIndex(pgWork);
+    View_OnPageChanged(onbView->currentIndex());
+    GraphCursorSet(0, true);
+    GraphCursorSet(1, true);
+    SyncGraphSwitches();
+
+    if (db.isBigDataOn() && !FBatchSink)
+        TZebDlg::ShowMsg(Txt(TTextId::MsgDataReductionNote), TMsgDlgType::Information);
+    Q_EMIT loadFinished(TFileThread::kResultOk);
+}
+
+void TForm1::ShowError(const QString& text) {
+    if (FBatchSink)
+        FBatchSink(text);
+    else
+        TZebDlg::ShowErrMsg(text);
+}
+
+// ====================================================================== window events
+
+void TForm1::showEvent(QShowEvent* event) {
+    QMainWindow::showEvent(event);
+    if (FShownOnce) return;
+    FShownOnce = true;
+    // FormShow: exactly one argument is a recording to open.
+    if (FCommandLine.size() == 1) {
+        const QString file = FCommandLine.first();
+        QTimer::singleShot(0, this, [this, file] { OpenFile(file); });
+    }
+}
+
+void TForm1::closeEvent(QCloseEvent* event) {
+    if (FLoading) {
+        // Only the load stops; the window stays until asked again.
+        if (FFileThread) FFileThread->Terminate();
+        FLoading = false;
+        event->ignore();
+        return;
+    }
+    if (FModified && !FCaptionFile.isEmpty()) {
+        switch (TZebDlg::ShowMsgBox(Txt(TTextId::MsgSaveSettings), TMsgDlgType::Confirmation,
+                                    TMsgDlgBtn::Yes | TMsgDlgBtn::No | TMsgDlgBtn::Cancel, TMsgDlgBtn::Yes)) {
+        case zeb::TModalResult::Yes:
+            if (!CfgPageApply() || !SaveSettingsNextToFile()) {
+                event->ignore();
+                return;
+            }
+            break;
+        case zeb::TModalResult::No:
+            break;
+        default:
+            event->ignore();
+            return;
+        }
+    }
+    event->accept();
+}
+
+QString TForm1::DataFileExtension() const {
+    return ZebSettings().DataFileExt.isEmpty() ? QStringLiteral(".zeb") : ZebSettings().DataFileExt;
+}
+
+QString TForm1::AcceptableDrop(const QMimeData* mime) const {
+    if (!mime || !mime->hasUrls()) return {};
+    for (const QUrl& url : mime->urls()) {
+        if (!url.isLocalFile()) continue;
+        const QString path = url.toLocalFile();
+        if (path.endsWith(DataFileExtension(), Qt::CaseInsensitive) && QFileInfo(path).isFile()) return path;
+    }
+    return {};
+}
+
+void TForm1::dragEnterEvent(QDragEnterEvent* event) {
+    if (!FLoading && !AcceptableDrop(event->mimeData()).isEmpty()) event->acceptProposedAction();
+}
+
+void TForm1::dropEvent(QDropEvent* event) {
+    const QString path = AcceptableDrop(event->mimeData());
+    if (FLoading || path.isEmpty()) return;
+    event->acceptProposedAction();
+    // Opened after the drop has returned, so the source is not kept waiting during a dialog.
+    QTimer::singleShot(0, this, [this, path] {
+        if (OpenFile(path)) SetModified(false);
+    });
+}
+
+// ====================================================================== picture
+
+bool TForm1::SaveChartPicture(const QString& fileName, QSize size) {
+    const QString suffix = QFileInfo(fileName).suffix().toLower();
+    const int w = size.width(), h = size.height();
+    if (suffix == QLatin1String("png")) return FChart->savePng(fileName, w, h);
+    if (suffix == QLatin1String("jpg") || suffix == QLatin1String("jpeg"))
+        return FChart->saveJpg(fileName, w, h, 1.0, 95);
+    if (suffix == QLatin1String("bmp")) return FChart->saveBmp(fileName, w, h);
+    return false;
+}

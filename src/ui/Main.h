@@ -1,0 +1,226 @@
+#pragma once
+// TForm1: the main window. It owns the measurement store and the chart, starts the loading of
+// a recording, shows its progress and answers, and carries the menu and toolbar commands.
+//
+// The window is two notebooks without tabs: the outer one (`onbWork`) switches between the
+// work page and the progress page of a load, the inner one (`onbView`) between the views:
+// chart, table and configuration. Each view brings its own menu and toolbar panel.
+
+#include <QMainWindow>
+#include <QPointer>
+#include <QStringList>
+
+#include <QElapsedTimer>
+#include <functional>
+#include <memory>
+#include <vector>
+
+class QAction;
+class QActionGroup;
+class QCheckBox;
+class QFrame;
+class QLabel;
+class QMenu;
+class QMimeData;
+class QProgressBar;
+class QPushButton;
+class QStackedWidget;
+class QToolButton;
+class TCfgPage;
+class TDataBase;
+class TFileThread;
+class TTableView;
+class TZebChart;
+class TfrmBigDataDlg;
+
+class TForm1 : public QMainWindow {
+    Q_OBJECT
+public:
+    enum TWorkPage : int { pgWork = 0, pgProgress = 1 };
+    enum TViewPage : int { pgGraph = 0, pgTable = 1, pgCfg = 2 };
+
+    explicit TForm1(QWidget* parent = nullptr);
+    // Form_OnDestroy: stops a running load and writes the window's settings.
+    ~TForm1() override;
+
+    // The large-file question; without one the window makes its own on first use.
+    void SetBigDataDlg(TfrmBigDataDlg* dlg);
+    // The program's arguments after its name; exactly one is opened when the window is first
+    // shown. Defaults to the application's own arguments.
+    void SetCommandLine(const QStringList& args) { FCommandLine = args; }
+
+    // Unattended use (the picture export): messages go to the sink instead of a dialog, a
+    // large file is read to its end, no note is shown and no settings are written.
+    using TMessageSink = std::function<void(const QString&)>;
+    void SetBatchMode(TMessageSink sink);
+    bool IsBatchMode() const { return bool(FBatchSink); }
+
+    // Starts loading a recording; false (with the message shown) when it cannot be started.
+    bool OpenFile(const QString& fileName);
+    // Applies a display template to the open recording.
+    bool ApplyTemplate(const QString& fileName);
+    // The chart as a picture file of the given size; the format follows the extension
+    // (png, jpg, bmp).
+    bool SaveChartPicture(const QString& fileName, QSize size);
+
+    TDataBase* DataBase() const { return FDataBase; }
+    TZebChart* Chart() const { return FChart; }
+    TTableView* TableView() const { return FTableView; }
+    TCfgPage* CfgPage() const { return FCfgPage; }
+    int ViewPage() const;
+    // The configuration tab that the page opens on next; -1 keeps the tab it shows.
+    int CfgTab() const { return FCfgTab; }
+    bool IsLoading() const { return FLoading; }
+    bool IsModified() const { return FModified; }
+    // True is ignored while no file is open; false always takes effect.
+    void SetModified(bool modified);
+    QString BaseCaption() const { return FBaseCaption; }
+    QString StatusText() const;
+    // The companions found next to the program at start.
+    bool CutterAvailable() const { return FCutterAvailable; }
+    bool TextExportAvailable() const { return FTextExportAvailable; }
+    // The settings file that belongs to a recording: same name, template extension.
+    static QString SettingsFileOf(const QString& dataFile);
+
+Q_SIGNALS:
+    // A load has ended with the loader's result code, after the window has dealt with it.
+    void loadFinished(int result);
+
+public Q_SLOTS:
+    void GUI_FileOpen();
+    void GUI_FileSave();
+    void GUI_FileTemplateUse();
+    void GUI_FileTemplateSave();
+    void GUI_FileExit();
+    void GUI_FileCancel();
+    void GUI_ViewGraph();
+    void GUI_ViewTable();
+    void GUI_ViewCfg();
+    void GUI_GraphGridBottom();
+    void GUI_GraphGridLeft();
+    void GUI_GraphGridRight();
+    void GUI_GraphAxisBottom();
+    void GUI_GraphAxisLeft();
+    void GUI_GraphAxisRight();
+    void GUI_GraphCursor1();
+    void GUI_GraphCursor2();
+    void GUI_GraphLimits();
+    void GUI_GraphScale();
+    void GUI_GraphRedo();
+    void GUI_TableGotoTMin();
+    void GUI_TableGotoTime();
+    void GUI_CfgRedo();
+    void chkBigDataOnClick();
+
+protected:
+    void closeEvent(QCloseEvent* event) override; // Form_OnCloseQuery
+    void showEvent(QShowEvent* event) override;   // FormShow
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+
+private:
+    void FormCreate();
+    void BuildMenus();
+    void BuildWorkPage();
+    void BuildProgressPage();
+    void ApplyLanguage();
+    void FindHelperPrograms();
+    void UpdateCaption();
+    void SetStatus(const QString& text);
+    // Shows a view; false when the view being left refuses (an invalid configuration entry).
+    bool SetViewPage(int page);
+    // Before a change of view: false refuses it.
+    bool View_OnPageChange(int page);
+    void View_OnPageChanged(int page);
+    // The configuration page, when it is shown, into the store and onto the chart; false while
+    // one of its entries is invalid (the entry then has the focus). Runs before a save, a
+    // template save, a new file and the close that saves.
+    bool CfgPageApply();
+    void SyncViewButtons();
+    void Graph_OnElementClick(int configTab);
+
+    void GUI_File();  // File menu about to open
+    void GUI_Graph(); // Graph menu about to open
+    void GraphGridSet(int axis, bool on, bool store);
+    void GraphAxisFixed(int axis, bool fixed);
+    void GraphCursorSet(int which, bool on);
+    void UpdateUndo();
+    void Graph_OnLegendClick(int curve, Qt::KeyboardModifiers modifiers);
+    void SyncGraphSwitches();
+
+    void FileThread_OnAnswer(int index, const QString& text);
+    void FileThread_OnAsk(int& res);
+    void FileLoaded();
+    void FileFailed(int result);
+    void StepBusyIndicator();
+    void ShowError(const QString& text);
+    bool SaveSettingsNextToFile();
+    void StartPreviewer(const QString& fileName);
+    QString FileDisplayName() const;
+    QString DataFileExtension() const;
+    QString AcceptableDrop(const QMimeData* mime) const;
+
+    void RecentFiles_Add(const QString& fileName);
+    void RecentFiles_Rebuild();
+
+    // ---- state
+    TDataBase* FDataBase = nullptr;
+    TZebChart* FChart = nullptr;
+    TTableView* FTableView = nullptr;
+    TCfgPage* FCfgPage = nullptr;
+    TFileThread* FFileThread = nullptr; // the running load, if any
+    // Every loader made so far that may not have ended yet; freed once it has.
+    std::vector<std::unique_ptr<TFileThread>> FThreads;
+    QPointer<TfrmBigDataDlg> FBigDataDlg;
+    bool FLoading = false;
+    bool FModified = false;
+    int FCfgTab = 0;
+    QString FBaseCaption;
+    QString FCaptionFile; // the file shown in the caption; empty while none is open
+    QStringList FCommandLine;
+    bool FShownOnce = false;
+    bool FCutterAvailable = false;
+    bool FTextExportAvailable = false;
+    TMessageSink FBatchSink;
+    QElapsedTimer FBusyStep;
+
+    // ---- controls
+    QStackedWidget* onbWork = nullptr;
+    QStackedWidget* onbView = nullptr;
+    QLabel* lblFileTitle = nullptr;
+    QPushButton* btnFileCancel = nullptr;
+    QProgressBar* trbFileProgress = nullptr;
+    QLabel* stbStatus = nullptr;
+    QFrame* Panel3 = nullptr;
+    QFrame* Panel1 = nullptr; // the view buttons
+    QFrame* panSpeedButtonsGraph = nullptr;
+    QFrame* panSpeedButtonsTable = nullptr;
+    QFrame* panSpeedButtonsCfg = nullptr;
+    QFrame* panSpeedButtonsBigData = nullptr;
+    QCheckBox* chkBigDataOn = nullptr;
+
+    QMenu* menFile = nullptr;
+    QMenu* menFileOpenAgain = nullptr;
+    QMenu* menView = nullptr;
+    QMenu* menGraph = nullptr;
+    QMenu* menTable = nullptr;
+    QMenu* menCfg = nullptr;
+    QAction* menFileOpen = nullptr;
+    QAction* menFileSave = nullptr;
+    QAction* menFileTemplateUse = nullptr;
+    QAction* menFileTemplateSave = nullptr;
+    QAction* menFileExit = nullptr;
+    QActionGroup* FViewGroup = nullptr;
+    QAction* menViewGraph = nullptr;
+    QAction* menViewTable = nullptr;
+    QAction* menViewCfg = nullptr;
+    QAction* menGraphGrid[3] = {};
+    QAction* menGraphAxis[3] = {};
+    QAction* menGraphCursor[2] = {};
+    QAction* menGraphLimits = nullptr;
+    QAction* menGraphScale = nullptr;
+    QAction* menGraphRedo = nullptr;
+    QAction* menTableGotoTime = nullptr;
+    QAction* menTableGotoTMin = nullptr;
+    QAction* menCfgRedo = nullptr;
+};

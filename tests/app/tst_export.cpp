@@ -1,0 +1,198 @@
+// The picture export of the command line, run as the real program without a display.
+
+#include "MseSettings.h"
+#include "ZebReg.h"
+
+#include <QColor>
+#include <QFileInfo>
+#include <QImage>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+struct TResult {
+    int ExitCode = -1;
+    QString Err;
+};
+
+// Distinct saturated colours: the curves, not the axes, grid or background.
+int ColouredPixels(const QImage& img) {
+    int n = 0;
+    for (int y = 0; y < img.height(); y += 2)
+        for (int x = 0; x < img.width(); x += 2)
+            if (QColor(img.pixel(x, y)).hsvSaturation() > 120) ++n;
+    return n;
+}
+
+} // namespace
+
+class TstExport : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+
+    void formats_data();
+    void formats();
+    void failures_data();
+    void failures();
+    void templateApplied();
+    void wrongCommandLine();
+
+private:
+    TResult Viewer(const QStringList& args, bool withDisplayVariables = false);
+    void WriteLanguage(int language);
+
+    QTemporaryDir FTmp;
+    QString FFile, FSettings;
+};
+
+void TstExport::initTestCase() {
+    QVERIFY(FTmp.isValid());
+    FSettings = FTmp.filePath(u"settings.ini"_s);
+    qputenv("ZEB_SETTINGS_FILE", FSettings.toLocal8Bit());
+    FFile = FTmp.filePath(u"rec.zeb"_s);
+    QProcess gen;
+    gen.start(QStringLiteral(ZEBTOOL), {u"gen"_s, u"--quiet"_s, u"--channels"_s, u"3"_s, u"--records"_s,
+                                        u"4000"_s, u"--gaps"_s, FFile});
+    QVERIFY(gen.waitForFinished(60000));
+    QCOMPARE(gen.exitCode(), 0);
+}
+
+void TstExport::init() {
+    QFile::remove(FSettings);
+}
+
+TResult TstExport::Viewer(const QStringList& args, bool withDisplayVariables) {
+    QProcess p;
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert(u"ZEB_SETTINGS_FILE"_s, FSettings);
+    if (!withDisplayVariables) {
+        // As on a build server: no display of any kind, and no platform chosen.
+        for (const char* v : {"QT_QPA_PLATFORM", "DISPLAY", "WAYLAND_DISPLAY"})
+            env.remove(QLatin1String(v));
+    }
+    p.setProcessEnvironment(env);
+    p.start(QStringLiteral(ZEB_VIEWER), args);
+    TResult r;
+    if (!p.waitForFinished(120000)) {
+        p.kill();
+        return r;
+    }
+    r.ExitCode = p.exitStatus() == QProcess::NormalExit ? p.exitCode() : -1;
+    r.Err = QString::fromLocal8Bit(p.readAllStandardError());
+    return r;
+}
+
+void TstExport::WriteLanguage(int language) {
+    TZEBRegistry reg;
+    QVERIFY(reg.OpenKeyWrite(QString()));
+    reg.WriteI(u"Language"_s, language);
+}
+
+void TstExport::formats_data() {
+    QTest::addColumn<QString>("option");
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("size");
+    QTest::addColumn<QSize>("expected");
+    QTest::newRow("png, default size") << u"--export-png"_s << u"out.png"_s << QString() << QSize(1200, 800);
+    QTest::newRow("png, sized") << u"--export-png"_s << u"out.png"_s << u"800x500"_s << QSize(800, 500);
+    QTest::newRow("jpg") << u"--export-jpg"_s << u"out.jpg"_s << u"640x480"_s << QSize(640, 480);
+    QTest::newRow("bmp") << u"--export-bmp"_s << u"out.bmp"_s << u"1024x300"_s << QSize(1024, 300);
+}
+
+void TstExport::formats() {
+    QFETCH(QString, option);
+    QFETCH(QString, name);
+    QFETCH(QString, size);
+    QFETCH(QSize, expected);
+    const QString out = FTmp.filePath(name);
+    QFile::remove(out);
+    QStringList args{FFile, option, out};
+    if (!size.isEmpty()) args << u"--size"_s << size;
+    const TResult r = Viewer(args);
+    QVERIFY2(r.ExitCode == 0, qPrintable(r.Err));
+    QImage img;
+    QVERIFY(img.load(out, QFileInfo(out).suffix().toUpper().toLatin1().constData()));
+    QCOMPARE(img.size(), expected);
+    // The curves are in the picture, not only an empty frame.
+    QVERIFY2(ColouredPixels(img) > 200, qPrintable(QString::number(ColouredPixels(img))));
+
+    // An export is no use of the window: the recent list stays as it was.
+    LoadZebSettings(QString::fromLatin1(kZebProgramViewer), QSize(1920, 1080));
+    QVERIFY(ZebSettings().File[0].isEmpty());
+}
+
+void TstExport::failures_data() {
+    QTest::addColumn<int>("language");
+    QTest::addColumn<QByteArray>("content"); // empty: the file does not exist
+    QTest::addColumn<QString>("message");
+    QTest::newRow("missing, German") << 0 << QByteArray() << u"kann nicht geöffnet werden"_s;
+    QTest::newRow("missing, English") << 1 << QByteArray() << u"cannot be opened"_s;
+    QTest::newRow("not a recording, English")
+        << 1 << QByteArray("plain text\n") << u"Fatal error has occurred!"_s;
+    QTest::newRow("not a recording, French") << 2 << QByteArray("plain text\n") << u"Une erreur fatale"_s;
+}
+
+void TstExport::failures() {
+    QFETCH(int, language);
+    QFETCH(QByteArray, content);
+    QFETCH(QString, message);
+    WriteLanguage(language);
+    const QString bad = FTmp.filePath(u"bad.zeb"_s);
+    QFile::remove(bad);
+    if (!content.isEmpty()) {
+        QFile f(bad);
+        QVERIFY(f.open(QIODevice::WriteOnly));
+        f.write(content);
+    }
+    const QString out = FTmp.filePath(u"never.png"_s);
+    QFile::remove(out);
+    const TResult r = Viewer({bad, u"--export-png"_s, out});
+    QCOMPARE(r.ExitCode, 1);
+    QVERIFY2(r.Err.contains(message), qPrintable(r.Err));
+    QVERIFY(!QFileInfo::exists(out));
+}
+
+// A template's fixed axis range shows in the picture; a missing template is an error.
+void TstExport::templateApplied() {
+    const QString plain = FTmp.filePath(u"plain.png"_s);
+    const QString templated = FTmp.filePath(u"templated.png"_s);
+    const QString templ = FTmp.filePath(u"range.mse"_s);
+    TMseSettings s;
+    s.AxisLeft.Auto.Set(false);
+    s.AxisLeft.Min.Set(-500.0);
+    s.AxisLeft.Max.Set(500.0);
+    s.Title.Set(u"From the template"_s);
+    QVERIFY(s.SaveFile(templ));
+
+    TResult r = Viewer({FFile, u"--export-png"_s, plain, u"--size"_s, u"700x400"_s});
+    QVERIFY2(r.ExitCode == 0, qPrintable(r.Err));
+    r = Viewer({FFile, u"--export-png"_s, templated, u"--size"_s, u"700x400"_s, u"--template"_s, templ});
+    QVERIFY2(r.ExitCode == 0, qPrintable(r.Err));
+    QVERIFY(QImage(plain) != QImage(templated));
+
+    const QString missing = FTmp.filePath(u"missing.mse"_s);
+    r = Viewer({FFile, u"--export-png"_s, templated, u"--template"_s, missing});
+    QCOMPARE(r.ExitCode, 1);
+    QVERIFY2(r.Err.contains(QFileInfo(missing).fileName()), qPrintable(r.Err));
+}
+
+void TstExport::wrongCommandLine() {
+    TResult r = Viewer({FFile, u"--export-gif"_s, FTmp.filePath(u"x.gif"_s)});
+    QCOMPARE(r.ExitCode, 2);
+    QVERIFY2(r.Err.contains(u"--export-gif"_s) && r.Err.contains(u"--export-png"_s), qPrintable(r.Err));
+
+    // A picture that cannot be written.
+    r = Viewer({FFile, u"--export-png"_s, FTmp.filePath(u"no/such/folder/x.png"_s)});
+    QCOMPARE(r.ExitCode, 3);
+    QVERIFY2(r.Err.contains(u"x.png"_s), qPrintable(r.Err));
+}
+
+QTEST_GUILESS_MAIN(TstExport)
+#include "tst_export.moc"

@@ -1,0 +1,240 @@
+// The start-up and shutdown sequence run in-process, with a real application object each time,
+// and the command line.
+
+#include "Main.h"
+#include "Startup.h"
+
+#include "BigDataDlg.h"
+#include "DataBase.h"
+#include "Language.h"
+#include "Texts.h"
+#include "ZebDlg.h"
+#include "ZebReg.h"
+
+#include <QApplication>
+#include <QMenuBar>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+
+using namespace zeb;
+using namespace Qt::StringLiterals;
+using TMode = TCommandLine::TMode;
+
+Q_DECLARE_METATYPE(TCommandLine::TMode)
+Q_DECLARE_METATYPE(TStartupStep)
+
+namespace {
+
+void WriteLanguage(int language) {
+    TZEBRegistry reg;
+    QVERIFY(reg.OpenKeyWrite(QString()));
+    reg.WriteI(u"Language"_s, language);
+}
+
+// What the observer saw at each step.
+struct TRun {
+    QList<TStartupStep> Steps;
+    bool AppAtLanguageSwitch = true;
+    int LanguageAtSwitch = -1;
+    QString MenuAtForms;
+    bool DialogMainWindowSet = false;
+    bool BigDataDlgMade = false;
+    bool ShownAtLoop = false;
+    bool Loaded = false;
+    QString FileAtClose;
+    int ExitCode = -1;
+};
+
+TRun Run(const QStringList& args) {
+    TRun run;
+    std::vector<QByteArray> storage{QByteArrayLiteral("zeb_viewer")};
+    for (const QString& a : args)
+        storage.push_back(a.toLocal8Bit());
+    std::vector<char*> argv;
+    for (QByteArray& b : storage)
+        argv.push_back(b.data());
+    argv.push_back(nullptr);
+
+    run.ExitCode = RunViewer(int(storage.size()), argv.data(), [&run](TStartupStep step, TForm1* form) {
+        run.Steps << step;
+        switch (step) {
+        case TStartupStep::LanguageSwitched:
+            run.AppAtLanguageSwitch = QCoreApplication::instance() != nullptr;
+            run.LanguageAtSwitch = CurrentLanguage();
+            break;
+        case TStartupStep::FormsCreated:
+            run.MenuAtForms = form->menuBar()->actions().value(0)->text();
+            run.DialogMainWindowSet = TZebDlg::MainWindow() == form;
+            run.BigDataDlgMade = form->findChild<TfrmBigDataDlg*>() != nullptr;
+            break;
+        case TStartupStep::EventLoopStarted:
+            run.ShownAtLoop = form->isVisible();
+            // Close once a command-line file has loaded, or soon when none is opened.
+            QObject::connect(form, &TForm1::loadFinished, form, [&run, form](int result) {
+                run.Loaded = result == -1;
+                run.FileAtClose = form->DataBase()->FileName();
+                QTimer::singleShot(0, form, &QWidget::close);
+            });
+            QTimer::singleShot(1500, form, [&run, form] {
+                if (!form->IsLoading()) {
+                    run.FileAtClose = form->DataBase()->FileName();
+                    form->close();
+                }
+            });
+            break;
+        default:
+            break;
+        }
+    });
+    return run;
+}
+
+} // namespace
+
+class TstStartup : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+
+    void parseCommandLine_data();
+    void parseCommandLine();
+    void windowRun_data();
+    void windowRun();
+    void invalidCommandLine();
+
+private:
+    QTemporaryDir FTmp;
+    QString FFile;
+};
+
+void TstStartup::initTestCase() {
+    QVERIFY(FTmp.isValid());
+    qputenv("ZEB_SETTINGS_FILE", FTmp.filePath(u"settings.ini"_s).toLocal8Bit());
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    FFile = FTmp.filePath(u"rec.zeb"_s);
+    QProcess gen;
+    gen.start(QStringLiteral(ZEBTOOL), {u"gen"_s, u"--quiet"_s, u"--records"_s, u"500"_s, FFile});
+    QVERIFY(gen.waitForFinished(60000));
+    QCOMPARE(gen.exitCode(), 0);
+}
+
+void TstStartup::init() {
+    QFile::remove(FTmp.filePath(u"settings.ini"_s));
+}
+
+void TstStartup::parseCommandLine_data() {
+    QTest::addColumn<QStringList>("args");
+    QTest::addColumn<TMode>("mode");
+    QTest::addColumn<QStringList>("files");
+    QTest::addColumn<QString>("format");
+    QTest::addColumn<QSize>("size");
+    QTest::addColumn<QString>("templ");
+    const QSize def(1200, 800);
+    QTest::newRow("nothing") << QStringList{} << TMode::Window << QStringList{} << QString() << def
+                             << QString();
+    QTest::newRow("one file") << QStringList{u"a.zeb"_s} << TMode::Window << QStringList{u"a.zeb"_s}
+                              << QString() << def << QString();
+    QTest::newRow("two files") << QStringList{u"a.zeb"_s, u"b.zeb"_s} << TMode::Window
+                               << QStringList{u"a.zeb"_s, u"b.zeb"_s} << QString() << def << QString();
+    QTest::newRow("png") << QStringList{u"a.zeb"_s, u"--export-png"_s, u"o.png"_s} << TMode::Export
+                         << QStringList{u"a.zeb"_s} << u"png"_s << def << QString();
+    QTest::newRow("jpg sized") << QStringList{u"a.zeb"_s, u"--export-jpg"_s, u"o.jpg"_s, u"--size"_s,
+                                              u"640x480"_s}
+                               << TMode::Export << QStringList{u"a.zeb"_s} << u"jpg"_s << QSize(640, 480)
+                               << QString();
+    QTest::newRow("bmp, options first")
+        << QStringList{u"--template"_s, u"t.mse"_s, u"--export-bmp"_s, u"o.bmp"_s, u"a.zeb"_s}
+        << TMode::Export << QStringList{u"a.zeb"_s} << u"bmp"_s << def << u"t.mse"_s;
+    const QStringList none;
+    auto bad = [&](const char* tag, const QStringList& args) {
+        QTest::newRow(tag) << args << TMode::Invalid << none << QString() << def << QString();
+    };
+    bad("unknown format", {u"a.zeb"_s, u"--export-gif"_s, u"o.gif"_s});
+    bad("picture name missing", {u"a.zeb"_s, u"--export-png"_s});
+    bad("two pictures", {u"a.zeb"_s, u"--export-png"_s, u"o.png"_s, u"--export-jpg"_s, u"o.jpg"_s});
+    bad("export without file", {u"--export-png"_s, u"o.png"_s});
+    bad("export of two files", {u"a.zeb"_s, u"b.zeb"_s, u"--export-png"_s, u"o.png"_s});
+    bad("size not a size", {u"a.zeb"_s, u"--export-png"_s, u"o.png"_s, u"--size"_s, u"big"_s});
+    bad("size too small", {u"a.zeb"_s, u"--export-png"_s, u"o.png"_s, u"--size"_s, u"10x10"_s});
+    bad("size without export", {u"a.zeb"_s, u"--size"_s, u"640x480"_s});
+    bad("template without export", {u"a.zeb"_s, u"--template"_s, u"t.mse"_s});
+    bad("unknown option", {u"a.zeb"_s, u"--fast"_s});
+}
+
+void TstStartup::parseCommandLine() {
+    QFETCH(QStringList, args);
+    QFETCH(TMode, mode);
+    const TCommandLine cmd = ParseCommandLine(args);
+    QCOMPARE(cmd.Mode, mode);
+    if (mode == TMode::Invalid) {
+        QVERIFY(!cmd.Error.isEmpty());
+        return;
+    }
+    QFETCH(QStringList, files);
+    QFETCH(QString, format);
+    QFETCH(QSize, size);
+    QFETCH(QString, templ);
+    QCOMPARE(cmd.Files, files);
+    QCOMPARE(cmd.Format, format);
+    QCOMPARE(cmd.Size, size);
+    QCOMPARE(cmd.Template, templ);
+}
+
+void TstStartup::windowRun_data() {
+    QTest::addColumn<int>("language");
+    QTest::addColumn<int>("arguments");
+    QTest::addColumn<bool>("opened");
+    QTest::newRow("German, no argument") << int(LangGerman) << 0 << false;
+    QTest::newRow("English, one argument") << int(LangEnglish) << 1 << true;
+    QTest::newRow("French, two arguments") << int(LangFrench) << 2 << false;
+}
+
+// The real start-up: the language before the application object, the forms before the audit
+// log, the loop, the settings written as the window goes, and the log closed last.
+void TstStartup::windowRun() {
+    QFETCH(int, language);
+    QFETCH(int, arguments);
+    QFETCH(bool, opened);
+    WriteLanguage(language);
+    QStringList args;
+    for (int i = 0; i < arguments; ++i)
+        args << FFile;
+
+    const TRun run = Run(args);
+    QCOMPARE(run.ExitCode, 0);
+    const QList<TStartupStep> order{TStartupStep::SettingsLoaded,      TStartupStep::LanguageSwitched,
+                                    TStartupStep::ApplicationCreated,  TStartupStep::FormsCreated,
+                                    TStartupStep::AuditLogOpened,      TStartupStep::EventLoopStarted,
+                                    TStartupStep::MainWindowDestroyed, TStartupStep::AuditLogClosed};
+    QCOMPARE(run.Steps, order);
+    QVERIFY(!run.AppAtLanguageSwitch);
+    QCOMPARE(run.LanguageAtSwitch, language);
+    QCOMPARE(run.MenuAtForms, TxtIn(TTextId::MenuFile, language));
+    QVERIFY(run.DialogMainWindowSet);
+    QVERIFY(run.BigDataDlgMade);
+    QVERIFY(run.ShownAtLoop);
+    QCOMPARE(run.Loaded, opened);
+    QCOMPARE(run.FileAtClose, opened ? QFileInfo(FFile).absoluteFilePath() : QString());
+    QVERIFY(!QCoreApplication::instance()); // nothing of the run is left behind
+
+    // The window wrote the settings as it went: the opened file heads the recent list.
+    LoadZebSettings(QString::fromLatin1(kZebProgramViewer), QSize(1920, 1080));
+    QCOMPARE(ZebSettings().Language, language);
+    QCOMPARE(ZebSettings().File[0], opened ? QFileInfo(FFile).absoluteFilePath() : QString());
+    SwitchTexts(LangGerman);
+}
+
+void TstStartup::invalidCommandLine() {
+    const TRun run = Run({FFile, u"--no-such-option"_s});
+    QCOMPARE(run.ExitCode, 2);
+    // Nothing was created: no window, no log entry.
+    QCOMPARE(run.Steps, (QList<TStartupStep>{TStartupStep::SettingsLoaded, TStartupStep::LanguageSwitched,
+                                             TStartupStep::ApplicationCreated}));
+}
+
+QTEST_APPLESS_MAIN(TstStartup)
+#include "tst_startup.moc"

@@ -1,0 +1,599 @@
+// The three views of the main window driven offscreen: switching by menu, tool button and
+// shortcut with the toolbar and menu of each view, the configuration page holding the user on
+// an invalid entry, the clicks on chart elements that open it, and the table's jumps.
+
+#include "CfgPage.h"
+#include "DataBase.h"
+#include "Formats.h"
+#include "GoToDlg.h"
+#include "Main.h"
+#include "TableView.h"
+#include "Texts.h"
+#include "ValidateEdit.h"
+#include "ZebChart.h"
+#include "ZebDlg.h"
+#include "ZebReg.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QCheckBox>
+#include <QDir>
+#include <QFile>
+#include <QFileDialog>
+#include <QFrame>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMessageBox>
+#include <QProcess>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QSignalSpy>
+#include <QStackedWidget>
+#include <QTableView>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+#include <QToolButton>
+
+#include <functional>
+#include <memory>
+
+using namespace zeb;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+void Generate(const QStringList& args) {
+    QProcess p;
+    p.start(QStringLiteral(ZEBTOOL), QStringList{u"gen"_s, u"--quiet"_s} + args);
+    QVERIFY(p.waitForFinished(120000));
+    QCOMPARE(p.exitCode(), 0);
+}
+
+bool Load(TForm1& f, const QString& file) {
+    QSignalSpy spy(&f, &TForm1::loadFinished);
+    return f.OpenFile(file) && spy.wait(120000);
+}
+
+template <typename T> T* Child(QObject& o, const QString& name) {
+    T* c = o.findChild<T*>(name);
+    if (!c) qWarning("no %s", qPrintable(name));
+    return c;
+}
+
+QAction* Action(TForm1& f, const QString& name) {
+    return Child<QAction>(f, name);
+}
+
+// The toolbar panel that belongs to each view, and the view's own menu.
+const QStringList kPanels = {u"panSpeedButtonsGraph"_s, u"panSpeedButtonsTable"_s, u"panSpeedButtonsCfg"_s};
+const QStringList kMenus = {u"menGraph"_s, u"menTable"_s, u"menCfg"_s};
+const QStringList kViewButtons = {u"spbViewGraph"_s, u"spbViewTable"_s, u"spbViewCfg"_s};
+
+// The page shown, with exactly its panel, its menu and its view button.
+void VerifyPage(TForm1& f, int page) {
+    QCOMPARE(Child<QStackedWidget>(f, u"onbView"_s)->currentIndex(), page);
+    for (int p = 0; p < 3; ++p) {
+        QCOMPARE(Child<QFrame>(f, kPanels[p])->isVisibleTo(&f), p == page);
+        QCOMPARE(Child<QMenu>(f, kMenus[p])->menuAction()->isVisible(), p == page);
+        QCOMPARE(Child<QToolButton>(f, kViewButtons[p])->isChecked(), p == page);
+    }
+    QVERIFY(Child<QFrame>(f, u"Panel1"_s)->isVisibleTo(&f));
+    QVERIFY(Child<QFrame>(f, u"Panel3"_s)->isVisibleTo(&f));
+}
+
+// Runs act on the first modal dialog of type T once it is up.
+template <typename T> void WhenModal(std::function<void(T*)> act) {
+    auto* timer = new QTimer;
+    timer->setInterval(10);
+    QObject::connect(timer, &QTimer::timeout, timer, [timer, act] {
+        if (auto* dlg = qobject_cast<T*>(QApplication::activeModalWidget())) {
+            timer->stop();
+            timer->deleteLater();
+            act(dlg);
+        }
+    });
+    timer->start();
+}
+
+void Shoot(QWidget& w, const QString& name) {
+    const QString dir = qEnvironmentVariable("ZEB_SCREENSHOT_DIR");
+    if (!dir.isEmpty()) QVERIFY(w.grab().save(dir + QLatin1Char('/') + name + u".png"_s));
+}
+
+} // namespace
+
+class TstMainViews : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+
+    void switchViews_data();
+    void switchViews();
+    void loadingLocksTheViews();
+    void enteringCfgSetsModified();
+    void invalidEntryHoldsThePage_data();
+    void invalidEntryHoldsThePage();
+    void leavingCfgAppliesIt();
+    void saveFromCfgPage();
+    void cfgUndo();
+    void elementClicks_data();
+    void elementClicks();
+    void plainClicksStayOnChart();
+    void tableGotoTMin();
+    void tableGotoTime_data();
+    void tableGotoTime();
+    void tableStatusTexts();
+    void screenshots();
+
+private:
+    // A shown window with the recording loaded.
+    std::unique_ptr<TForm1> Open();
+
+    QTemporaryDir FTmp;
+    QString FFile;
+    QStringList FDialogs; // classes of the dialogs shown through the dialog helpers
+};
+
+void TstMainViews::initTestCase() {
+    QVERIFY(FTmp.isValid());
+    qputenv("ZEB_SETTINGS_FILE", FTmp.filePath(u"settings.ini"_s).toLocal8Bit());
+    SetZebProgramDir(FTmp.path());
+    SwitchTexts(LangEnglish);
+    TZebDlg::SetNativeDialogs(false);
+    FFile = FTmp.filePath(u"views.zeb"_s);
+    Generate({u"--seed"_s, u"3"_s, u"--channels"_s, u"3"_s, u"--records"_s, u"3000"_s, u"--interval"_s,
+              u"1"_s, FFile});
+}
+
+void TstMainViews::init() {
+    ZebSettings() = TZebSettings();
+    QFile::remove(TForm1::SettingsFileOf(FFile));
+    FDialogs.clear();
+    // Message boxes are answered with their default, file dialogs cancelled; each is noted.
+    TZebDlg::SetDialogHook([this](QDialog* dlg) {
+        FDialogs << QString::fromLatin1(dlg->metaObject()->className());
+        dlg->reject();
+    });
+}
+
+std::unique_ptr<TForm1> TstMainViews::Open() {
+    auto f = std::make_unique<TForm1>();
+    f->setWindowState(Qt::WindowNoState);
+    f->resize(1200, 800);
+    f->show();
+    if (!QTest::qWaitForWindowExposed(f.get()) || !Load(*f, FFile)) return {};
+    return f;
+}
+
+// ---------------------------------------------------------------------- switching
+
+void TstMainViews::switchViews_data() {
+    QTest::addColumn<QString>("how");
+    QTest::newRow("menu") << u"menu"_s;
+    QTest::newRow("tool button") << u"button"_s;
+    QTest::newRow("shortcut") << u"key"_s;
+}
+
+void TstMainViews::switchViews() {
+    QFETCH(QString, how);
+    auto f = Open();
+    QVERIFY(f);
+    f->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(f.get()));
+    VerifyPage(*f, TForm1::pgGraph);
+    QCOMPARE(f->StatusText(), Txt(TTextId::StatusZoomHint));
+
+    const QStringList actions = {u"menViewGraph"_s, u"menViewTable"_s, u"menViewCfg"_s};
+    const Qt::Key keys[] = {Qt::Key_G, Qt::Key_T, Qt::Key_C};
+    for (int page :
+         {TForm1::pgTable, TForm1::pgCfg, TForm1::pgGraph, TForm1::pgCfg, TForm1::pgTable, TForm1::pgGraph}) {
+        if (how == u"menu"_s)
+            Action(*f, actions[page])->trigger();
+        else if (how == u"button"_s)
+            QTest::mouseClick(Child<QToolButton>(*f, kViewButtons[page]), Qt::LeftButton);
+        else
+            QTest::keyClick(f.get(), keys[page], Qt::ControlModifier);
+        VerifyPage(*f, page);
+        // The chart's hint belongs to the chart; the table brings its own texts.
+        QCOMPARE(f->StatusText(), page == TForm1::pgGraph ? Txt(TTextId::StatusZoomHint) : QString());
+    }
+    // The same view again changes nothing.
+    Action(*f, u"menViewGraph"_s)->trigger();
+    VerifyPage(*f, TForm1::pgGraph);
+}
+
+void TstMainViews::loadingLocksTheViews() {
+    TForm1 f;
+    QSignalSpy spy(&f, &TForm1::loadFinished);
+    QVERIFY(f.OpenFile(FFile));
+    // The loader owns the store until its last report: no view may be entered.
+    for (const QString& name : {u"menViewTable"_s, u"menViewCfg"_s}) {
+        QVERIFY(!Action(f, name)->isEnabled());
+        QVERIFY(!Child<QToolButton>(f, kViewButtons[name == u"menViewCfg"_s ? 2 : 1])->isEnabled());
+    }
+    f.GUI_ViewCfg();
+    QCOMPARE(f.ViewPage(), int(TForm1::pgGraph));
+    QVERIFY(spy.wait(120000));
+    QVERIFY(Action(f, u"menViewCfg"_s)->isEnabled());
+    f.GUI_ViewCfg();
+    QCOMPARE(f.ViewPage(), int(TForm1::pgCfg));
+}
+
+void TstMainViews::enteringCfgSetsModified() {
+    {
+        // Without a recording there is nothing to mark.
+        TForm1 f;
+        f.GUI_ViewCfg();
+        VerifyPage(f, TForm1::pgCfg);
+        QVERIFY(!f.IsModified());
+        f.GUI_ViewGraph();
+        VerifyPage(f, TForm1::pgGraph);
+    }
+    auto f = Open();
+    QVERIFY(f);
+    f->GUI_ViewTable();
+    QVERIFY(!f->IsModified()); // looking at the table changes nothing
+    f->GUI_ViewCfg();
+    QVERIFY(f->IsModified());
+    QVERIFY(f->windowTitle().endsWith(u"*]"_s));
+    QVERIFY(Action(*f, u"menFileSave"_s)->isEnabled());
+}
+
+// ---------------------------------------------------------------------- validation
+
+void TstMainViews::invalidEntryHoldsThePage_data() {
+    QTest::addColumn<QString>("command");
+    QTest::newRow("to the chart") << u"menViewGraph"_s;
+    QTest::newRow("to the table") << u"menViewTable"_s;
+    QTest::newRow("view button") << u"spbViewGraph"_s;
+    QTest::newRow("save") << u"menFileSave"_s;
+    QTest::newRow("save as template") << u"menFileTemplateSave"_s;
+    QTest::newRow("open file") << u"menFileOpen"_s;
+    QTest::newRow("close and save") << u"close"_s;
+}
+
+// Whatever would take the page's entries refuses while one is invalid, shows no dialog,
+// writes nothing and leaves the focus on the entry.
+void TstMainViews::invalidEntryHoldsThePage() {
+    QFETCH(QString, command);
+    auto f = Open();
+    QVERIFY(f);
+    f->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(f.get()));
+    TCfgPage* page = f->CfgPage();
+    f->GUI_ViewCfg();
+    page->setCurrentIndex(TCfgPage::tabAxisLeft);
+    QCOMPARE(page->currentIndex(), int(TCfgPage::tabAxisLeft));
+    auto* min = Child<TValidateEdit>(*page, u"vedCfgAxisLeftMin"_s);
+    min->setText(u"1,2,3"_s);
+    Child<QLineEdit>(*page, u"edtCfgAxisLeftName"_s)->setFocus();
+    QVERIFY(f->IsModified());
+    const double before = f->DataBase()->Axis_Get(axLeft).Min;
+
+    if (command == u"close"_s) {
+        TZebDlg::SetDialogHook([this](QDialog* dlg) {
+            FDialogs << QString::fromLatin1(dlg->metaObject()->className());
+            if (auto* yes = dlg->findChild<QPushButton*>(u"Yes"_s)) yes->click();
+        });
+        QVERIFY(!f->close());
+        QVERIFY(f->isVisible());
+        QCOMPARE(FDialogs, QStringList{u"QMessageBox"_s}); // the question only
+    } else if (command.startsWith(u"spb"_s)) {
+        QTest::mouseClick(Child<QToolButton>(*f, command), Qt::LeftButton);
+        QVERIFY(FDialogs.isEmpty());
+    } else {
+        Action(*f, command)->trigger();
+        QVERIFY(FDialogs.isEmpty());
+    }
+    VerifyPage(*f, TForm1::pgCfg);
+    QCOMPARE(page->currentIndex(), int(TCfgPage::tabAxisLeft));
+    // The window's focus, whether or not a message box still holds the activation.
+    QCOMPARE(f->focusWidget(), min);
+    QCOMPARE(min->text(), u"1,2,3"_s);
+    QVERIFY(!QFileInfo::exists(TForm1::SettingsFileOf(FFile)));
+    QVERIFY(f->IsModified());
+    QCOMPARE(f->DataBase()->Axis_Get(axLeft).Min, before);
+
+    // Mended, the same command goes through.
+    min->setText(u"-5"_s);
+    if (command == u"menFileSave"_s) {
+        Action(*f, command)->trigger();
+        QVERIFY(QFileInfo::exists(TForm1::SettingsFileOf(FFile)));
+        QVERIFY(!f->IsModified());
+    } else if (command == u"menViewGraph"_s || command == u"spbViewGraph"_s) {
+        Action(*f, u"menViewGraph"_s)->trigger();
+        VerifyPage(*f, TForm1::pgGraph);
+    } else if (command == u"menViewTable"_s) {
+        Action(*f, command)->trigger();
+        VerifyPage(*f, TForm1::pgTable);
+    }
+    if (command == u"close"_s) {
+        QVERIFY(f->close());
+        QVERIFY(QFileInfo::exists(TForm1::SettingsFileOf(FFile)));
+    }
+}
+
+// Leaving the page puts what it holds on the chart.
+void TstMainViews::leavingCfgAppliesIt() {
+    auto f = Open();
+    QVERIFY(f);
+    TCfgPage* page = f->CfgPage();
+    f->GUI_ViewCfg();
+    page->setCurrentIndex(TCfgPage::tabGeneral);
+    Child<QLineEdit>(*page, u"edtCfgTitle"_s)->setText(u"Pump test"_s);
+    page->setCurrentIndex(TCfgPage::tabAxisLeft);
+    Child<QCheckBox>(*page, u"chkCfgAxisLeftAuto"_s)->setChecked(false);
+    Child<TValidateEdit>(*page, u"vedCfgAxisLeftMin"_s)->setText(u"-7"_s);
+    Child<TValidateEdit>(*page, u"vedCfgAxisLeftMax"_s)->setText(u"9"_s);
+
+    f->GUI_ViewGraph();
+    VerifyPage(*f, TForm1::pgGraph);
+    QCOMPARE(f->Chart()->TitleElement()->text(), u"Pump test"_s);
+    const QCPRange left = f->Chart()->ChartAxis(axLeft)->range();
+    QCOMPARE(left.lower, -7.0);
+    QCOMPARE(left.upper, 9.0);
+    QCOMPARE(f->DataBase()->General_Get().Title, u"Pump test"_s);
+
+    // Back on the page it shows what the chart shows, on the tab it was left on.
+    f->GUI_ViewCfg();
+    QCOMPARE(page->currentIndex(), int(TCfgPage::tabAxisLeft));
+    QCOMPARE(Child<TValidateEdit>(*page, u"vedCfgAxisLeftMin"_s)->AsFloat().value_or(0.0), -7.0);
+}
+
+void TstMainViews::saveFromCfgPage() {
+    auto f = Open();
+    QVERIFY(f);
+    TCfgPage* page = f->CfgPage();
+    f->GUI_ViewCfg();
+    page->setCurrentIndex(TCfgPage::tabGeneral);
+    Child<QLineEdit>(*page, u"edtCfgFoot"_s)->setText(u"Saved from the page"_s);
+    // The tab is still open: the save takes it as it stands.
+    Action(*f, u"menFileSave"_s)->trigger();
+    QVERIFY(!f->IsModified());
+    VerifyPage(*f, TForm1::pgCfg);
+    TDataBase check;
+    QVERIFY(check.Ini_FileOpen(TForm1::SettingsFileOf(FFile)));
+    QCOMPARE(check.General_Get().Foot, u"Saved from the page"_s);
+
+    // Editing on after the save still reaches the chart.
+    Child<QLineEdit>(*page, u"edtCfgTitle"_s)->setText(u"After saving"_s);
+    f->GUI_ViewGraph();
+    QCOMPARE(f->Chart()->TitleElement()->text(), u"After saving"_s);
+    QVERIFY(f->IsModified());
+}
+
+void TstMainViews::cfgUndo() {
+    auto f = Open();
+    QVERIFY(f);
+    f->DataBase()->General_Get().Title = u"Original"_s;
+    f->GUI_ViewCfg();
+    TCfgPage* page = f->CfgPage();
+    page->setCurrentIndex(TCfgPage::tabGeneral);
+    auto* title = Child<QLineEdit>(*page, u"edtCfgTitle"_s);
+    QCOMPARE(title->text(), u"Original"_s);
+    title->setText(u"Changed"_s);
+    QTest::mouseClick(Child<QToolButton>(*f, u"spbCfgRedo"_s), Qt::LeftButton);
+    QCOMPARE(title->text(), u"Original"_s);
+    title->setText(u"Changed again"_s);
+    Action(*f, u"menCfgRedo"_s)->trigger();
+    QCOMPARE(title->text(), u"Original"_s);
+    f->GUI_ViewGraph();
+    QCOMPARE(f->Chart()->TitleElement()->text(), u"Original"_s);
+}
+
+// ---------------------------------------------------------------------- chart clicks
+
+void TstMainViews::elementClicks_data() {
+    QTest::addColumn<QString>("element");
+    QTest::addColumn<int>("modifier");
+    QTest::addColumn<int>("tab");
+    const std::pair<const char*, Qt::KeyboardModifier> mods[] = {
+        {"shift", Qt::ShiftModifier}, {"alt", Qt::AltModifier}, {"ctrl", Qt::ControlModifier}};
+    const std::pair<const char*, int> elements[] = {
+        {"title", 0}, {"curve", 1}, {"bottom axis", 2}, {"left axis", 3}, {"right axis", 4}, {"legend", 1},
+    };
+    for (const auto& [m, mod] : mods)
+        for (const auto& [e, tab] : elements)
+            QTest::addRow("%s %s", m, e) << QString::fromLatin1(e) << int(mod) << tab;
+}
+
+// Where on the chart an element is.
+static QPoint ElementPos(TZebChart& chart, const QString& element) {
+    QCPAxisRect* rect = chart.axisRect();
+    const QRect r = rect->rect();
+    if (element == u"title"_s) return chart.TitleElement()->outerRect().center();
+    if (element == u"bottom axis"_s) return QPoint(r.center().x(), r.bottom() + 4);
+    if (element == u"left axis"_s) return QPoint(r.left() - 4, r.center().y());
+    if (element == u"right axis"_s) return QPoint(r.right() + 4, r.center().y());
+    if (element == u"legend"_s) return chart.legend->item(0)->outerRect().center();
+    // On a curve: down the middle of the plot until a curve answers.
+    for (int y = r.top(); y <= r.bottom(); ++y)
+        if (chart.plottableAt(QPointF(r.center().x(), y), false)) return QPoint(r.center().x(), y);
+    return {};
+}
+
+void TstMainViews::elementClicks() {
+    QFETCH(QString, element);
+    QFETCH(int, modifier);
+    QFETCH(int, tab);
+    auto f = Open();
+    QVERIFY(f);
+    TDataBase& db = *f->DataBase();
+    TZebChart& chart = *f->Chart();
+    db.General_Get().Title = u"Title"_s;
+    db.Curve_AxisSet(1, axRight); // every axis shown
+    chart.Rebuild();
+    // The page was last left on another tab than the click names.
+    f->GUI_ViewCfg();
+    f->CfgPage()->setCurrentIndex(TCfgPage::tabCursor);
+    f->GUI_ViewGraph();
+    f->SetModified(false);
+    QTest::qWait(20);
+
+    const QPoint at = ElementPos(chart, element);
+    QVERIFY2(!at.isNull(), "element not found on the chart");
+    const int legendCurve = chart.LegendCurve(0);
+    const bool wasActive = db.Curve_IsActive(legendCurve);
+    QTest::mouseClick(&chart, Qt::LeftButton, Qt::KeyboardModifiers(modifier), at);
+
+    VerifyPage(*f, TForm1::pgCfg);
+    QCOMPARE(f->CfgPage()->currentIndex(), tab);
+    QCOMPARE(f->CfgTab(), -1); // used up: the next visit keeps the user's tab
+    QVERIFY(f->IsModified());
+    if (element == u"legend"_s)
+        QCOMPARE(db.Curve_IsActive(legendCurve), !wasActive);
+    else
+        QCOMPARE(db.Curve_IsActive(legendCurve), wasActive);
+
+    // The view menu later opens the page on the tab the user last had.
+    f->GUI_ViewGraph();
+    f->GUI_ViewCfg();
+    QCOMPARE(f->CfgPage()->currentIndex(), tab);
+}
+
+void TstMainViews::plainClicksStayOnChart() {
+    auto f = Open();
+    QVERIFY(f);
+    TZebChart& chart = *f->Chart();
+    f->DataBase()->General_Get().Title = u"Title"_s;
+    chart.Rebuild();
+    QTest::qWait(20);
+    for (const QString& element : {u"title"_s, u"left axis"_s, u"bottom axis"_s}) {
+        QTest::mouseClick(&chart, Qt::LeftButton, Qt::NoModifier, ElementPos(chart, element));
+        VerifyPage(*f, TForm1::pgGraph);
+    }
+    // A plain legend click switches the curve's limit lines and stays too.
+    const int curve = chart.LegendCurve(0);
+    const bool limits = f->DataBase()->Curve_LimitLinesOn(curve);
+    QTest::mouseClick(&chart, Qt::LeftButton, Qt::NoModifier, ElementPos(chart, u"legend"_s));
+    VerifyPage(*f, TForm1::pgGraph);
+    QCOMPARE(f->DataBase()->Curve_LimitLinesOn(curve), !limits);
+    QVERIFY(f->IsModified());
+}
+
+// ---------------------------------------------------------------------- table commands
+
+// The table opens, and jumps back, where the chart's time axis begins.
+void TstMainViews::tableGotoTMin() {
+    auto f = Open();
+    QVERIFY(f);
+    TDataBase& db = *f->DataBase();
+    double first = 0.0, last = 0.0;
+    db.GetXMinXMax(first, last, false);
+    // Zoomed in as the zoom leaves it: a fixed range in the store's view.
+    TAxisState& bottom = db.View().Axes[axBottom];
+    bottom.Auto = false;
+    bottom.Min = first + 1000.25;
+    bottom.Max = first + 2000.0;
+    f->Chart()->Rebuild();
+
+    f->GUI_ViewTable();
+    VerifyPage(*f, TForm1::pgTable);
+    QCOMPARE(db.Table_GetFirstTime(), first + 1001.0); // the first sample on the chart
+
+    QTest::mouseClick(Child<QToolButton>(*f, u"spbTableEnd"_s), Qt::LeftButton);
+    QVERIFY(db.Table_GetFirstTime() > first + 2000.0);
+    QTest::mouseClick(Child<QToolButton>(*f, u"spbTableGotoTMin"_s), Qt::LeftButton);
+    QCOMPARE(db.Table_GetFirstTime(), first + 1001.0);
+
+    db.Table_SetFirstRow(first);
+    Action(*f, u"menTableGotoTMin"_s)->trigger();
+    QCOMPARE(db.Table_GetFirstTime(), first + 1001.0);
+    // The table's first text row shows that time.
+    QCOMPARE(f->TableView()->Model()->Table_OnGetCellData(2, 0), TDataBase::GetXValueStr(1, first + 1001.0));
+}
+
+void TstMainViews::tableGotoTime_data() {
+    QTest::addColumn<int>("xType");
+    QTest::addColumn<bool>("viaButton");
+    QTest::newRow("seconds") << 0 << false;
+    QTest::newRow("time from 0") << 1 << true;
+    QTest::newRow("date and time") << 2 << false;
+}
+
+// The dialog asks in the time axis's terms, counted from the axis's zero.
+void TstMainViews::tableGotoTime() {
+    QFETCH(int, xType);
+    QFETCH(bool, viaButton);
+    auto f = Open();
+    QVERIFY(f);
+    TDataBase& db = *f->DataBase();
+    db.View().Axes[axBottom].XType = xType;
+    f->GUI_ViewTable();
+    double first = 0.0, last = 0.0;
+    db.GetXMinXMax(first, last, false);
+    const double start = db.Table_GetFirstTime();
+
+    auto go = [&](const QString& text, bool ok) {
+        int mode = -1;
+        double base = -1.0;
+        WhenModal<TfrmGoToDlg>([&](TfrmGoToDlg* dlg) {
+            mode = dlg->Mode();
+            base = dlg->Base();
+            Child<TValidateEdit>(*dlg, u"vedTime"_s)->setText(text);
+            Child<QPushButton>(*dlg, ok ? u"btnOK"_s : u"btnCancel"_s)->click();
+        });
+        if (viaButton)
+            QTest::mouseClick(Child<QToolButton>(*f, u"spbTableGotoT"_s), Qt::LeftButton);
+        else
+            Action(*f, u"menTableGotoTime"_s)->trigger();
+        QCOMPARE(mode, xType);
+        QCOMPARE(base, first / kSecondsPerDay);
+    };
+
+    go(u"1234.5"_s, false);
+    QCOMPARE(db.Table_GetFirstTime(), start);
+    go(u"1234.5"_s, true);
+    QCOMPARE(db.Table_GetFirstTime(), first + 1235.0);
+    QCOMPARE(f->TableView()->Model()->Table_OnGetCellData(2, 0), TDataBase::GetXValueStr(1, first + 1235.0));
+}
+
+void TstMainViews::tableStatusTexts() {
+    auto f = Open();
+    QVERIFY(f);
+    f->GUI_ViewTable();
+    QScrollBar* bar = f->TableView()->ScrollBar();
+    double first = 0.0, last = 0.0;
+    f->DataBase()->GetXMinXMax(first, last, false);
+    bar->setValue(50);
+    Q_EMIT bar->sliderMoved(50);
+    QCOMPARE(f->StatusText(),
+             Txt(TTextId::StatusScrollX) + TDataBase::GetXValueStr(1, first + (last - first) / 2.0));
+    Q_EMIT bar->sliderReleased();
+    QCOMPARE(f->StatusText(), QString());
+    // Back on the chart its hint returns.
+    f->GUI_ViewGraph();
+    QCOMPARE(f->StatusText(), Txt(TTextId::StatusZoomHint));
+}
+
+void TstMainViews::screenshots() {
+    if (qEnvironmentVariableIsEmpty("ZEB_SCREENSHOT_DIR"))
+        QSKIP("set ZEB_SCREENSHOT_DIR to get the pictures");
+    const QString demo = FTmp.filePath(u"demo.zeb"_s);
+    Generate({u"--seed"_s, u"7"_s, u"--channels"_s, u"4"_s, u"--records"_s, u"20000"_s, u"--gaps"_s, demo});
+    TForm1 f;
+    f.setWindowState(Qt::WindowNoState);
+    f.resize(1280, 800);
+    f.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&f));
+    QVERIFY(Load(f, demo));
+    QTest::qWait(50);
+    Shoot(f, u"view_graph"_s);
+    f.GUI_ViewTable();
+    QTest::qWait(50);
+    Shoot(f, u"view_table"_s);
+    f.GUI_ViewCfg();
+    QTest::qWait(50);
+    Shoot(f, u"view_cfg_general"_s);
+    f.CfgPage()->setCurrentIndex(TCfgPage::tabCurve);
+    QTest::qWait(50);
+    Shoot(f, u"view_cfg_curves"_s);
+    f.GUI_ViewGraph();
+    f.SetModified(false);
+}
+
+QTEST_MAIN(TstMainViews)
+#include "tst_mainviews.moc"
