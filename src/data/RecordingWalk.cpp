@@ -146,14 +146,13 @@ void TRecordingWalk::HandleBlock() {
     }
 }
 
-// Straight into the receiver's columns: no staging, no second copy.
-void TRecordingWalk::HandleDataDirect() {
-    const int n = FCurveCount;
-    std::vector<TCurveData*> cols(static_cast<size_t>(n));
-    for (int c = 0; c < n; ++c) cols[size_t(c)] = FReceiver.Columns(c);
+// Decodes the data records of the current block and hands every point to emit(curve, time,
+// value, kind); answers whether a record was cut off by the end of the block.
+template <typename Emit> bool TRecordingWalk::DecodeRecords(Emit&& emit) {
+    const size_t n = size_t(FCurveCount);
     const char* data = FFile.BlockData().constData();
     const int len = FFile.BlockSize();
-    const int recordSize = 8 + 4 * n;
+    const int recordSize = 8 + 4 * int(n);
     int pos = FFile.BlockPos();
     bool damaged = false;
     while (pos + 1 < len) {
@@ -172,95 +171,61 @@ void TRecordingWalk::HandleDataDirect() {
         }
         const double t = days * 86400.0;
         const char* p = data + pos + 8;
-        for (size_t c = 0; c < size_t(n); ++c, p += 4) {
+        for (size_t c = 0; c < n; ++c, p += 4) {
             quint32 bits;
             std::memcpy(&bits, p, 4);
             if (bits == kNoValueBits) continue;
             ++FValueCount;
             if (bits == kGapBits) {
                 FGapOpen[c] = 1;
-                cols[c]->Push(t, 0.0f, TPointKind::Gap);
+                emit(c, t, 0.0f, TPointKind::Gap);
             } else {
-                cols[c]->Push(t, std::bit_cast<float>(bits), FGapOpen[c] ? TPointKind::GapEnd : TPointKind::Value);
+                emit(c, t, std::bit_cast<float>(bits), FGapOpen[c] ? TPointKind::GapEnd : TPointKind::Value);
                 FGapOpen[c] = 0;
             }
         }
         pos += recordSize;
     }
     FFile.SetBlockPos(pos);
-    if (damaged) throw TDataFileError("data record cut off at the end of block " + std::to_string(FCounter));
+    return damaged;
 }
 
 void TRecordingWalk::HandleData() {
-    const int n = FCurveCount;
+    const size_t n = size_t(FCurveCount);
+    bool damaged;
     if (n > 0 && FReceiver.Columns(0)) {
-        HandleDataDirect();
-        return;
-    }
-    const char* data = FFile.BlockData().constData();
-    const int len = FFile.BlockSize();
-    const int recordSize = 8 + 4 * n;
-    int pos = FFile.BlockPos();
-
-    // Staging sized for the most records the block can hold, so the loop below writes
-    // without checks or growth; it is reused from block to block.
-    const size_t capacity = size_t((len - pos) / recordSize + 1);
-    if (FTimes.size() < size_t(n)) {
-        FTimes.resize(size_t(n));
-        FValues.resize(size_t(n));
-        FKinds.resize(size_t(n));
-    }
-    FFill.assign(size_t(n), 0);
-    for (size_t c = 0; c < size_t(n); ++c) {
-        if (FTimes[c].size() < capacity) {
-            FTimes[c].resize(capacity);
-            FValues[c].resize(capacity);
-            FKinds[c].resize(capacity);
+        // Straight into the receiver's columns: no staging, no second copy.
+        std::vector<TCurveData*> cols(n);
+        for (size_t c = 0; c < n; ++c) cols[c] = FReceiver.Columns(int(c));
+        damaged = DecodeRecords([&](size_t c, double t, float v, TPointKind k) { cols[c]->Push(t, v, k); });
+    } else {
+        // Staging sized for the most records the block can hold, reused from block to block.
+        const size_t capacity = size_t(FFile.BlockSize() / (8 + 4 * int(n)) + 1);
+        if (FTimes.size() < n) {
+            FTimes.resize(n);
+            FValues.resize(n);
+            FKinds.resize(n);
         }
-    }
-
-    bool damaged = false;
-    while (pos + 1 < len) {
-        if (pos + recordSize > len) {
-            damaged = true; // a record cut off by the end of its block
-            break;
-        }
-        double days;
-        std::memcpy(&days, data + pos, 8);
-        if (!(days >= 0.0 && days <= kMaxDays)) {
-            if (FVariant == TDataFile::kBrandVariant && !FDefectReported) {
-                FDefectReported = true;
-                FReceiver.ReportDefect(DefectText(FCounter));
+        FFill.assign(n, 0);
+        for (size_t c = 0; c < n; ++c) {
+            if (FTimes[c].size() < capacity) {
+                FTimes[c].resize(capacity);
+                FValues[c].resize(capacity);
+                FKinds[c].resize(capacity);
             }
-            break;
         }
-        const double t = days * 86400.0;
-        const char* p = data + pos + 8;
-        for (size_t c = 0; c < size_t(n); ++c, p += 4) {
-            quint32 bits;
-            std::memcpy(&bits, p, 4);
-            if (bits == kNoValueBits) continue;
+        damaged = DecodeRecords([&](size_t c, double t, float v, TPointKind k) {
             const size_t i = FFill[c]++;
             FTimes[c][i] = t;
-            if (bits == kGapBits) {
-                FGapOpen[c] = 1;
-                FValues[c][i] = 0.0;
-                FKinds[c][i] = TPointKind::Gap;
-            } else {
-                FValues[c][i] = double(std::bit_cast<float>(bits));
-                FKinds[c][i] = FGapOpen[c] ? TPointKind::GapEnd : TPointKind::Value;
-                FGapOpen[c] = 0;
-            }
+            FValues[c][i] = double(v);
+            FKinds[c][i] = k;
+        });
+        for (size_t c = 0; c < n; ++c) {
+            const size_t k = FFill[c];
+            if (k > 0)
+                FReceiver.AddPoints(int(c), std::span(FTimes[c].data(), k), std::span(FValues[c].data(), k),
+                                    std::span(FKinds[c].data(), k));
         }
-        pos += recordSize;
-    }
-    FFile.SetBlockPos(pos);
-    for (size_t c = 0; c < size_t(n); ++c) {
-        const size_t k = FFill[c];
-        FValueCount += qint64(k);
-        if (k > 0)
-            FReceiver.AddPoints(int(c), std::span(FTimes[c].data(), k), std::span(FValues[c].data(), k),
-                                std::span(FKinds[c].data(), k));
     }
     if (damaged) throw TDataFileError("data record cut off at the end of block " + std::to_string(FCounter));
 }

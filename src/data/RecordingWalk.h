@@ -107,7 +107,7 @@ public:
 private:
     void HandleBlock();
     void HandleData();
-    void HandleDataDirect();
+    template <typename Emit> bool DecodeRecords(Emit&& emit);
     template <typename F> void ForEachRecord(F&& read);
 
     TDataFile& FFile;
