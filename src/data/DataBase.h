@@ -173,6 +173,8 @@ public:
     void Reset();
     // A new file is about to be read into the store.
     void AddFile(const QString& fileName);
+    // After a load that failed or was cancelled: the samples read stay, the file is gone.
+    void ClearFileName() { FFileName.clear(); }
     // Removes the curves that hold no point, with their template entries.
     void DeleteEmptyCurves();
     void SetLoading(bool loading) { FLoading = loading; }

@@ -1130,7 +1130,12 @@ void TForm1::FileFailed(int result) {
     FLoading = false;
     FModified = false;
     FCaptionFile.clear();
-    FDataBase->AddFile(QString()); // idle, no file: what was read is not shown
+    // What was read stays and is shown; only the file is forgotten. Large curves are drawn
+    // reduced, as after a complete load, so a cancelled huge file stays responsive.
+    FDataBase->ClearFileName();
+    FDataBase->CheckBigData();
+    chkBigDataOn->setChecked(FDataBase->isBigDataOn());
+    FDataBase->Table_SetFirstRow(0.0);
     UpdateCaption();
     FDataBase->Repaint(true);
     FChart->Rebuild();
