@@ -22,7 +22,30 @@ void TCurveData::Append(double time, double value, TPointKind kind) {
 
 void TCurveData::Append(std::span<const double> times, std::span<const double> values,
                         std::span<const TPointKind> kinds) {
-    for (size_t k = 0; k < times.size(); ++k) Push(times[k], float(values[k]), kinds[k]);
+    // Chunk by chunk with local pointers: a block's points go in at memory speed.
+    const size_t n = times.size();
+    double last = FCount > 0 ? FLast : -std::numeric_limits<double>::infinity();
+    bool sorted = FSorted;
+    size_t k = 0;
+    while (k < n) {
+        if ((FCount & kChunkMask) == 0 && (FCount >> kChunkBits) >= qint64(FTimes.size())) Grow();
+        double* t = FTimes[size_t(FCount >> kChunkBits)].get();
+        float* v = FValues[size_t(FCount >> kChunkBits)].get();
+        const size_t at = size_t(FCount & kChunkMask);
+        const size_t room = std::min(n - k, size_t(kChunkSize) - at);
+        for (size_t j = 0; j < room; ++j) {
+            const double tj = times[k + j];
+            sorted = sorted && tj >= last;
+            last = tj;
+            t[at + j] = tj;
+            v[at + j] = float(values[k + j]);
+            if (kinds[k + j] != TPointKind::Value) FNulls.emplace_back(FCount + qint64(j), kinds[k + j]);
+        }
+        FCount += qint64(room);
+        k += room;
+    }
+    if (n > 0) FLast = last;
+    FSorted = sorted;
 }
 
 void TCurveData::Clear() {

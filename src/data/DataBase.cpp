@@ -69,8 +69,6 @@ void TStoreReceiver::AddPoints(int curve, std::span<const double> times, std::sp
     FDb.Data(curve).Append(times, values, kinds);
 }
 
-TCurveData* TStoreReceiver::Columns(int curve) { return &FDb.Data(curve); }
-
 // ====================================================================== life
 
 TDataBase::TDataBase(QObject* parent) : QObject(parent) {}

@@ -150,7 +150,6 @@ public:
     void SetReaderMarker() override;
     void AddPoints(int curve, std::span<const double> times, std::span<const double> values,
                    std::span<const TPointKind> kinds) override;
-    TCurveData* Columns(int curve) override;
 
 protected:
     TDataBase& FDb;

@@ -8,7 +8,6 @@
 #include <span>
 #include <vector>
 
-class TCurveData;
 class TDataFile;
 
 enum class TPointKind : std::uint8_t {
@@ -64,9 +63,6 @@ public:
     // The points one data block brought to one curve, in file order; times in seconds.
     virtual void AddPoints(int /*curve*/, std::span<const double> /*times*/, std::span<const double> /*values*/,
                            std::span<const TPointKind> /*kinds*/) {}
-    // Where a curve's points may be written directly, bypassing AddPoints; nullptr when the
-    // receiver wants them through AddPoints.
-    virtual TCurveData* Columns(int /*curve*/) { return nullptr; }
     // The brand variant's one-time report of an invalid time stamp.
     virtual void ReportDefect(const QString& /*text*/) {}
     // After each data block, with the running count of measured values; false ends the walk.
