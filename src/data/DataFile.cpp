@@ -94,6 +94,7 @@ std::unique_ptr<TDataFile> TDataFile::CreateSave(const QString& fileName, QStrin
 }
 
 bool TDataFile::Close() {
+    StopReadAhead();
     if (FClosed) return FError.isEmpty();
     FClosed = true;
     bool ok = true;
@@ -208,37 +209,104 @@ bool TDataFile::IsLoadOk(int variantCode) {
     }
 }
 
-bool TDataFile::ReadBlock() {
-    FBuf.clear();
-    FPos = 0;
-    FReadEnd = TReadEnd::None;
+// One block from the compressed stream into the given buffer. Only one thread ever calls it
+// for a file: the caller of ReadBlock, or the read-ahead thread once that runs.
+bool TDataFile::InflateBlock(quint16& id, QByteArray& buf, TReadEnd& end) {
+    buf.clear();
+    end = TReadEnd::None;
     char head[4];
     const qint64 h = ReadRaw(head, 4);
     if (h < 4) {
-        FReadEnd = (h == 0 && FStreamEnded) ? TReadEnd::EndOfStream : TReadEnd::Truncated;
+        end = (h == 0 && FStreamEnded) ? TReadEnd::EndOfStream : TReadEnd::Truncated;
         return false;
     }
-    FBlockId = LoadLE<quint16>(head);
+    id = LoadLE<quint16>(head);
     const int length = LoadLE<quint16>(head + 2);
-    FBuf.resize(length);
+    buf.resize(length);
     int done = 0;
     while (done < length) {
         const int chunk = std::min(length - done, kMaxChunk);
-        const qint64 r = ReadRaw(FBuf.data() + done, chunk);
+        const qint64 r = ReadRaw(buf.data() + done, chunk);
         done += int(r);
         if (r < chunk) break;
     }
     if (done < length) {
         // The file ends inside this block: the partial payload is dropped.
-        FBuf.clear();
-        FReadEnd = TReadEnd::Truncated;
+        buf.clear();
+        end = TReadEnd::Truncated;
         return false;
     }
     if (length == 0) {
-        FReadEnd = TReadEnd::EmptyBlock;
+        end = TReadEnd::EmptyBlock;
         return false;
     }
     return true;
+}
+
+bool TDataFile::ReadBlock() {
+    FPos = 0;
+    if (!FAhead) return InflateBlock(FBlockId, FBuf, FReadEnd);
+
+    std::unique_lock lock(FAhead->Mutex);
+    FAhead->Changed.wait(lock, [this] { return !FAhead->Queue.empty() || FAhead->Finished; });
+    if (FAhead->Queue.empty()) {
+        // The reader has stopped and everything it read was taken: the end stays the end.
+        FBuf.clear();
+        FReadEnd = FAhead->LastEnd;
+        return false;
+    }
+    TReadAhead::TEntry e = std::move(FAhead->Queue.front());
+    FAhead->Queue.pop_front();
+    lock.unlock();
+    FAhead->Changed.notify_all();
+    if (e.Error) {
+        FBuf.clear();
+        std::rethrow_exception(e.Error);
+    }
+    FBlockId = e.Id;
+    FBuf = std::move(e.Payload);
+    FReadEnd = e.End;
+    return e.Ok;
+}
+
+void TDataFile::EnableReadAhead(int depth) {
+    if (FAhead || !FIn || FClosed) return;
+    FAhead = std::make_unique<TReadAhead>();
+    FAhead->Depth = std::max(depth, 1);
+    FAhead->Thread = std::thread([this] {
+        for (;;) {
+            TReadAhead::TEntry e;
+            try {
+                e.Ok = InflateBlock(e.Id, e.Payload, e.End);
+            } catch (...) {
+                e.Error = std::current_exception();
+            }
+            const bool last = !e.Ok;
+            std::unique_lock lock(FAhead->Mutex);
+            if (last) FAhead->LastEnd = e.End;
+            FAhead->Queue.push_back(std::move(e));
+            if (last) FAhead->Finished = true;
+            FAhead->Changed.notify_all();
+            if (last) return;
+            FAhead->Changed.wait(lock, [this] { return int(FAhead->Queue.size()) < FAhead->Depth || FAhead->Stop; });
+            if (FAhead->Stop) {
+                FAhead->Finished = true;
+                FAhead->Changed.notify_all();
+                return;
+            }
+        }
+    });
+}
+
+void TDataFile::StopReadAhead() {
+    if (!FAhead) return;
+    {
+        std::lock_guard lock(FAhead->Mutex);
+        FAhead->Stop = true;
+    }
+    FAhead->Changed.notify_all();
+    if (FAhead->Thread.joinable()) FAhead->Thread.join();
+    FAhead.reset();
 }
 
 void TDataFile::NewBlock(quint16 id) {

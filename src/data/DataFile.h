@@ -6,9 +6,14 @@
 #include <QByteArray>
 #include <QString>
 
+#include <condition_variable>
 #include <cstdint>
+#include <deque>
+#include <exception>
 #include <memory>
+#include <mutex>
 #include <stdexcept>
+#include <thread>
 
 class QIODevice;
 class QFile;
@@ -57,6 +62,9 @@ public:
     // Throws TDataFileError when the compressed stream is damaged.
     bool ReadBlock();
     TReadEnd LastReadEnd() const { return FReadEnd; }
+    // Inflates the following blocks in a thread of its own, up to depth blocks ahead, so that
+    // decompression goes on while the caller handles a block. Call before the first read.
+    void EnableReadAhead(int depth = 8);
     // Bytes of the compressed file consumed so far (for progress).
     qint64 CompressedPos() const;
     qint64 CompressedSize() const;
@@ -104,6 +112,8 @@ private:
     void Need(int bytes) const;
     void Append(const void* data, int bytes);
     qint64 ReadRaw(char* dst, qint64 n);
+    bool InflateBlock(quint16& id, QByteArray& buf, TReadEnd& end);
+    void StopReadAhead();
     bool WriteRaw(const char* data, qint64 n);
     bool FlushDeflate(int flush);
 
@@ -111,6 +121,24 @@ private:
     std::unique_ptr<QFile> FIn;
     std::unique_ptr<QSaveFile> FOut;
     std::unique_ptr<TZStream> FZ;
+    struct TReadAhead {
+        struct TEntry {
+            quint16 Id = 0;
+            QByteArray Payload;
+            TReadEnd End = TReadEnd::None;
+            bool Ok = false;
+            std::exception_ptr Error;
+        };
+        std::thread Thread;
+        std::mutex Mutex;
+        std::condition_variable Changed;
+        std::deque<TEntry> Queue;
+        int Depth = 8;
+        bool Stop = false;
+        bool Finished = false;
+        TReadEnd LastEnd = TReadEnd::EndOfStream;
+    };
+    std::unique_ptr<TReadAhead> FAhead;
     QByteArray FIoBuf;
     QByteArray FBuf;
     int FPos = 0;

@@ -78,6 +78,8 @@ void TFileThread::run() {
     try {
         auto file = TDataFile::CreateLoad(FFileName);
         if (file) {
+            // Decompression runs ahead while this thread waits for its reports.
+            file->EnableReadAhead();
             TLoaderReceiver receiver(*FDataBase, *this);
             TRecordingWalk walk(*file, receiver, FVariant);
             const TRecordingWalk::TEnd end = walk.Run();

@@ -76,10 +76,11 @@ struct TWalkResult {
     int blocks = 0;
 };
 
-inline TWalkResult WalkFile(const QString& path, TCollectingReceiver& r, int variant = 0) {
+inline TWalkResult WalkFile(const QString& path, TCollectingReceiver& r, int variant = 0, bool readAhead = false) {
     TWalkResult res;
     auto file = TDataFile::CreateLoad(path);
     if (!file) return res;
+    if (readAhead) file->EnableReadAhead(2);
     TRecordingWalk walk(*file, r, variant);
     res.end = walk.Run();
     res.values = walk.ValueCount();

@@ -260,6 +260,18 @@ private Q_SLOTS:
         QCOMPARE(r.curves[1].v, std::vector<double>{2});
     }
 
+    void readAheadStopsWhenTheReaderStops() {
+        // Many blocks, a reader that stops after the first: closing must not hang.
+        B b = TwoCurves();
+        for (int i = 0; i < 50; ++i) b.Block(8, B::Record(i, {B::F(1), B::F(2)}));
+        QVERIFY(b.Save(FDir.filePath(QStringLiteral("many.zeb"))));
+        TCollectingReceiver stop;
+        stop.stopAfterDataBlocks = 1;
+        const auto res = WalkFile(FDir.filePath(QStringLiteral("many.zeb")), stop, 0, true);
+        QCOMPARE(res.end, TEnd::Stopped);
+        QCOMPARE(res.values, 2);
+    }
+
     void cancelAndStop() {
         const B b = (TwoCurves().Block(8, B::Record(1, {B::F(1), B::F(2)})).Block(
             8, B::Record(2, {B::F(1), B::F(2)})).Block(9, B::Str("z")));
@@ -285,14 +297,22 @@ private Q_SLOTS:
             b.Block(8, payload);
         }
         b.Block(9, B::Str("end"));
-        TCollectingReceiver full;
+        TCollectingReceiver full, fullAhead;
         QCOMPARE(Walk(b, full).end, TEnd::EndOfStream);
+        QVERIFY(b.Save(FDir.filePath(QStringLiteral("full.zeb"))));
+        QCOMPARE(WalkFile(FDir.filePath(QStringLiteral("full.zeb")), fullAhead, 0, true).end, TEnd::EndOfStream);
+        QVERIFY(fullAhead.curves == full.curves);
         const QByteArray file = b.Compressed();
         const QString path = FDir.filePath(QStringLiteral("t.zeb"));
         for (qsizetype cut = 0; cut < file.size(); ++cut) {
             QVERIFY(B::SaveBytes(path, file.left(cut)));
-            TCollectingReceiver r;
+            TCollectingReceiver r, ahead;
             const auto res = WalkFile(path, r);
+            // Reading ahead in a thread of its own ends the same way with the same points.
+            const auto resAhead = WalkFile(path, ahead, 0, true);
+            QCOMPARE(int(resAhead.end), int(res.end));
+            QCOMPARE(resAhead.values, res.values);
+            QVERIFY(ahead.curves == r.curves);
             QVERIFY2(res.end == TEnd::BadHeader || res.end == TEnd::Truncated || res.end == TEnd::Damaged,
                      qPrintable(QStringLiteral("cut at %1: %2").arg(cut).arg(TRecordingWalk::EndText(res.end))));
             QVERIFY(r.curves.size() <= full.curves.size());
@@ -323,9 +343,12 @@ private Q_SLOTS:
                 bad[qsizetype(x % quint32(bad.size()))] = char(x >> 24);
             }
             QVERIFY(B::SaveBytes(path, bad));
-            TCollectingReceiver r;
+            TCollectingReceiver r, ahead;
             const auto res = WalkFile(path, r);
             QVERIFY(res.values <= 1000);
+            const auto resAhead = WalkFile(path, ahead, 0, true);
+            QCOMPARE(int(resAhead.end), int(res.end));
+            QVERIFY(ahead.curves == r.curves);
         }
     }
 };
