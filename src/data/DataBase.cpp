@@ -483,89 +483,109 @@ TMseAxis& TDataBase::Cfg_Axis_Get(int axis) {
 
 namespace {
 
-void ToFont(const TMseFont& f, TFontState& s) {
-    f.Name.ApplyTo(s.Name);
-    f.Size.ApplyTo(s.Size);
-    f.Style.ApplyTo(s.Style);
-}
-void FromFont(const TFontState& s, TMseFont& f) {
-    f.Name.Set(s.Name);
-    f.Size.Set(s.Size);
-    f.Style.Set(s.Style);
-}
+// One two-way mapping between the live view and the template, so that applying a template
+// and storing the view can never disagree on which value goes where.
+struct TSync {
+    bool Store; // true: live view into the template; false: the template's set values onto the view
+    template <typename T> void operator()(TOpt<T>& o, T& v) const {
+        if (Store) o.Set(v);
+        else o.ApplyTo(v);
+    }
+    void Font(TMseFont& f, TFontState& s) const {
+        (*this)(f.Name, s.Name);
+        (*this)(f.Size, s.Size);
+        (*this)(f.Style, s.Style);
+    }
+};
 
 } // namespace
 
-void TDataBase::Ini_Update() {
+// Tabs 0..5 as the configuration page shows them; tab 6 holds what no tab shows.
+void TDataBase::SyncTab(int tab, bool store) {
+    const TSync sync{store};
     TGeneralState& g = FView.General;
-    FSettings.Title.ApplyTo(g.Title);
-    FSettings.ShowName.ApplyTo(g.ShowName);
-    FSettings.Foot.ApplyTo(g.Foot);
-    FSettings.ShowTime.ApplyTo(g.ShowTime);
-    FSettings.OnlineRate.ApplyTo(g.OnlineRate);
-    FSettings.DispTime.ApplyTo(g.DispTime);
-    FSettings.DispLimits.ApplyTo(g.DispLimits);
-    FSettings.ViewCalc.ApplyTo(g.ViewCalc);
-    FSettings.ViewLimit.ApplyTo(g.ViewLimit);
-    ToFont(FSettings.FontTitle, g.FontTitle);
-    ToFont(FSettings.FontAxes, g.FontAxes);
-    ToFont(FSettings.FontLegend, g.FontLegend);
-    ToFont(FSettings.FontText, g.FontText);
-    for (int a = 0; a < 3; ++a) {
-        const TMseAxis& c = Cfg_Axis_Get(a);
-        TAxisState& s = FView.Axes[a];
-        c.Name.ApplyTo(s.Name);
-        c.Min.ApplyTo(s.Min);
-        c.Max.ApplyTo(s.Max);
-        c.Inc.ApplyTo(s.Inc);
-        c.Format.ApplyTo(s.Format);
-        c.Grid.ApplyTo(s.Grid);
-        c.Auto.ApplyTo(s.Auto);
-        if (a == axBottom) c.XType.ApplyTo(s.XType);
+    switch (tab) {
+    case 0:
+        sync(FSettings.Title, g.Title);
+        sync(FSettings.ShowName, g.ShowName);
+        sync(FSettings.Foot, g.Foot);
+        sync(FSettings.ShowTime, g.ShowTime);
+        sync.Font(FSettings.FontTitle, g.FontTitle);
+        sync.Font(FSettings.FontAxes, g.FontAxes);
+        sync.Font(FSettings.FontLegend, g.FontLegend);
+        sync.Font(FSettings.FontText, g.FontText);
+        break;
+    case 1:
+        // The curves' display values live in the template already; storing marks them chosen.
+        if (store)
+            for (int i = 0; i < Curve_Count(); ++i) {
+                TMseSettingsCurve& c = Cfg(i);
+                for (auto* o : {&c.Axis, &c.Color, &c.Width, &c.Type}) o->Set(o->Value);
+                c.Format.Set(c.Format.Value);
+            }
+        break;
+    case 2:
+    case 3:
+    case 4: {
+        const int a = tab - 2;
+        TMseAxis& c = Cfg_Axis_Get(a);
+        TAxisState& v = FView.Axes[a];
+        sync(c.Name, v.Name);
+        sync(c.Min, v.Min);
+        sync(c.Max, v.Max);
+        sync(c.Inc, v.Inc);
+        sync(c.Format, v.Format);
+        sync(c.Auto, v.Auto);
+        if (a == axBottom) sync(c.XType, v.XType);
+        break;
     }
-    for (int k = 0; k < 2; ++k) {
-        const TMseCursor& c = Cfg_Cursor_Get(k);
-        TCursorState& s = FView.Cursors[k];
-        c.Axis.ApplyTo(s.Axis);
-        c.Width.ApplyTo(s.Width);
-        c.XFormat.ApplyTo(s.XFormat);
-        c.YFormat.ApplyTo(s.YFormat);
+    case 5:
+        for (int k = 0; k < 2; ++k) {
+            TMseCursor& c = Cfg_Cursor_Get(k);
+            TCursorState& v = FView.Cursors[k];
+            sync(c.Axis, v.Axis);
+            sync(c.Width, v.Width);
+            sync(c.XFormat, v.XFormat);
+            sync(c.YFormat, v.YFormat);
+        }
+        break;
+    case 6: {
+        sync(FSettings.OnlineRate, g.OnlineRate);
+        sync(FSettings.DispTime, g.DispTime);
+        sync(FSettings.DispLimits, g.DispLimits);
+        sync(FSettings.ViewCalc, g.ViewCalc);
+        sync(FSettings.ViewLimit, g.ViewLimit);
+        for (int a = 0; a < 3; ++a) sync(Cfg_Axis_Get(a).Grid, FView.Axes[a].Grid);
+        TMsePrint& p = FSettings.Print;
+        TPrintState& ps = FView.Print;
+        sync(p.Landscape, ps.Landscape);
+        sync(p.MarginTop, ps.MarginTop);
+        sync(p.MarginLeft, ps.MarginLeft);
+        sync(p.MarginRight, ps.MarginRight);
+        sync(p.MarginBottom, ps.MarginBottom);
+        sync(p.Proportional, ps.Proportional);
+        sync(p.CheckBoxes, ps.CheckBoxes);
+        break;
     }
-    const TMsePrint& p = FSettings.Print;
-    TPrintState& ps = FView.Print;
-    p.Landscape.ApplyTo(ps.Landscape);
-    p.MarginTop.ApplyTo(ps.MarginTop);
-    p.MarginLeft.ApplyTo(ps.MarginLeft);
-    p.MarginRight.ApplyTo(ps.MarginRight);
-    p.MarginBottom.ApplyTo(ps.MarginBottom);
-    p.Proportional.ApplyTo(ps.Proportional);
-    p.CheckBoxes.ApplyTo(ps.CheckBoxes);
+    default: break;
+    }
+}
+
+void TDataBase::Ini_Update() {
+    for (int tab = 0; tab <= kLastSyncTab; ++tab) SyncTab(tab, false);
 }
 
 void TDataBase::Ini_Store() {
-    for (int tab = 0; tab <= 5; ++tab) Ini_Store(tab);
-    // What no tab of the configuration page shows.
-    const TGeneralState& g = FView.General;
-    FSettings.OnlineRate.Set(g.OnlineRate);
-    FSettings.DispTime.Set(g.DispTime);
-    FSettings.DispLimits.Set(g.DispLimits);
-    FSettings.ViewCalc.Set(g.ViewCalc);
-    FSettings.ViewLimit.Set(g.ViewLimit);
-    for (int a = 0; a < 3; ++a) Cfg_Axis_Get(a).Grid.Set(FView.Axes[a].Grid);
-    TMsePrint& p = FSettings.Print;
-    const TPrintState& ps = FView.Print;
-    p.Landscape.Set(ps.Landscape);
-    p.MarginTop.Set(ps.MarginTop);
-    p.MarginLeft.Set(ps.MarginLeft);
-    p.MarginRight.Set(ps.MarginRight);
-    p.MarginBottom.Set(ps.MarginBottom);
-    p.Proportional.Set(ps.Proportional);
-    p.CheckBoxes.Set(ps.CheckBoxes);
+    for (int tab = 0; tab <= kLastSyncTab; ++tab) SyncTab(tab, true);
+}
+
+void TDataBase::Ini_Store(int tab) {
+    if (tab >= 0 && tab <= 5) SyncTab(tab, true);
 }
 
 void TDataBase::SetTextFont(const TFontState& font) {
     FView.General.FontText = font;
-    FromFont(font, FSettings.FontText);
+    TSync{true}.Font(FSettings.FontText, FView.General.FontText);
 }
 
 bool TDataBase::Ini_FileOpen(const QString& fileName) {
@@ -597,54 +617,3 @@ void TDataBase::CheckExtView() {
     FExtView = serials.size() > 1 ? 2 : 0;
 }
 
-// ====================================================================== configuration page
-
-void TDataBase::Ini_Store(int tab) {
-    switch (tab) {
-    case 0: {
-        const TGeneralState& g = FView.General;
-        FSettings.Title.Set(g.Title);
-        FSettings.ShowName.Set(g.ShowName);
-        FSettings.Foot.Set(g.Foot);
-        FSettings.ShowTime.Set(g.ShowTime);
-        FromFont(g.FontTitle, FSettings.FontTitle);
-        FromFont(g.FontAxes, FSettings.FontAxes);
-        FromFont(g.FontLegend, FSettings.FontLegend);
-        FromFont(g.FontText, FSettings.FontText);
-        break;
-    }
-    case 1:
-        for (int i = 0; i < Curve_Count(); ++i) {
-            TMseSettingsCurve& c = Cfg(i);
-            for (auto* o : {&c.Axis, &c.Color, &c.Width, &c.Type}) o->Set(o->Value);
-            c.Format.Set(c.Format.Value);
-        }
-        break;
-    case 2:
-    case 3:
-    case 4: {
-        const int a = tab - 2;
-        TMseAxis& c = Cfg_Axis_Get(a);
-        const TAxisState& s = FView.Axes[a];
-        c.Name.Set(s.Name);
-        c.Min.Set(s.Min);
-        c.Max.Set(s.Max);
-        c.Inc.Set(s.Inc);
-        c.Format.Set(s.Format);
-        c.Auto.Set(s.Auto);
-        if (a == axBottom) c.XType.Set(s.XType);
-        break;
-    }
-    case 5:
-        for (int k = 0; k < 2; ++k) {
-            TMseCursor& c = Cfg_Cursor_Get(k);
-            const TCursorState& s = FView.Cursors[k];
-            c.Axis.Set(s.Axis);
-            c.Width.Set(s.Width);
-            c.XFormat.Set(s.XFormat);
-            c.YFormat.Set(s.YFormat);
-        }
-        break;
-    default: break;
-    }
-}

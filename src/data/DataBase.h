@@ -329,6 +329,8 @@ private:
     const TMseSettingsCurve& Cfg(int curve) const { return FSettings.Curves[curve]; }
     TMseSettingsCurve& Cfg(int curve) { return FSettings.Curves[curve]; }
     void AddLimitLines(int curve);
+    static constexpr int kLastSyncTab = 6;
+    void SyncTab(int tab, bool store);
 
     TMseSettings FSettings;
     TViewState FView;
