@@ -132,6 +132,12 @@ enum class TTextId : int {
     Undo, // Graph and Configuration menus
     MenuTableGotoTime,
     MenuTableGotoTMin,
+    HintTableFirst,
+    HintTableReverseFast,
+    HintTableReverse,
+    HintTableForward,
+    HintTableForwardFast,
+    HintTableEnd,
     TextModify,
     TextInsert, // tool button hint and title of the text input
     DataReduction,

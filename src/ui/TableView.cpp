@@ -138,9 +138,10 @@ TTableView::TTableView(TDataBase* db, QWidget* parent) : QWidget(parent), FDb(db
             QMetaObject::invokeMethod(this, [this] { GUI_TableScroll(FScroll->value(), true); }, Qt::QueuedConnection);
     });
 
-    auto button = [this](const char* name, QStyle::StandardPixmap icon, void (TTableView::*slot)()) {
+    auto button = [this](const char* name, QStyle::StandardPixmap icon, TTextId hint, void (TTableView::*slot)()) {
         auto* b = new QToolButton(this);
         b->setObjectName(QLatin1String(name));
+        b->setToolTip(Txt(hint));
         b->setIcon(style()->standardIcon(icon));
         b->setAutoRaise(true);
         connect(b, &QToolButton::clicked, this, slot);
@@ -148,12 +149,12 @@ TTableView::TTableView(TDataBase* db, QWidget* parent) : QWidget(parent), FDb(db
     };
     auto* nav = new QHBoxLayout;
     nav->setContentsMargins(0, 0, 0, 0);
-    nav->addWidget(button("spbTableFirst", QStyle::SP_MediaSkipBackward, &TTableView::GUI_TableGotoFirst));
-    nav->addWidget(button("spbTableReverseFast", QStyle::SP_MediaSeekBackward, &TTableView::GUI_TableGotoReverseFast));
-    nav->addWidget(button("spbTableReverse", QStyle::SP_ArrowLeft, &TTableView::GUI_TableGotoReverse));
-    nav->addWidget(button("spbTableForward", QStyle::SP_ArrowRight, &TTableView::GUI_TableGotoForward));
-    nav->addWidget(button("spbTableForwardFast", QStyle::SP_MediaSeekForward, &TTableView::GUI_TableGotoForwardFast));
-    nav->addWidget(button("spbTableEnd", QStyle::SP_MediaSkipForward, &TTableView::GUI_TableGotoEnd));
+    nav->addWidget(button("spbTableFirst", QStyle::SP_MediaSkipBackward, TTextId::HintTableFirst, &TTableView::GUI_TableGotoFirst));
+    nav->addWidget(button("spbTableReverseFast", QStyle::SP_MediaSeekBackward, TTextId::HintTableReverseFast, &TTableView::GUI_TableGotoReverseFast));
+    nav->addWidget(button("spbTableReverse", QStyle::SP_ArrowLeft, TTextId::HintTableReverse, &TTableView::GUI_TableGotoReverse));
+    nav->addWidget(button("spbTableForward", QStyle::SP_ArrowRight, TTextId::HintTableForward, &TTableView::GUI_TableGotoForward));
+    nav->addWidget(button("spbTableForwardFast", QStyle::SP_MediaSeekForward, TTextId::HintTableForwardFast, &TTableView::GUI_TableGotoForwardFast));
+    nav->addWidget(button("spbTableEnd", QStyle::SP_MediaSkipForward, TTextId::HintTableEnd, &TTableView::GUI_TableGotoEnd));
     nav->addWidget(FScroll, 1);
 
     auto* layout = new QVBoxLayout(this);
