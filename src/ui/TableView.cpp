@@ -3,9 +3,11 @@
 #include "DataBase.h"
 #include "Texts.h"
 
+#include <QApplication>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QWheelEvent>
 #include <QScrollBar>
 #include <QStyle>
 #include <QTableView>
@@ -54,7 +56,8 @@ QVariant TTableModel::data(const QModelIndex& index, int role) const {
 }
 
 QVariant TTableModel::headerData(int section, Qt::Orientation orientation, int role) const {
-    if (orientation == Qt::Horizontal && role == Qt::DisplayRole) return Table_OnGetCellData(0, section);
+    if (orientation == Qt::Horizontal && (role == Qt::DisplayRole || role == Qt::ToolTipRole))
+        return Table_OnGetCellData(0, section);
     return {};
 }
 
@@ -100,6 +103,8 @@ TTableView::TTableView(TDataBase* db, QWidget* parent) : QWidget(parent), FDb(db
     FTable->horizontalHeader()->setDefaultSectionSize(130);
     FTable->horizontalHeader()->setHighlightSections(false);
     FTable->installEventFilter(this);
+    // Rows are counted on the viewport: a horizontal scroll bar that comes or goes changes it.
+    FTable->viewport()->installEventFilter(this);
     FTable->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
 
     FFrozen = new QTableView(FTable);
@@ -118,6 +123,13 @@ TTableView::TTableView(TDataBase* db, QWidget* parent) : QWidget(parent), FDb(db
     FFrozen->setEditTriggers(QAbstractItemView::NoEditTriggers);
     FFrozen->setStyleSheet(QStringLiteral("QTableView { border: none; }"));
     FTable->viewport()->stackUnder(FFrozen);
+    FFrozen->viewport()->installEventFilter(this);
+    // The grid never scrolls vertically: the rows move in the store, not in the control. A
+    // scroll the control makes on its own (a current cell brought into view) is taken back.
+    for (QTableView* t : {FTable, FFrozen})
+        connect(t->verticalScrollBar(), &QScrollBar::valueChanged, t, [t](int value) {
+            if (value != 0) t->verticalScrollBar()->setValue(0);
+        });
     connect(FModel, &QAbstractItemModel::modelReset, this, &TTableView::PlaceFrozenColumn);
     connect(FTable->horizontalHeader(), &QHeaderView::sectionResized, this, [this](int section, int, int size) {
         if (section == 0) {
@@ -173,9 +185,21 @@ void TTableView::Enter() {
     FScroll->setValue(0);
     FitRows();
     FModel->Refresh();
-    // The time column as wide as a time text of the current format.
+    FitColumns();
+}
+
+// The time column as wide as a time text of the current format; each curve's column as wide
+// as its header (name and unit) up to a limit, beyond which the tooltip tells the rest.
+void TTableView::FitColumns() {
+    const QFontMetrics fm = FTable->fontMetrics();
     const QString sample = TDataBase::GetXValueStr(1, FEnd) + QStringLiteral("  ");
-    FTable->setColumnWidth(0, FTable->fontMetrics().horizontalAdvance(sample) + 12);
+    FTable->setColumnWidth(0, fm.horizontalAdvance(sample) + 12);
+    const QFontMetrics header = FTable->horizontalHeader()->fontMetrics();
+    const int padding = 2 * FTable->style()->pixelMetric(QStyle::PM_HeaderMargin, nullptr, FTable) + 12;
+    for (int c = 1; c < FModel->columnCount(); ++c) {
+        const int text = header.horizontalAdvance(FModel->Table_OnGetCellData(0, c)) + padding;
+        FTable->setColumnWidth(c, std::clamp(text, kMinColumnWidth, kMaxColumnWidth));
+    }
     PlaceFrozenColumn();
 }
 
@@ -263,7 +287,28 @@ void TTableView::GUI_TableScroll(int position, bool ending) {
     Move([this, t] { FDb->Table_SetFirstRow(t); });
 }
 
+// The wheel moves the store's first row by the platform's wheel step, like the keys do.
+bool TTableView::Table_OnWheel(const QWheelEvent* wheel) {
+    const int dy = wheel->angleDelta().y();
+    if (dy == 0 || (wheel->modifiers() & Qt::ShiftModifier)) return false; // sideways: the control's own
+    FWheelDelta += dy;
+    const int notches = FWheelDelta / QWheelEvent::DefaultDeltasPerStep;
+    if (notches == 0) return true; // a fine-grained wheel: wait for a whole notch
+    FWheelDelta -= notches * QWheelEvent::DefaultDeltasPerStep;
+    const int rows = -notches * std::max(1, QApplication::wheelScrollLines());
+    Move([this, rows] { FDb->Table_MoveFirstRow(rows); });
+    return true;
+}
+
 bool TTableView::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == FTable->viewport() || (FFrozen && watched == FFrozen->viewport())) {
+        if (event->type() == QEvent::Wheel && Table_OnWheel(static_cast<QWheelEvent*>(event))) return true;
+        if (event->type() == QEvent::Resize && watched == FTable->viewport()) {
+            FitRows();
+            PlaceFrozenColumn();
+        }
+        return QWidget::eventFilter(watched, event);
+    }
     if (watched != FTable || event->type() != QEvent::KeyPress) return QWidget::eventFilter(watched, event);
     const auto* key = static_cast<QKeyEvent*>(event);
     const int row = FTable->currentIndex().row();

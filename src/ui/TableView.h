@@ -10,6 +10,7 @@
 class QScrollBar;
 class QTableView;
 class QToolButton;
+class QWheelEvent;
 class TDataBase;
 
 // Asks the store for every cell. Model row i is data row r = i + 1 of the table, which
@@ -73,7 +74,11 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
+    static constexpr int kMinColumnWidth = 80;
+    static constexpr int kMaxColumnWidth = 320;
     template <typename F> void Move(F&& move);
+    bool Table_OnWheel(const QWheelEvent* wheel);
+    void FitColumns();
     void GUI_TableScroll(int position, bool ending);
     double ScrollTime(int position) const;
     void FitRows();
@@ -82,8 +87,9 @@ private:
     TDataBase* FDb;
     TTableModel* FModel;
     QTableView* FTable;
-    QTableView* FFrozen; // the time column, kept in place while the values scroll sideways
+    QTableView* FFrozen = nullptr; // the time column, kept in place while the values scroll sideways
     QScrollBar* FScroll;
     double FStart = 0.0, FEnd = 0.0;
+    int FWheelDelta = 0; // eighths of a degree not yet turned into rows
     std::function<double()> FChartMin;
 };

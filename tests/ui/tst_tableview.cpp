@@ -6,7 +6,9 @@
 #include "TableView.h"
 #include "Texts.h"
 
+#include <QApplication>
 #include <QHeaderView>
+#include <QWheelEvent>
 #include <QScrollBar>
 #include <QTableView>
 #include <QTest>
@@ -44,6 +46,26 @@ void Fill(TDataBase& db, int points) {
     db.Table_SetFirstRow(0);
 }
 
+// Many channels with long names: channel k holds 1000 * k + the second.
+void FillMany(TDataBase& db, int channels, int points) {
+    TStoreReceiver r(db);
+    std::vector<double> t, v;
+    std::vector<TPointKind> kinds(size_t(points), TPointKind::Value);
+    for (int i = 0; i < points; ++i)
+        t.push_back(i);
+    for (int k = 0; k < channels; ++k) {
+        r.AddCurve(QStringLiteral("EB-T%1").arg(k));
+        r.SetChannelName(k, QStringLiteral("Temperature channel %1").arg(k));
+        r.SetUnit(k, QStringLiteral("°C"));
+        v.clear();
+        for (int i = 0; i < points; ++i)
+            v.push_back(1000 * k + i);
+        r.AddPoints(k, t, v, kinds);
+        db.Curve_FormatSet(k, QStringLiteral("0"));
+    }
+    db.Table_SetFirstRow(0);
+}
+
 QString Cell(const TTableView& v, int row, int column) {
     return v.Model()->data(v.Model()->index(row, column), Qt::DisplayRole).toString();
 }
@@ -60,12 +82,15 @@ class TstTableView : public QObject {
     std::unique_ptr<TDataBase> FDb;
     std::unique_ptr<TTableView> FView;
 
-    void Make(int points, int height = 400) {
+    void Make(int points, int height = 400, int channels = 2, int width = 600) {
         FView.reset();
         FDb = std::make_unique<TDataBase>();
-        Fill(*FDb, points);
+        if (channels == 2)
+            Fill(*FDb, points);
+        else
+            FillMany(*FDb, channels, points);
         FView = std::make_unique<TTableView>(FDb.get());
-        FView->resize(600, height);
+        FView->resize(width, height);
         FView->show();
         QVERIFY(QTest::qWaitForWindowExposed(FView.get()));
         FView->Enter();
@@ -166,6 +191,78 @@ private Q_SLOTS:
         QTest::keyClick(t, Qt::Key_Down); // inside the window: the control moves
         QCOMPARE(First(), 200.0);
         QCOMPARE(t->currentIndex().row(), 1);
+    }
+
+    // Twenty channels need a horizontal scroll bar; the rows are counted without the room it
+    // takes, so the last row is whole, and stepping past it moves the store, never the grid.
+    void manyChannelsKeepRowsAligned_data() {
+        QTest::addColumn<QSize>("size");
+        QTest::newRow("small") << QSize(500, 230);
+        QTest::newRow("odd height") << QSize(700, 457);
+        QTest::newRow("large") << QSize(1100, 811);
+    }
+    void manyChannelsKeepRowsAligned() {
+        QFETCH(QSize, size);
+        Make(500, size.height(), 20, size.width());
+        QTableView* t = FView->Table();
+        auto* frozen = FView->findChild<QTableView*>(QStringLiteral("otbTableTime"));
+        QVERIFY(frozen);
+        QTRY_VERIFY(t->horizontalScrollBar()->isVisible()); // it comes with the next layout pass
+        const int last = FView->Model()->VisibleRows() - 1;
+        QVERIFY(t->visualRect(FView->Model()->index(last, 1)).bottom() < t->viewport()->height());
+        t->setFocus();
+        t->setCurrentIndex(FView->Model()->index(last, 7));
+        for (int i = 0; i < 3; ++i)
+            QTest::keyClick(t, Qt::Key_Down);
+        QCOMPARE(First(), 3.0);
+        QCOMPARE(t->verticalScrollBar()->value(), 0);
+        for (int row : {0, last / 2, last}) {
+            const QRect time = frozen->visualRect(FView->Model()->index(row, 0));
+            const QRect value = t->visualRect(FView->Model()->index(row, 7));
+            QCOMPARE(frozen->viewport()->mapTo(FView.get(), time.topLeft()).y(),
+                     t->viewport()->mapTo(FView.get(), value.topLeft()).y());
+        }
+        // Table row r shows store row r - 2, whose second is First() + r - 1 here.
+        QCOMPARE(Cell(*FView, last, 0), zeb::FormatTime(1, First() + last - 1));
+        QCOMPARE(Cell(*FView, last, 7), QString::number(6000 + int(First()) + last - 1));
+    }
+
+    void wheelMovesTheStoreRows() {
+        Make(1000);
+        FView->GUI_TableGotoTime(100);
+        int repaints = 0;
+        connect(FDb.get(), &TDataBase::repaintRequested, this, [&](bool withData) { repaints += withData; });
+        QWidget* viewport = FView->Table()->viewport();
+        auto wheel = [&](int delta) {
+            const QPointF at(viewport->width() / 2.0, viewport->height() / 2.0);
+            QWheelEvent e(at, viewport->mapToGlobal(at), QPoint(), QPoint(0, delta), Qt::NoButton, Qt::NoModifier,
+                          Qt::NoScrollPhase, false);
+            QApplication::sendEvent(viewport, &e);
+        };
+        const int step = QApplication::wheelScrollLines();
+        wheel(-120);
+        QCOMPARE(First(), 100.0 + step);
+        QCOMPARE(repaints, 1);
+        wheel(60); // half a notch waits for the other half
+        QCOMPARE(First(), 100.0 + step);
+        wheel(60);
+        QCOMPARE(First(), 100.0);
+        QCOMPARE(FView->Table()->verticalScrollBar()->value(), 0);
+    }
+
+    void columnsFitTheirHeaders() {
+        Make(10, 400, 3, 900);
+        FDb->Curve_NameSet(2, QString(200, QLatin1Char('W')));
+        FView->Enter();
+        const QTableView* t = FView->Table();
+        const QFontMetrics fm = t->horizontalHeader()->fontMetrics();
+        const QString header = FView->Model()->headerData(1, Qt::Horizontal, Qt::DisplayRole).toString();
+        QCOMPARE(header, QStringLiteral("Temperature channel 0 [°C]"));
+        QVERIFY(t->columnWidth(1) > fm.horizontalAdvance(header));
+        // A very long name stops at a sensible width; the tooltip holds all of it.
+        QVERIFY(t->columnWidth(3) < t->viewport()->width() / 2);
+        QCOMPARE(FView->Model()->headerData(3, Qt::Horizontal, Qt::ToolTipRole).toString(),
+                 FView->Model()->headerData(3, Qt::Horizontal, Qt::DisplayRole).toString());
     }
 
     void homeAndEndOnALargeStore() {
