@@ -10,6 +10,7 @@ using enum TTextId;
 
 // {identity, English, German, French}. Texts may hold "%s" placeholders, CR LF line breaks
 // and quoted lists ("a","b"). Where only one language is meant to be shown, all three carry it.
+// \u00A0 is the no-break space that French typography puts before "!" where the wording has it.
 constexpr std::array kTable{
     // Messages
     TTextRecord{MsgCannotOpenFile, u"Cannot open file [%s] !", u"Kann Datei [%s] nicht öffnen !",
@@ -24,12 +25,12 @@ constexpr std::array kTable{
                 u"Sollen die aktuellen Einstellungen gespeichert werden ?",
                 u"Voulez-vous enregistrer les paramètres actuels ?"},
     TTextRecord{MsgSaveFileFirst, u"Please save file first!", u"Bitte zuerst die Datei speichern !",
-                u"Enregistrer d’abord le fichier, SVP !"},
+                u"Enregistrer d’abord le fichier, SVP\u00A0!"},
     TTextRecord{MsgEnterCorrectTime, u"Please enter correct time:", u"Bitte korrekte Zeit eingeben :",
                 u"Entrer un temps correct, SVP:"},
     TTextRecord{MsgActivateLeftAxis, u"First activate left Y axis, please!",
                 u"Bitte zuerst die linke Y-Achse aktivieren !",
-                u"Veuillez d'abord activer l'axe de coordonnées Y de gauche !"},
+                u"Veuillez d'abord activer l'axe de coordonnées Y de gauche\u00A0!"},
     TTextRecord{MsgFileTooLarge, u"File too large!", u"Achtung: Datei zu gross!",
                 u"Attention : Fichier trop volumineux !"},
     TTextRecord{MsgReadingFile, u"Reading file..", u"Datei lesen..", u"Lecture du fichier.."},
@@ -38,7 +39,7 @@ constexpr std::array kTable{
                 u"Note: In some cases changes may only take effect once the crosshairs have been activated !",
                 u"Hinweis: Änderungen werden u.U. nur mit Aktivierung des Fadenkreuzes wirksam !",
                 u"NB : Ìl arrive que les modifications ne soient prises en compte qu’une fois le réticule "
-                u"activé !"},
+                u"activé\u00A0!"},
     TTextRecord{MsgTimeAxisNote,
                 u"Note:\r\nThe time axis label is aligned to the right !\r\n"
                 u"Enter a final value therefore, that lies within the required range.",
@@ -73,6 +74,10 @@ constexpr std::array kTable{
                 u"Fichier ZEB défectueux !"},
     TTextRecord{MsgCannotSaveFile, u"Cannot save file [%s] !", u"Kann Datei [%s] nicht speichern !",
                 u"Impossible d’enregistrer le fichier [%s] !"},
+    // Written to standard error: settings are saved while the window closes, with no one to ask.
+    TTextRecord{MsgCannotSaveSettings, u"Warning: the settings could not be saved [%s] !",
+                u"Warnung: Die Einstellungen konnten nicht gespeichert werden [%s] !",
+                u"Attention : les paramètres n’ont pas pu être enregistrés [%s] !"},
 
     // Large-file question
     TTextRecord{BigDataInfo, u"This file contains more than 2.5 million measurements.",

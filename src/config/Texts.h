@@ -37,6 +37,7 @@ enum class TTextId : int {
     MsgNoPreviewer,
     MsgZebFileDefect,
     MsgCannotSaveFile,
+    MsgCannotSaveSettings,
 
     // Large-file question
     BigDataInfo,

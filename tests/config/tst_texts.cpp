@@ -20,8 +20,9 @@ private Q_SLOTS:
     void germanBeforeTheSwitch();
     void everyRecordIsComplete();
     void languagesAgreeOnStructure();
-    void fixedTexts_data();
-    void fixedTexts();
+    void quotedTexts_data();
+    void quotedTexts();
+    void dataReductionNote();
     void selection_data();
     void selection();
     void switchModesAndNoFrench_data();
@@ -71,46 +72,259 @@ void TstTexts::languagesAgreeOnStructure() {
     }
 }
 
-// Texts whose wording is fixed in every language, including the swapped Retry caption of the
-// message dialog.
-void TstTexts::fixedTexts_data() {
+// Every text the program's documentation quotes, in each language it quotes it, written out
+// here rather than taken from the table. \u00A0 is the no-break space French puts before "!".
+namespace {
+constexpr int De = LangGerman, En = LangEnglish, Fr = LangFrench;
+struct TQuoted {
+    TTextId Id;
+    int Lang;
+    const char16_t* Text;
+};
+using enum TTextId;
+constexpr TQuoted kQuoted[] = {
+    {MsgCannotOpenFile, En, u"Cannot open file [%s] !"},
+    {MsgCannotOpenFile, De, u"Kann Datei [%s] nicht öffnen !"},
+    {MsgCannotOpenFile, Fr, u"Impossible d’ouvrir le fichier [%s] !"},
+    {MsgFileCannotBeRead, En, u"File [%s] cannot be read!"},
+    {MsgFileCannotBeRead, De, u"Datei [%s] kann nicht geöffnet werden !"},
+    {MsgFileCannotBeRead, Fr, u"Impossible d’ouvrir le fichier [%s] !"},
+    {MsgFatalError, En, u"Fatal error has occurred!"},
+    {MsgFatalError, De, u"Es ist ein schwerwiegender Fehler aufgetreten !"},
+    {MsgFatalError, Fr, u"Une erreur fatale s’est produite !"},
+    {MsgSaveSettings, En, u"Do you want to save the current settings ?"},
+    {MsgSaveSettings, De, u"Sollen die aktuellen Einstellungen gespeichert werden ?"},
+    {MsgSaveSettings, Fr, u"Voulez-vous enregistrer les paramètres actuels ?"},
+    {MsgSaveFileFirst, En, u"Please save file first!"},
+    {MsgSaveFileFirst, De, u"Bitte zuerst die Datei speichern !"},
+    {MsgSaveFileFirst, Fr, u"Enregistrer d’abord le fichier, SVP\u00A0!"},
+    {MsgEnterCorrectTime, En, u"Please enter correct time:"},
+    {MsgEnterCorrectTime, De, u"Bitte korrekte Zeit eingeben :"},
+    {MsgEnterCorrectTime, Fr, u"Entrer un temps correct, SVP:"},
+    {MsgActivateLeftAxis, En, u"First activate left Y axis, please!"},
+    {MsgActivateLeftAxis, De, u"Bitte zuerst die linke Y-Achse aktivieren !"},
+    {MsgActivateLeftAxis, Fr, u"Veuillez d'abord activer l'axe de coordonnées Y de gauche\u00A0!"},
+    {MsgFileTooLarge, En, u"File too large!"},
+    {MsgFileTooLarge, De, u"Achtung: Datei zu gross!"},
+    {MsgFileTooLarge, Fr, u"Attention : Fichier trop volumineux !"},
+    {MsgReadingFile, En, u"Reading file.."},
+    {MsgReadingFile, De, u"Datei lesen.."},
+    {MsgReadingFile, Fr, u"Lecture du fichier.."},
+    {MsgCrosshairNote, En, u"Note: In some cases changes may only take effect once the crosshairs have been activated !"},
+    {MsgCrosshairNote, De, u"Hinweis: Änderungen werden u.U. nur mit Aktivierung des Fadenkreuzes wirksam !"},
+    {MsgCrosshairNote, Fr,
+     u"NB : Ìl arrive que les modifications ne soient prises en compte qu’une fois le réticule activé\u00A0!"},
+    {MsgTimeAxisNote, En,
+     u"Note:\r\nThe time axis label is aligned to the right !\r\n"
+     u"Enter a final value therefore, that lies within the required range."},
+    {MsgNoPreviewer, En, u"Previewer nicht vorhanden!"},
+    {MsgNoPreviewer, De, u"Previewer nicht vorhanden!"},
+    {MsgNoPreviewer, Fr, u"Previewer nicht vorhanden!"},
+    {MsgZebFileDefect, En, u"ZEB file is defect !"},
+    {BigDataInfo, En, u"This file contains more than 2.5 million measurements."},
+    {BigDataInfo, De, u"Diese Datei enthält mehr als 2.500.000 Messwerte"},
+    {BigDataStop, En, u"Stop the process and close the Viewer"},
+    {BigDataStop, De, u"Viewer ohne Anzeige beenden"},
+    {BigDataShow, En, u"Only display the measurements read so far"},
+    {BigDataShow, De, u"Nur die bis jetzt gelesenen Messwerte anzeigen"},
+    {BigDataContinue, En, u"Continue reading in"},
+    {BigDataContinue, De, u"Das Einlesen fortsetzen"},
+    {BigDataPreviewer, En, u"Open file in Previewer"},
+    {BigDataPreviewer, De, u"Die Datei im Previewer öffnen und dort zuschneiden"},
+    {DlgZebFile, En, u"ZEB file"},
+    {DlgZebTemplate, En, u"ZEB template"},
+    {DlgSelectDirectory, De, u"Verzeichnis wählen"},
+    {BtnOk, En, u"OK"},
+    {BtnCancel, En, u"Cancel"},
+    {BtnYes, En, u"&Yes"},
+    {BtnNo, En, u"&No"},
+    {BtnHelp, En, u"&Help"},
+    {BtnClose, En, u"&Close"},
+    {BtnIgnore, En, u"&Ignore"},
+    {BtnRetry, En, u"&Retry"},
+    {BtnRetry, De, u"&Wiederholen"},
+    {BtnRetry, Fr, u"&Renouveler"},
+    {BtnAbort, En, u"&Abort"},
+    {BtnAll, En, u"&All"},
+    {BtnNoToAll, En, u"N&o to All"},
+    {BtnYesToAll, En, u"Yes to &All"},
+    {MsgBtnOk, En, u"OK"},
+    {MsgBtnCancel, En, u"Cancel"},
+    {MsgBtnYes, En, u"&Yes"},
+    {MsgBtnNo, En, u"&No"},
+    {MsgBtnHelp, En, u"&Help"},
+    {MsgBtnClose, En, u"&Close"},
+    {MsgBtnIgnore, En, u"&Ignore"},
+    {MsgBtnRetry, En, u"&Wiederholen"}, // swapped on purpose
+    {MsgBtnRetry, De, u"&Retry"},
+    {MsgBtnRetry, Fr, u"&Renouveler"},
+    {MsgBtnAbort, En, u"&Abort"},
+    {MsgBtnAll, En, u"&All"},
+    {MsgBtnNoToAll, En, u"N&o to All"},
+    {MsgBtnYesToAll, En, u"Yes to &All"},
+    {MsgTitleWarning, En, u"Warning"},
+    {MsgTitleError, En, u"Error"},
+    {MsgTitleInformation, En, u"Information"},
+    {MsgTitleConfirm, En, u"Confirm"},
+    {MenuFileOpen, En, u"Open.."},
+    {HintFileOpen, En, u"Open file"},
+    {MenuFileOpenAgain, En, u"Open again"},
+    {MenuFileSave, En, u"Save"},
+    {HintFileSave, En, u"Save file"},
+    {MenuFileSaveAs, En, u"Save time window as.."},
+    {MenuFileTemplateUse, En, u"Use template.."},
+    {MenuFileTemplateSave, En, u"Save as template.."},
+    {MenuFileExportText, En, u"Export time window as text.."},
+    {MenuFileExportBmp, En, u"Export graphic as bitmap.."},
+    {MenuFileExportJpg, En, u"Export graphic as JPEG.."},
+    {MenuFilePrintPreview, En, u"Print preview.."},
+    {MenuFilePrint, En, u"Print"},
+    {HintFilePrint, En, u"Print graph"},
+    {MenuFilePrintReport, En, u"Print report.."},
+    {MenuFileExit, En, u"Exit"},
+    {MenuBack, En, u"Back!"},
+    {MenuGraph, En, u"Graph"},
+    {HintViewGraph, En, u"Show graph"},
+    {MenuTable, En, u"Table"},
+    {HintViewTable, En, u"Show table"},
+    {MenuConfiguration, En, u"Configuration"},
+    {HintViewCfg, En, u"Show configuration"},
+    {Crosshairs1, En, u"Crosshairs 1"},
+    {Crosshairs2, En, u"Crosshairs 2"},
+    {MenuGraphExtended, En, u"Extended.."},
+    {MenuGraphFunc, En, u"Functions"},
+    {MenuGraphFuncIntegral, En, u"Numerical Integration.."},
+    {MenuGraphFuncFlow, En, u"Calculation of Flow.."},
+    {MenuGraphFuncCalc, En, u"Show calculation"},
+    {MenuGraphFuncLimit, En, u"Show limits"},
+    {Fft, En, u"FFT"},
+    {MenuGraphCheckboxes, En, u"Detailed legend"},
+    {Limits, En, u"Limits"},
+    {MenuGraphNote, En, u"Notice"},
+    {MenuGraphScale, En, u"Auto scale"},
+    {Undo, En, u"Undo"},
+    {MenuTableGotoTime, En, u"Go to time.."},
+    {MenuTableGotoTMin, En, u"Go to beginning of graph"},
+    {TextModify, En, u"Change or move Text"},
+    {TextInsert, En, u"Insert Text"},
+    {DataReduction, En, u"Data reduction"},
+    {StatusBlock, En, u"Block "},
+    {StatusZoomHint, En, u"Zoom: Mark selection with left mouse button pressed, Move: with right mouse button pressed"},
+    {StatusScrollX, En, u"X= "},
+    {ReadX1, En, u"X1="},
+    {ReadY1, En, u"Y1="},
+    {ReadX2, En, u"X2="},
+    {ReadY2, En, u"Y2="},
+    {ReadDX, En, u"X2-X1="},
+    {ReadDY, En, u"Y2-Y1="},
+    {ChartStartTime, De, u"Startzeit : "},
+    {ColumnTime, En, u"Time"},
+    {ColumnTime, De, u"Zeit"},
+    {CfgGeneral, En, u"General"},
+    {CfgCurves, En, u"Curves"},
+    {CfgCursor, En, u"Cursor"},
+    {CfgShowStartTime, En, u"Show start date and time"},
+    {CfgShowZebName, En, u"Show ZEB name"},
+    {CfgFontStyles, En, u"\"standard\",\"bold\",\"italic\",\"bold+italic\""},
+    {CfgAxisTypes, En,
+     u"\"Time axis with time in seconds beginning at 0\",\"Time axis in time format beginning at 0\","
+     u"\"Time axis in date/time format\""},
+    {CfgFormatX, En, u"Format X"},
+    {CfgFormatY, En, u"Format Y"},
+    {CfgYAxis, En, u"Y axis"},
+    {CfgLineWidth, En, u"Line Width"},
+    {CfgCurveAxes, En, u"\"inactive\",\"left\",\"right\""},
+    {NoteDelete, En, u"Delete"},
+    {NoteInsertXY1, En, u"Insert X1, Y1"},
+    {NoteInsertXY2, En, u"Insert X2, Y2"},
+    {NoteInsertDiff, En, u"Insert X2-X1, Y2-Y1"},
+    {NoteModifyTitle, En, u"modify notice"},
+    {NoteModifyTitle, De, u"Notiz ändern"},
+    {NoteNewTitle, De, u"Neue Notiz"},
+    {PrintProportional, En, u"&proportional"},
+    {PrintOrientation, En, u"&Orientation"},
+    {PrintMargins, En, u"&Margins (in %)"},
+    {PrintProperties, En, u"&Properties"},
+    {PrintPrint, En, u"Pri&nt"},
+    {PrintBack, En, u"&Back"},
+    {CalcDlgIntegration, De, u"Numerische Integration"},
+    {CalcDlgFlow, De, u"Berechnung des Durchflusses"},
+    {CalcDlgBegin, De, u"Beginn"},
+    {CalcDlgEnd, De, u"Ende"},
+    {CalcDlgSelectCurve, De, u"Auswahl der Kurve:"},
+    {CalcDlgCompute, De, u"Berechnen"},
+    {CalcDlgClose, De, u"Ende"},
+    {CalcDlgResult, De, u"Ergebnis:"},
+    {CalcDlgFromAxis, De, u"Zeitachse X"},
+    {CalcDlgFromCursor, De, u"Fadenkreuz"},
+    {ViewCalcCaption, En, u"Calculation"},
+    {ViewColumnCurve, En, u"Curve"},
+    {ViewColumnParameter, En, u"Parameter"},
+    {ViewColumnValue, En, u"Value"},
+    {ViewMinimum, En, u"Minimum="},
+    {ViewMaximum, En, u"Maximum="},
+    {ViewAverage, En, u"Average="},
+    {ViewStdDev, En, u"STDEF="},
+    {ViewOutOfLimits, En, u"Out of limits time="},
+    {ViewWithinLimits, En, u"Within limits time="},
+    {ViewClipboard, De, u"Zwischenablage"},
+    {FftReset, En, u"Reset"},
+    {FftWindowToBand, En, u"Window = Band"},
+    {FftBandToWindow, En, u"Band = Window"},
+    {FftEditor, En, u"Editor"},
+    {FftInput, En, u"Input"},
+    {FftTimeAxis, En, u"t in s"},
+    {FftFrequencyAxis, En, u"Frequenz in Hz"},
+    {FftFrequencyAxis, De, u"Frequenz in Hz"},
+    {FftFrequencyAxis, Fr, u"Frequenz in Hz"},
+    {FftBandStart, En, u"X1= "},
+    {FftBandEnd, En, u"X2= "},
+    {FftBandPoints, En, u"D = "},
+    {KessaCaption, De, u"zusätzlicher FLOW-Kanal"},
+    {KessaActive, De, u"aktiv"},
+    {CfgName, De, u"Name"},
+    {KessaUnit, De, u"Einheit"},
+    {KessaFactor, De, u"Multiplikator"},
+    {KessaOffset, De, u"Offset"},
+    {KessaSelectCurve, De, u"Bitte Referenzkurve wählen:"},
+    {DateTimeOk, De, u"&OK"},
+    {DateTimeCancel, De, u"Ab&bruch"},
+    {DateTimeIntervals, En, u"00:00:30,00:01:00,00:05:00,00:10:00,00:30:00,01:00:00,02:00:00,12:00:00,24:00:00"},
+};
+} // namespace
+
+void TstTexts::quotedTexts_data() {
     QTest::addColumn<TTextId>("id");
-    QTest::addColumn<QString>("english");
-    QTest::addColumn<QString>("german");
-    QTest::addColumn<QString>("french");
-    QTest::newRow("cannot open") << TTextId::MsgCannotOpenFile << u"Cannot open file [%s] !"_s
-                                 << u"Kann Datei [%s] nicht öffnen !"_s
-                                 << u"Impossible d’ouvrir le fichier [%s] !"_s;
-    QTest::newRow("cannot read") << TTextId::MsgFileCannotBeRead << u"File [%s] cannot be read!"_s
-                                 << u"Datei [%s] kann nicht geöffnet werden !"_s
-                                 << u"Impossible d’ouvrir le fichier [%s] !"_s;
-    QTest::newRow("left axis") << TTextId::MsgActivateLeftAxis << u"First activate left Y axis, please!"_s
-                               << u"Bitte zuerst die linke Y-Achse aktivieren !"_s
-                               << u"Veuillez d'abord activer l'axe de coordonnées Y de gauche !"_s;
-    QTest::newRow("too large") << TTextId::MsgFileTooLarge << u"File too large!"_s
-                               << u"Achtung: Datei zu gross!"_s << u"Attention : Fichier trop volumineux !"_s;
-    QTest::newRow("crosshair note")
-        << TTextId::MsgCrosshairNote
-        << u"Note: In some cases changes may only take effect once the crosshairs have been activated !"_s
-        << u"Hinweis: Änderungen werden u.U. nur mit Aktivierung des Fadenkreuzes wirksam !"_s
-        << u"NB : Ìl arrive que les modifications ne soient prises en compte qu’une fois le réticule activé !"_s;
-    QTest::newRow("general retry") << TTextId::BtnRetry << u"&Retry"_s << u"&Wiederholen"_s
-                                   << u"&Renouveler"_s;
-    QTest::newRow("message retry") << TTextId::MsgBtnRetry << u"&Wiederholen"_s << u"&Retry"_s
-                                   << u"&Renouveler"_s;
-    QTest::newRow("no previewer") << TTextId::MsgNoPreviewer << u"Previewer nicht vorhanden!"_s
-                                  << u"Previewer nicht vorhanden!"_s << u"Previewer nicht vorhanden!"_s;
-    QTest::newRow("STDEF") << TTextId::ViewStdDev << u"STDEF="_s << u"STDEF="_s << u"STDEF="_s;
+    QTest::addColumn<int>("language");
+    QTest::addColumn<QString>("text");
+    for (const TQuoted& q : kQuoted) {
+        const QString text = QString::fromUtf16(q.Text);
+        QTest::addRow("%d/%s", int(q.Id), qPrintable(text.left(40).simplified())) << q.Id << q.Lang << text;
+    }
 }
 
-void TstTexts::fixedTexts() {
+void TstTexts::quotedTexts() {
     QFETCH(TTextId, id);
-    QFETCH(QString, english);
-    QFETCH(QString, german);
-    QFETCH(QString, french);
-    QCOMPARE(TxtIn(id, LangEnglish), english);
-    QCOMPARE(TxtIn(id, LangGerman), german);
-    QCOMPARE(TxtIn(id, LangFrench), french);
+    QFETCH(int, language);
+    QFETCH(QString, text);
+    QCOMPARE(TxtIn(id, language), text);
+}
+
+// Quoted only by their beginning and end.
+void TstTexts::dataReductionNote() {
+    const QString en = TxtIn(TTextId::MsgDataReductionNote, LangEnglish);
+    QVERIFY(en.startsWith(
+        u"Note:\r\nAt least one measurement channel contains more than 1 million measured values."_s));
+    QVERIFY(en.endsWith(u"Data reduction can be deactivated at any time."_s));
+}
+
+// One text in the language a switch should have chosen.
+static QString SaveSettingsIn(int language) {
+    switch (language) {
+    case LangGerman: return u"Sollen die aktuellen Einstellungen gespeichert werden ?"_s;
+    case LangFrench: return u"Voulez-vous enregistrer les paramètres actuels ?"_s;
+    default: return u"Do you want to save the current settings ?"_s;
+    }
 }
 
 void TstTexts::selection_data() {
@@ -138,7 +352,7 @@ void TstTexts::selection() {
     QCOMPARE(SelectLanguage(setting), expected);
     QCOMPARE(ApplyStartupLanguage(setting, 0, 0), expected);
     QCOMPARE(CurrentLanguage(), expected);
-    QCOMPARE(Txt(TTextId::MsgSaveSettings), TxtIn(TTextId::MsgSaveSettings, expected));
+    QCOMPARE(Txt(TTextId::MsgSaveSettings), SaveSettingsIn(expected));
 }
 
 void TstTexts::switchModesAndNoFrench_data() {
@@ -162,7 +376,7 @@ void TstTexts::switchModesAndNoFrench() {
     SetSystemLocaleOverride(QLocale(QLocale::French, QLocale::France));
     QCOMPARE(SwitchLanguage(requested, mode, noFrench), expected);
     QCOMPARE(CurrentLanguage(), expected);
-    QCOMPARE(Txt(TTextId::BtnCancel), TxtIn(TTextId::BtnCancel, expected));
+    QCOMPARE(Txt(TTextId::MsgSaveSettings), SaveSettingsIn(expected));
 }
 
 void TstTexts::switchSetsUpFormats() {
