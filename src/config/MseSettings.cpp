@@ -4,31 +4,28 @@
 
 #include <QFileInfo>
 
-#include <limits>
-
 namespace {
 
-constexpr int kIntMin = std::numeric_limits<int>::min();
-constexpr int kIntMax = std::numeric_limits<int>::max();
-
-// Reading: a present, readable key sets the value; a missing or unreadable one leaves it alone.
-// Integer codes outside their choice list and sizes no chart can draw count as unreadable.
+// Reading: a key present in the file is set, whatever its value, and kept as it stands (limits
+// apply where the template is applied, so saving writes back what was read). A value that is no
+// number at all keeps the value it would replace (the default after clearing, or the curve's own)
+// but is still set: the platform's typed INI reads answer their default for such text, and the
+// key is there, so the template does state it.
 
 void Get(const TIniFile& ini, const QString& sec, const QString& key, TOpt<QString>& o) {
     if (const std::optional<QString> v = ini.Value(sec, key)) o.Set(*v);
 }
 
-void Get(const TIniFile& ini, const QString& sec, const QString& key, TOpt<int>& o, int lo = kIntMin,
-         int hi = kIntMax) {
-    if (const std::optional<int> v = ini.TryReadInteger(sec, key); v && *v >= lo && *v <= hi) o.Set(*v);
+void Get(const TIniFile& ini, const QString& sec, const QString& key, TOpt<int>& o) {
+    if (const std::optional<QString> v = ini.Value(sec, key)) o.Set(TIniFile::ParseInteger(*v).value_or(o.Value));
 }
 
 void Get(const TIniFile& ini, const QString& sec, const QString& key, TOpt<bool>& o) {
-    if (const std::optional<bool> v = ini.TryReadBool(sec, key)) o.Set(*v);
+    if (const std::optional<QString> v = ini.Value(sec, key)) o.Set(TIniFile::ParseBool(*v).value_or(o.Value));
 }
 
 void Get(const TIniFile& ini, const QString& sec, const QString& key, TOpt<double>& o) {
-    if (const std::optional<double> v = ini.TryReadFloat(sec, key)) o.Set(*v);
+    if (const std::optional<QString> v = ini.Value(sec, key)) o.Set(TIniFile::ParseFloat(*v).value_or(o.Value));
 }
 
 // Writing: set values only, unless all are asked for.
@@ -59,14 +56,10 @@ const QString kCursor1 = QStringLiteral("Cursor1");
 const QString kCursor2 = QStringLiteral("Cursor2");
 const QString kPrint = QStringLiteral("Print");
 
-constexpr int kMaxFontSize = 1000;
-constexpr int kMaxWidth = 100;
-constexpr int kMaxMargin = 10000;
-
 void ReadFont(const TIniFile& ini, const QString& sec, TMseFont& f) {
     Get(ini, sec, QStringLiteral("Name"), f.Name);
-    Get(ini, sec, QStringLiteral("Size"), f.Size, 1, kMaxFontSize);
-    Get(ini, sec, QStringLiteral("Style"), f.Style, 0, 3);
+    Get(ini, sec, QStringLiteral("Size"), f.Size);
+    Get(ini, sec, QStringLiteral("Style"), f.Style);
 }
 
 void WriteFont(TIniFile& ini, const QString& sec, const TMseFont& f, bool all) {
@@ -83,7 +76,7 @@ void ReadAxis(const TIniFile& ini, const QString& sec, TMseAxis& a, bool bottom)
     Get(ini, sec, QStringLiteral("Format"), a.Format);
     Get(ini, sec, QStringLiteral("Grid"), a.Grid);
     Get(ini, sec, QStringLiteral("Auto"), a.Auto);
-    if (bottom) Get(ini, sec, QStringLiteral("XType"), a.XType, 0, 2);
+    if (bottom) Get(ini, sec, QStringLiteral("XType"), a.XType);
 }
 
 void WriteAxis(TIniFile& ini, const QString& sec, const TMseAxis& a, bool bottom, bool all) {
@@ -98,8 +91,8 @@ void WriteAxis(TIniFile& ini, const QString& sec, const TMseAxis& a, bool bottom
 }
 
 void ReadCursor(const TIniFile& ini, const QString& sec, TMseCursor& c) {
-    Get(ini, sec, QStringLiteral("Axis"), c.Axis, 0, 1);
-    Get(ini, sec, QStringLiteral("Width"), c.Width, 0, kMaxWidth);
+    Get(ini, sec, QStringLiteral("Axis"), c.Axis);
+    Get(ini, sec, QStringLiteral("Width"), c.Width);
     Get(ini, sec, QStringLiteral("XFormat"), c.XFormat);
     Get(ini, sec, QStringLiteral("YFormat"), c.YFormat);
 }
@@ -155,10 +148,10 @@ bool TMseSettingsCurve::IsAlarm(double value) const {
 
 void TMseSettingsCurve::ReadDisplay(const TIniFile& ini, const QString& section, bool withTitle) {
     if (withTitle) Get(ini, section, QStringLiteral("Title"), Title);
-    Get(ini, section, QStringLiteral("Axis"), Axis, 0, 2);
+    Get(ini, section, QStringLiteral("Axis"), Axis);
     Get(ini, section, QStringLiteral("Color"), Color);
-    Get(ini, section, QStringLiteral("Width"), Width, 0, kMaxWidth);
-    Get(ini, section, QStringLiteral("Type"), Type, 0, 2);
+    Get(ini, section, QStringLiteral("Width"), Width);
+    Get(ini, section, QStringLiteral("Type"), Type);
     Get(ini, section, QStringLiteral("Format"), Format);
 }
 
@@ -355,7 +348,7 @@ void TMseSettings::Read(const TIniFile& ini) {
     Get(ini, kGeneral, QStringLiteral("ShowName"), ShowName);
     Get(ini, kGeneral, QStringLiteral("Foot"), Foot);
     Get(ini, kGeneral, QStringLiteral("ShowTime"), ShowTime);
-    Get(ini, kGeneral, QStringLiteral("OnlineRate"), OnlineRate, 1);
+    Get(ini, kGeneral, QStringLiteral("OnlineRate"), OnlineRate);
     Get(ini, kGeneral, QStringLiteral("DispTime"), DispTime);
     Get(ini, kGeneral, QStringLiteral("DispLimits"), DispLimits);
     Get(ini, kGeneral, QStringLiteral("ViewCalc"), ViewCalc);
@@ -374,10 +367,10 @@ void TMseSettings::Read(const TIniFile& ini) {
     ReadCursor(ini, kCursor2, Cursor2);
 
     Get(ini, kPrint, QStringLiteral("Landscape"), Print.Landscape);
-    Get(ini, kPrint, QStringLiteral("MarginTop"), Print.MarginTop, 0, kMaxMargin);
-    Get(ini, kPrint, QStringLiteral("MarginLeft"), Print.MarginLeft, 0, kMaxMargin);
-    Get(ini, kPrint, QStringLiteral("MarginRight"), Print.MarginRight, 0, kMaxMargin);
-    Get(ini, kPrint, QStringLiteral("MarginBottom"), Print.MarginBottom, 0, kMaxMargin);
+    Get(ini, kPrint, QStringLiteral("MarginTop"), Print.MarginTop);
+    Get(ini, kPrint, QStringLiteral("MarginLeft"), Print.MarginLeft);
+    Get(ini, kPrint, QStringLiteral("MarginRight"), Print.MarginRight);
+    Get(ini, kPrint, QStringLiteral("MarginBottom"), Print.MarginBottom);
     Get(ini, kPrint, QStringLiteral("Proportional"), Print.Proportional);
     Get(ini, kPrint, QStringLiteral("CheckBoxes"), Print.CheckBoxes);
 

@@ -6,12 +6,33 @@
 #include <QString>
 #include <QStringList>
 
+#include <algorithm>
+#include <limits>
 #include <memory>
 #include <vector>
 
 class TIniFile;
 
-// A template value with its "is set" mark. Reading a file sets the mark only for keys present.
+// What the viewer can use of an integer value. A template keeps whatever its file says, so that
+// saving writes back what was read; these bounds apply where a template is applied to the view.
+struct TMseRange {
+    int Lo, Hi;
+    constexpr int operator()(int v) const { return std::clamp(v, Lo, Hi); }
+};
+inline constexpr TMseRange kMseFontSize{1, 200}; // larger titles leave no room for the plot
+inline constexpr TMseRange kMseFontStyle{0, 3};
+inline constexpr TMseRange kMseXType{0, 2};
+inline constexpr TMseRange kMseCursorAxis{0, 1};
+inline constexpr TMseRange kMseCurveAxis{0, 2};
+inline constexpr TMseRange kMseCurveType{0, 2};
+// Curves and cursors: every segment is stroked with the pen, and wide pens cost seconds.
+inline constexpr TMseRange kMseLineWidth{0, 10};
+// Percent of the page; two opposite margins still leave a tenth of it to the chart.
+inline constexpr TMseRange kMseMargin{0, 45};
+inline constexpr TMseRange kMseOnlineRate{1, std::numeric_limits<int>::max()};
+
+// A template value with its "is set" mark. Reading a file sets the mark for every key present,
+// whatever its value, and only for those.
 template <typename T> struct TOpt {
     T Value{};
     bool IsSet = false;

@@ -491,10 +491,19 @@ struct TSync {
         if (Store) o.Set(v);
         else o.ApplyTo(v);
     }
+    // The view gets only what it can use. Stored back, a template value that the view shows
+    // limited stays as the file had it, so saving writes back what was read.
+    void operator()(TOpt<int>& o, int& v, TMseRange range) const {
+        if (!Store) {
+            if (o.IsSet) v = range(o.Value);
+        } else if (!o.IsSet || range(o.Value) != v) {
+            o.Set(v);
+        }
+    }
     void Font(TMseFont& f, TFontState& s) const {
         (*this)(f.Name, s.Name);
-        (*this)(f.Size, s.Size);
-        (*this)(f.Style, s.Style);
+        (*this)(f.Size, s.Size, kMseFontSize);
+        (*this)(f.Style, s.Style, kMseFontStyle);
     }
 };
 
@@ -517,12 +526,18 @@ void TDataBase::SyncTab(int tab, bool store) {
         break;
     case 1:
         // The curves' display values live in the template already; storing marks them chosen.
-        if (store)
-            for (int i = 0; i < Curve_Count(); ++i) {
-                TMseSettingsCurve& c = Cfg(i);
+        // The chart reads them from there, so applying limits them in place.
+        for (int i = 0; i < Curve_Count(); ++i) {
+            TMseSettingsCurve& c = Cfg(i);
+            if (store) {
                 for (auto* o : {&c.Axis, &c.Color, &c.Width, &c.Type}) o->Set(o->Value);
                 c.Format.Set(c.Format.Value);
+            } else {
+                c.Axis.Value = kMseCurveAxis(c.Axis.Value);
+                c.Width.Value = kMseLineWidth(c.Width.Value);
+                c.Type.Value = kMseCurveType(c.Type.Value);
             }
+        }
         break;
     case 2:
     case 3:
@@ -536,21 +551,21 @@ void TDataBase::SyncTab(int tab, bool store) {
         sync(c.Inc, v.Inc);
         sync(c.Format, v.Format);
         sync(c.Auto, v.Auto);
-        if (a == axBottom) sync(c.XType, v.XType);
+        if (a == axBottom) sync(c.XType, v.XType, kMseXType);
         break;
     }
     case 5:
         for (int k = 0; k < 2; ++k) {
             TMseCursor& c = Cfg_Cursor_Get(k);
             TCursorState& v = FView.Cursors[k];
-            sync(c.Axis, v.Axis);
-            sync(c.Width, v.Width);
+            sync(c.Axis, v.Axis, kMseCursorAxis);
+            sync(c.Width, v.Width, kMseLineWidth);
             sync(c.XFormat, v.XFormat);
             sync(c.YFormat, v.YFormat);
         }
         break;
     case 6: {
-        sync(FSettings.OnlineRate, g.OnlineRate);
+        sync(FSettings.OnlineRate, g.OnlineRate, kMseOnlineRate);
         sync(FSettings.DispTime, g.DispTime);
         sync(FSettings.DispLimits, g.DispLimits);
         sync(FSettings.ViewCalc, g.ViewCalc);
@@ -559,10 +574,10 @@ void TDataBase::SyncTab(int tab, bool store) {
         TMsePrint& p = FSettings.Print;
         TPrintState& ps = FView.Print;
         sync(p.Landscape, ps.Landscape);
-        sync(p.MarginTop, ps.MarginTop);
-        sync(p.MarginLeft, ps.MarginLeft);
-        sync(p.MarginRight, ps.MarginRight);
-        sync(p.MarginBottom, ps.MarginBottom);
+        sync(p.MarginTop, ps.MarginTop, kMseMargin);
+        sync(p.MarginLeft, ps.MarginLeft, kMseMargin);
+        sync(p.MarginRight, ps.MarginRight, kMseMargin);
+        sync(p.MarginBottom, ps.MarginBottom, kMseMargin);
         sync(p.Proportional, ps.Proportional);
         sync(p.CheckBoxes, ps.CheckBoxes);
         break;

@@ -1,6 +1,6 @@
 // The display template: partial templates stay partial, list sections are found by prefix in
 // file order and come back renumbered, curve sections are matched to a recording's curves,
-// garbage gives defaults, a failed save keeps the old file, and the limit test.
+// present keys are set whatever they hold, a failed save keeps the old file, and the limit test.
 
 #include "Formats.h"
 #include "IniFile.h"
@@ -8,6 +8,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -316,70 +317,49 @@ private Q_SLOTS:
         QCOMPARE(c.LAlarm, 3);
     }
 
-    void garbageGivesDefaults_data() {
+    // A key present in the file is set, whatever its value. A value the viewer cannot use is
+    // kept as read, so saving writes it back; text that is no number keeps the default.
+    void presentKeysAreSet_data() {
         QTest::addColumn<QString>("section");
         QTest::addColumn<QString>("key");
         QTest::addColumn<QString>("raw");
-        QTest::newRow("font size word") << "Font Title"
-                                        << "Size"
-                                        << "big";
-        QTest::newRow("font size zero") << "Font Axes"
-                                        << "Size"
-                                        << "0";
-        QTest::newRow("font style outside list") << "Font Text"
-                                                 << "Style"
-                                                 << "4";
-        QTest::newRow("axis type outside list") << "Axis Bottom"
-                                                << "XType"
-                                                << "3";
-        QTest::newRow("axis min word") << "Axis Left"
-                                       << "Min"
-                                       << "'low'";
-        QTest::newRow("axis max nan") << "Axis Right"
-                                      << "Max"
-                                      << "'NAN'";
-        QTest::newRow("axis grid word") << "Axis Left"
-                                        << "Grid"
-                                        << "maybe";
-        QTest::newRow("cursor axis outside list") << "Cursor1"
-                                                  << "Axis"
-                                                  << "2";
-        QTest::newRow("cursor width negative") << "Cursor2"
-                                               << "Width"
-                                               << "-1";
-        QTest::newRow("online rate zero") << "General"
-                                          << "OnlineRate"
-                                          << "0";
-        QTest::newRow("margin negative") << "Print"
-                                         << "MarginTop"
-                                         << "-5";
-        QTest::newRow("landscape float") << "Print"
-                                         << "Landscape"
-                                         << "'0.5'";
+        QTest::addColumn<QString>("saved");
+        const auto row = [](const char* name, const char* sec, const char* key, const char* raw, const char* saved) {
+            QTest::newRow(name) << QString::fromUtf8(sec) << QString::fromUtf8(key) << QString::fromUtf8(raw)
+                                << QString::fromUtf8(saved);
+        };
+        row("font size large", "Font Title", "Size", "120", "120");
+        row("font size zero", "Font Axes", "Size", "0", "0");
+        row("font size word", "Font Title", "Size", "big", "8");
+        row("font style outside list", "Font Text", "Style", "4", "4");
+        row("axis type outside list", "Axis Bottom", "XType", "3", "3");
+        row("axis min word", "Axis Left", "Min", "'low'", "0");
+        row("axis max nan", "Axis Right", "Max", "'NAN'", "100");
+        row("axis grid word", "Axis Right", "Grid", "maybe", "0");
+        row("cursor axis outside list", "Cursor1", "Axis", "2", "2");
+        row("cursor width wide", "Cursor2", "Width", "30", "30");
+        row("online rate zero", "General", "OnlineRate", "0", "0");
+        row("margin negative", "Print", "MarginTop", "-5", "-5");
+        row("landscape float", "Print", "Landscape", "'0.5'", "1");
+        row("empty title", "General", "Title", "", "");
+        row("curve width wide", "Curve0", "Width", "1000", "1000");
+        row("curve type negative", "Curve0", "Type", "-1", "-1");
+        row("curve colour float", "Curve0", "Color", "1.5", "0");
     }
-    void garbageGivesDefaults() {
+    void presentKeysAreSet() {
         QFETCH(QString, section);
         QFETCH(QString, key);
         QFETCH(QString, raw);
+        QFETCH(QString, saved);
         TIniFile ini;
         ini.WriteRaw(section, key, raw);
         ini.WriteString("General", "Foot", "read on"); // the rest of the file still counts
         TMseSettings mse;
         mse.Read(ini);
-        QCOMPARE(Entries(mse, false), (QStringList{"[General]", "General/Foot=read on"}));
-        TMseSettings fresh;
-        QCOMPARE(Entries(mse, true), Entries(fresh, true).replaceInStrings("Foot=", "Foot=read on"));
-    }
-
-    void curveGarbageGivesDefaults() {
-        TMseSettings mse;
-        QVERIFY(
-            mse.OpenCurveFile(WriteFile("bad_curve.mse", "[Curve0]\nAxis=3\nType=-1\nWidth=1000\nColor=1.5\n"
-                                                         "Title='ok'\n")));
-        QCOMPARE(mse.Curves.Count(), 1);
-        const TMseSettingsCurve& c = mse.Curves[0];
-        QVERIFY(!c.Axis.IsSet && !c.Type.IsSet && !c.Width.IsSet && !c.Color.IsSet);
-        QCOMPARE(c.Title.Value, QStringLiteral("ok"));
+        const QStringList entries = Entries(mse, false).filter(QStringLiteral("="));
+        QCOMPARE(entries.size(), 2);
+        QVERIFY(entries.contains("General/Foot=read on"));
+        QVERIFY2(entries.contains(section + '/' + key + '=' + saved), qPrintable(entries.join(' ')));
     }
 
     void damagedFilesNeverCrash() {
@@ -390,8 +370,9 @@ private Q_SLOTS:
         TMseSettings mse;
         QVERIFY(mse.OpenFile(WriteFile("junk.mse", junk)));
         QCOMPARE(mse.TimeTexts.Count(), 1);
-        QCOMPARE(mse.TimeTexts[0].X.Value, 1.0); // missing or unreadable coordinate
-        QVERIFY(!mse.TimeTexts[0].X.IsSet);
+        QCOMPARE(mse.TimeTexts[0].X.Value, 1.0); // present but empty: set, with the reading default
+        QVERIFY(mse.TimeTexts[0].X.IsSet);
+        QVERIFY(!mse.TimeTexts[0].Y.IsSet);
         QVERIFY(mse.SaveFile(Path("junk_saved.mse")));
 
         TMseSettings empty;
@@ -445,29 +426,66 @@ private Q_SLOTS:
         QCOMPARE(a.Curves[0].Title.Value, QStringLiteral("t"));
     }
 
+    // A template that cannot be written: the save answers false and the previous file stays
+    // byte for byte. A file where the folder should be and a folder where the file should be stop
+    // root too; the read-only cases only other users.
+    void failedSaveKeepsThePreviousFile_data() {
+        QTest::addColumn<QString>("obstacle");
+        QTest::newRow("folder in place of the file") << "folder as file";
+        QTest::newRow("file in place of the folder") << "file as folder";
+        QTest::newRow("read-only folder") << "read-only folder";
+        QTest::newRow("read-only file") << "read-only file";
+        QTest::newRow("disk full") << "disk full";
+    }
     void failedSaveKeepsThePreviousFile() {
+        QFETCH(QString, obstacle);
         const QByteArray previous("[General]\r\nTitle='previous'\r\n");
-        const QString path = WriteFile("keep.mse", previous);
+        const QString folder = Path(obstacle);
+        QVERIFY(QDir().mkpath(folder));
+        QString path = folder + "/keep.mse";
+        const auto write = [&path](const QByteArray& bytes) {
+            QFile f(path);
+            return f.open(QIODevice::WriteOnly) && f.write(bytes) == bytes.size();
+        };
+        QVERIFY(write(previous));
         TMseSettings mse;
         mse.Title.Set("new");
-        QVERIFY(!mse.SaveFile(FDir.path())); // a folder: nothing to write into
+        if (obstacle == "folder as file") {
+            path = folder;
+        } else if (obstacle == "file as folder") {
+            path += "/inner.mse";
+        } else if (obstacle != "disk full") {
+            const QString target = obstacle == "read-only folder" ? folder : path;
+            QVERIFY(QFile::setPermissions(target, QFile::ReadOwner | QFile::ExeOwner));
+            const bool writable = QFileInfo(target).isWritable();
+            if (writable) QFile::setPermissions(target, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+            if (writable) QSKIP("permissions do not stop this user");
+        }
+        bool saved = true;
+        if (obstacle == "disk full") {
 #ifdef Q_OS_UNIX
-        // The disk runs full while the new file is written.
-        for (int i = 0; i < 200; ++i)
-            mse.Texts.Add().Text.Set(QString(50, QLatin1Char('x')));
-        struct rlimit old {};
-        QVERIFY(getrlimit(RLIMIT_FSIZE, &old) == 0);
-        const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN);
-        struct rlimit small = old;
-        small.rlim_cur = 4096;
-        QVERIFY(setrlimit(RLIMIT_FSIZE, &small) == 0);
-        const bool saved = mse.SaveFile(path);
-        setrlimit(RLIMIT_FSIZE, &old);
-        std::signal(SIGXFSZ, oldHandler);
-        QVERIFY(!saved);
-        QCOMPARE(ReadFile(path), previous);
-        QCOMPARE(QDir(FDir.path()).entryList({"keep.mse*"}, QDir::Files), QStringList{"keep.mse"});
+            // The disk runs full while the new file is written.
+            for (int i = 0; i < 200; ++i)
+                mse.Texts.Add().Text.Set(QString(50, QLatin1Char('x')));
+            struct rlimit old {};
+            QVERIFY(getrlimit(RLIMIT_FSIZE, &old) == 0);
+            const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN);
+            struct rlimit small = old;
+            small.rlim_cur = 4096;
+            QVERIFY(setrlimit(RLIMIT_FSIZE, &small) == 0);
+            saved = mse.SaveFile(path);
+            setrlimit(RLIMIT_FSIZE, &old);
+            std::signal(SIGXFSZ, oldHandler);
+#else
+            QSKIP("no file size limit here");
 #endif
+        } else {
+            saved = mse.SaveFile(path);
+        }
+        QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        QVERIFY(!saved);
+        QCOMPARE(ReadFile(folder + "/keep.mse"), previous);
+        QCOMPARE(QDir(folder).entryList(QDir::Files), QStringList{"keep.mse"}); // no temporary left
     }
 
     void isAlarm_data() {

@@ -3,6 +3,7 @@
 
 #include "DataBase.h"
 #include "Formats.h"
+#include "IniFile.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -316,6 +317,47 @@ private Q_SLOTS:
         QCOMPARE(db.Curve_NameGet(0), QStringLiteral("Inside")); // matched by channel: title kept
         db.Ini_CreateOriginalNames();
         QCOMPARE(db.Curve_NameGet(0), QStringLiteral("T1"));
+    }
+
+    // The view gets what it can use of a template; the template keeps what its file says, so
+    // saving it again writes back what was read, unless the view was changed since.
+    void templateValuesAreLimitedWhereApplied() {
+        QTemporaryDir dir;
+        const QString in = dir.filePath(QStringLiteral("wide.mse")), out = dir.filePath(QStringLiteral("again.mse"));
+        QFile f(in);
+        QVERIFY(f.open(QIODevice::WriteOnly));
+        f.write("[General]\r\nOnlineRate=0\r\n[Font Title]\r\nSize=500\r\nStyle=9\r\n[Axis Bottom]\r\nXType=7\r\n"
+                "[Cursor1]\r\nAxis=-3\r\nWidth=30\r\n[Print]\r\nMarginLeft=80\r\n"
+                "[Curve0]\r\nChannelName='T1'\r\nAxis=5\r\nWidth=500\r\nType=9\r\n");
+        f.close();
+        TDataBase db;
+        TFill fill{db};
+        fill.Curve("T1", {{1, 1}});
+        QVERIFY(db.Ini_FileOpen(in));
+        const TViewState& v = db.View();
+        QCOMPARE(v.General.OnlineRate, 1);
+        QCOMPARE(v.General.FontTitle.Size, 200);
+        QCOMPARE(v.General.FontTitle.Style, 3);
+        QCOMPARE(v.Axes[axBottom].XType, 2);
+        QCOMPARE(v.Cursors[0].Axis, 0);
+        QCOMPARE(v.Cursors[0].Width, 10);
+        QCOMPARE(v.Print.MarginLeft, 45);
+        QCOMPARE(db.Curve_AxisGet(0), 2);
+        QCOMPARE(db.Curve_WidthGet(0), 10);
+        QCOMPARE(db.Curve_TypeGet(0), 2);
+
+        QVERIFY(db.Ini_FileSave(out));
+        const QStringList kept{"General/OnlineRate=0", "Font Title/Size=500", "Font Title/Style=9",
+                               "Axis Bottom/XType=7", "Cursor1/Axis=-3", "Cursor1/Width=30", "Print/MarginLeft=80"};
+        TIniFile saved(out);
+        for (const QString& k : kept) {
+            const QStringList sk = k.split(QLatin1Char('/'));
+            const QStringList kv = sk[1].split(QLatin1Char('='));
+            QCOMPARE(sk[0] + '/' + kv[0] + '=' + saved.ReadString(sk[0], kv[0]), k);
+        }
+        db.View().General.FontTitle.Size = 12;
+        QVERIFY(db.Ini_FileSave(out));
+        QCOMPARE(TIniFile(out).ReadInteger(QStringLiteral("Font Title"), QStringLiteral("Size"), 0), 12);
     }
 
     void outOfOrderStampsAreSorted() {
