@@ -2,6 +2,7 @@
 
 #include "Formats.h"
 #include "IniFile.h"
+#include "Texts.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -10,6 +11,7 @@
 #include <QSettings>
 #include <QStandardPaths>
 
+#include <cstdio>
 #include <limits>
 #include <optional>
 #include <type_traits>
@@ -188,6 +190,12 @@ void TZEBRegistry::WriteD(const QString& name, double value) {
     WriteS(name, zeb::FloatToStr(value));
 }
 
+bool TZEBRegistry::Flush() {
+    // QSettings writes the INI file through a save file: a failed write leaves the old one whole.
+    FSettings->sync();
+    return FSettings->status() == QSettings::NoError;
+}
+
 bool TZEBRegistry::KeyExists(const QString& subPath) const {
     return Exists(ToGroup(ZebSettingsRoot() + subPath));
 }
@@ -275,10 +283,10 @@ QString SelectZebSettingsRoot() {
         dir.isEmpty() ? QString() : QDir(dir).filePath(QString::fromLatin1(kZebPrototypeFile));
     TIniFile ini;
     if (!iniName.isEmpty() && QFileInfo(iniName).isFile() && ini.Load(iniName)) {
-        QString key =
+        // A key present but empty names the branch that holds all prototypes, as the platform's
+        // INI reader answers an empty string there; only a missing key gives the default.
+        const QString key =
             ini.ReadString(QStringLiteral("Settings"), QStringLiteral("Key"), QStringLiteral("unknown"));
-        // An empty name would put the settings into the branch that holds all prototypes.
-        if (key.trimmed().isEmpty()) key = QStringLiteral("unknown");
         const QString prototype = QString::fromLatin1(kZebPrototypesPath) + key;
         TZEBRegistry reg;
         // KeyExists looks below the current root; the prototype branch becomes the root when it
@@ -515,21 +523,30 @@ void LoadZebSettings(const QString& programName, QSize screen) {
         CheckScreen(s.Online.ScreenFull, s.Online.ScreenWidth, s.Online.ScreenHeight, screen);
 }
 
-void SaveZebSettings(const QString& programName) {
+bool SaveZebSettings(const QString& programName) {
     TZebSettings& s = ZebSettings();
     const std::vector<TKey> table = KeyTable(s);
 
     TZEBRegistry reg;
+    bool wrote = true;
     QString open;
     bool opened = false;
     for (const TKey& k : table) {
         if (!k.Writers.contains(programName)) continue;
         // Keys are opened only for sections that get a value, so nothing empty is created.
         if (!opened || k.Section != open) {
-            reg.OpenKeyWrite(k.Section);
+            wrote = reg.OpenKeyWrite(k.Section) && wrote;
             open = k.Section;
             opened = true;
         }
         WriteKey(reg, k);
     }
+    if (reg.Flush() && wrote) return true;
+    // Settings are saved while the window closes: nobody to ask, so a line on standard error.
+    const QString where = TZEBRegistry::SettingsFileName();
+    const QString text = zeb::TxtFmt(zeb::TTextId::MsgCannotSaveSettings,
+                                     {where.isEmpty() ? ZebSettingsRoot() : QDir::toNativeSeparators(where)});
+    std::fputs(text.toLocal8Bit().constData(), stderr);
+    std::fputc('\n', stderr);
+    return false;
 }

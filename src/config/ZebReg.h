@@ -45,6 +45,9 @@ public:
     void WriteS(const QString& name, const QString& value);
     void WriteD(const QString& name, double value);
 
+    // Writes what was changed; false when it could not be written.
+    bool Flush();
+
     bool KeyExists(const QString& subPath) const;
     bool ValueExists(const QString& name) const;
     // Sub-keys and value names of the open key; empty when none is open.
@@ -192,5 +195,7 @@ void CheckZebScreenSize(QSize screen);
 void LoadZebSettings(const QString& programName);
 // The same with an explicit screen size instead of the provider's.
 void LoadZebSettings(const QString& programName, QSize screen);
-// Writes back only what the program owns.
-void SaveZebSettings(const QString& programName);
+// Writes back only what the program owns. False when the settings could not be written; the
+// previous settings then stay whole, and a warning in the user's language goes to standard
+// error (settings are saved while the window closes, so there is no one to ask).
+bool SaveZebSettings(const QString& programName);

@@ -3,15 +3,19 @@
 // Every test works on its own settings file named by ZEB_SETTINGS_FILE.
 
 #include "Formats.h"
+#include "Texts.h"
 #include "ZebReg.h"
 
 #include <QDir>
 #include <QFile>
 #include <QSettings>
 #include <QTemporaryDir>
+#include <QTemporaryFile>
 #include <QTest>
 
+#include <cstdio>
 #include <memory>
+#include <unistd.h>
 
 namespace {
 
@@ -126,7 +130,7 @@ private Q_SLOTS:
         s.CustomApp0_Unit = QStringLiteral("l/s");
         s.CustomApp0_Mul = 1.25;
         s.CustomApp0_Add = -0.5;
-        SaveZebSettings(kZebProgramViewer);
+        QVERIFY(SaveZebSettings(kZebProgramViewer));
         QCOMPARE(Get(kTree + "zeb_viewer.exe/CustomApp0_Mul").toString(), QStringLiteral("1,25"));
 
         zeb::SetFormats(0, 0, 0); // read back before the formats are set up, as at start-up
@@ -460,8 +464,10 @@ private Q_SLOTS:
         QTest::newRow("no key") << QByteArray("[Settings]\r\nOther=1\r\n")
                                 << "\\Software\\Velmorant\\ZEB_Prototypes\\unknown";
         QTest::newRow("empty file") << QByteArray("\r\n") << "\\Software\\Velmorant\\ZEB_Prototypes\\unknown";
-        QTest::newRow("empty name") << QByteArray("[Settings]\nKey=\n")
-                                    << "\\Software\\Velmorant\\ZEB_Prototypes\\unknown";
+        // Present but empty: the platform's reader answers an empty name, not the default.
+        QTest::newRow("empty name") << QByteArray("[Settings]\nKey=\n") << "\\Software\\Velmorant\\ZEB_Prototypes\\";
+        QTest::newRow("empty quoted name") << QByteArray("[Settings]\nKey=''\n")
+                                           << "\\Software\\Velmorant\\ZEB_Prototypes\\";
     }
     void settingsRoot() {
         QFETCH(QByteArray, prototypeFile);
@@ -477,6 +483,69 @@ private Q_SLOTS:
             QVERIFY(f.open(QIODevice::ReadOnly));
             QCOMPARE(f.readAll(), prototypeFile); // only read, never written
         }
+    }
+
+    // Settings that cannot be written: the old file stays whole, the saver says so, and a warning
+    // in the user's language goes to standard error. A file where the folder should be and a
+    // folder where the file should be stop root too; the read-only cases only other users.
+    void failedSaveKeepsTheOldSettings_data() {
+        QTest::addColumn<QString>("obstacle");
+        QTest::newRow("file in place of the folder") << "file as folder";
+        QTest::newRow("folder in place of the file") << "folder as file";
+        QTest::newRow("read-only folder") << "read-only folder";
+        QTest::newRow("read-only file") << "read-only file";
+    }
+    void failedSaveKeepsTheOldSettings() {
+        QFETCH(QString, obstacle);
+        LoadZebSettings(kZebProgramViewer, QSize(1920, 1080));
+        Put(kTree + "zeb_viewer.exe/File0", "old.zeb");
+        const QString folder = FDir->filePath("ro");
+        QString file = FFile;
+        if (obstacle == "file as folder") {
+            file = FFile + "/registry.ini";
+        } else if (obstacle == "folder as file") {
+            file = FDir->filePath("folder.ini");
+            QVERIFY(QDir().mkdir(file));
+        } else {
+            QVERIFY(QDir().mkdir(folder));
+            file = folder + "/registry.ini";
+            QVERIFY(QFile::copy(FFile, file));
+            const QString target = obstacle == "read-only folder" ? folder : file;
+            QVERIFY(QFile::setPermissions(target, QFile::ReadOwner | QFile::ExeOwner));
+            if (QFileInfo(target).isWritable()) {
+                QFile::setPermissions(target, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+                QSKIP("permissions do not stop this user");
+            }
+        }
+        qputenv("ZEB_SETTINGS_FILE", QFile::encodeName(file));
+        const auto contents = [&file] {
+            QFile f(file);
+            return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+        };
+        const QByteArray before = contents();
+
+        ZebSettings().File[0] = QStringLiteral("new.zeb");
+        zeb::SwitchTexts(zeb::LangFrench);
+        QTemporaryFile err;
+        QVERIFY(err.open());
+        std::fflush(stderr);
+        const int saved = dup(2);
+        dup2(err.handle(), 2);
+        const bool ok = SaveZebSettings(kZebProgramViewer);
+        std::fflush(stderr);
+        dup2(saved, 2);
+        ::close(saved);
+        zeb::SwitchTexts(zeb::LangGerman);
+        QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        QFile::setPermissions(file, QFile::ReadOwner | QFile::WriteOwner);
+
+        QVERIFY(!ok);
+        QCOMPARE(contents(), before);
+        err.seek(0);
+        QCOMPARE(QString::fromUtf8(err.readAll()),
+                 QString::fromUtf8("Attention : les param\xC3\xA8tres n\xE2\x80\x99ont pas pu \xC3\xAAtre "
+                                   "enregistr\xC3\xA9s [") +
+                     QDir::toNativeSeparators(file) + "] !\n");
     }
 
 #ifndef ZEB_VALIDATED_EDITION
