@@ -2,7 +2,8 @@
 //   zebtool gen [options] OUT.zeb     write a realistic recording
 //   zebtool blocks FILE               list the blocks and where the walk ended
 //   zebtool dump [--answer N | --no-ask] [--variant CODE] FILE
-//                                     everything the loader reads, as JSON
+//                                     everything the loader reads, as JSON (gaps null,
+//                                     non-finite values "NaN", "Infinity", "-Infinity")
 //   zebtool info FILE                 a short summary
 
 #include "DataBase.h"
@@ -20,6 +21,7 @@
 #include <QTextStream>
 
 #include <charconv>
+#include <cmath>
 #include <cstdio>
 #include <unistd.h>
 #include <vector>
@@ -35,20 +37,26 @@ QTextStream& Err() {
     return s;
 }
 
-int Usage() {
-    Err() << "usage:\n"
+int Usage(bool asked = false) {
+    QTextStream& s = asked ? Out() : Err();
+    s << "usage:\n"
              "  zebtool gen [--seed N] [--channels N] [--records N | --values N] [--interval SEC]\n"
              "              [--start YYYY-MM-DD[THH:MM:SS]] [--missing RATE] [--gap-rate RATE] [--gaps]\n"
              "              [--no-limits] [--zeb-name TEXT] [--logger TEXT] [--quiet] OUT.zeb\n"
              "  zebtool blocks FILE\n"
              "  zebtool dump [--answer N | --no-ask] [--variant CODE] FILE\n"
-             "  zebtool info [--answer N | --no-ask] [--variant CODE] FILE\n";
-    Err().flush();
-    return 2;
+             "  zebtool info [--answer N | --no-ask] [--variant CODE] FILE\n"
+             "dump writes JSON: a gap is null; a value that is not a finite number is one of the\n"
+             "strings \"NaN\", \"Infinity\", \"-Infinity\".\n";
+    s.flush();
+    return asked ? 0 : 2;
 }
 
-// Shortest text that reads back to the same double.
+// Shortest text that reads back to the same double. JSON has no numbers for NaN and the
+// infinities, so those become the strings "NaN", "Infinity" and "-Infinity".
 QString Num(double v) {
+    if (std::isnan(v)) return QStringLiteral("\"NaN\"");
+    if (std::isinf(v)) return v > 0 ? QStringLiteral("\"Infinity\"") : QStringLiteral("\"-Infinity\"");
     char buf[64];
     const auto r = std::to_chars(buf, buf + sizeof buf, v);
     return QString::fromLatin1(buf, int(r.ptr - buf));
@@ -316,6 +324,7 @@ int main(int argc, char** argv) {
     QStringList args = app.arguments().mid(1);
     if (args.isEmpty()) return Usage();
     const QString cmd = args.takeFirst();
+    if (cmd == QLatin1String("--help") || cmd == QLatin1String("-h")) return Usage(true);
     if (cmd == QLatin1String("gen")) return Gen(args);
     if (cmd == QLatin1String("blocks")) {
         int variant = 0;

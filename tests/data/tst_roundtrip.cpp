@@ -14,6 +14,7 @@
 
 #include <bit>
 #include <cstring>
+#include <limits>
 
 namespace {
 
@@ -202,6 +203,35 @@ private Q_SLOTS:
                 else QCOMPARE(p[1].toDouble(), ec.v[size_t(i)]);
             }
         }
+    }
+
+    // JSON has no NaN or infinities: the dump stays parseable and tells them from gaps.
+    void zebtoolDumpsNonFiniteValuesAsJson() {
+        using B = TRecordingBuilder;
+        const QString path = FDir.filePath(QStringLiteral("nan.zeb"));
+        const float nan = std::numeric_limits<float>::quiet_NaN(), inf = std::numeric_limits<float>::infinity();
+        QVERIFY(B()
+                    .Header()
+                    .Block(3, B::Strs({"M1"}))
+                    .Block(11, B::Word(4) + B::Word(1) + B::Single(nan) + B::Single(-inf))
+                    .Block(8, B::Record(1, {B::F(nan)}) + B::Record(2, {B::F(inf)}) + B::Record(3, {B::F(-inf)}) +
+                                  B::Record(4, {0xFFFFFFFEu}) + B::Record(5, {B::F(1.5f)}))
+                    .Save(path));
+        QProcess dump;
+        dump.start(QStringLiteral(ZEBTOOL), {QStringLiteral("dump"), path});
+        QVERIFY(dump.waitForFinished(60000));
+        QJsonParseError perr;
+        const QJsonDocument doc = QJsonDocument::fromJson(dump.readAllStandardOutput(), &perr);
+        QVERIFY2(perr.error == QJsonParseError::NoError, qPrintable(perr.errorString()));
+        const QJsonObject curve = doc.object()[QStringLiteral("curves")].toArray()[0].toObject();
+        QCOMPARE(curve[QStringLiteral("value1")].toString(), QStringLiteral("NaN"));
+        QCOMPARE(curve[QStringLiteral("value2")].toString(), QStringLiteral("-Infinity"));
+        QStringList values;
+        for (const QJsonValue p : curve[QStringLiteral("points")].toArray()) {
+            const QJsonValue v = p.toArray()[1];
+            values << (v.isString() ? v.toString() : v.isNull() ? QStringLiteral("gap") : QString::number(v.toDouble()));
+        }
+        QCOMPARE(values, (QStringList{"NaN", "Infinity", "-Infinity", "gap", "1.5"}));
     }
 
     void zebtoolBlocksExplainsDamage() {
