@@ -27,6 +27,7 @@ void TStoreReceiver::SetStartTime(double days) {
 void TStoreReceiver::AddCurve(const QString& moduleName) {
     const int index = FDb.Curve_Count();
     FDb.FCurves.push_back(std::make_unique<TDataBase::TCurve>());
+    FDb.FCurves.back()->LimitsShown = FDb.FLimitsOn; // a new file starts as "Limits" was left
     TMseSettingsCurve& c = FDb.FSettings.Curves.Add();
     c.Axis.Reset(1);
     c.Color.Reset(kPalette[index % int(std::size(kPalette))]);
@@ -202,8 +203,10 @@ void TDataBase::Curve_SetLimitLines(int curve, bool on) {
     if (Curve_IsValid(curve)) FCurves[size_t(curve)]->LimitsShown = on;
 }
 
+// A curve's own switch: the global one only sets them all, so a legend click can bring one
+// curve's lines back after all were switched off.
 bool TDataBase::Curve_LimitLinesOn(int curve) const {
-    return FLimitsOn && Curve_IsValid(curve) && FCurves[size_t(curve)]->LimitsShown;
+    return Curve_IsValid(curve) && FCurves[size_t(curve)]->LimitsShown;
 }
 
 void TDataBase::Curve_SetAllLimitLines(bool on) {

@@ -219,7 +219,9 @@ public:
     void Curve_AxisSet(int curve, int axis);
     QString Curve_FormatGet(int curve) const;
     void Curve_FormatSet(int curve, const QString& format);
-    // Limit lines of one curve or of all, shown or hidden; the lines themselves stay.
+    // Limit lines of one curve or of all, shown or hidden; the lines themselves stay. The
+    // global switch (the Graph menu's "Limits", the table's red values) is the last one set
+    // for all; each curve keeps its own.
     void Curve_SetLimitLines(int curve, bool on);
     bool Curve_LimitLinesOn(int curve) const;
     void Curve_SetAllLimitLines(bool on);

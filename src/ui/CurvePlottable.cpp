@@ -47,6 +47,7 @@ template <typename T> T* TMinMaxPyramid::THugeAllocator<T>::allocate(size_t n) {
 TMinMaxPyramid::TMinMaxPyramid(const TCurveData& data) : FData(data), FCount(data.Count()) {
     const qint64 blocks = (FCount + kBase - 1) >> kBaseBits;
     TLevel base(size_t(blocks), TRange{kInf, -kInf});
+    std::vector<quint64> odd(size_t((blocks + 63) >> 6), 0);
     // The lowest level straight from the value chunks; a chunk holds whole blocks.
     for (qint64 c = 0; c < data.ChunkCount(); ++c) {
         const std::span<const float> v = data.ValueChunk(c);
@@ -54,13 +55,19 @@ TMinMaxPyramid::TMinMaxPyramid(const TCurveData& data) : FData(data), FCount(dat
         for (size_t at = 0; at < v.size(); at += size_t(kBase)) {
             const size_t end = std::min(v.size(), at + size_t(kBase));
             TRange r{kInf, -kInf};
+            bool nonFinite = false;
             for (size_t j = at; j < end; ++j) {
                 const float x = v[j];
-                if (!std::isfinite(x)) continue;
+                if (!std::isfinite(x)) {
+                    nonFinite = true;
+                    continue;
+                }
                 r.Min = std::min(r.Min, x);
                 r.Max = std::max(r.Max, x);
             }
-            base[size_t(firstBlock) + (at >> kBaseBits)] = r;
+            const qint64 block = firstBlock + qint64(at >> kBaseBits);
+            base[size_t(block)] = r;
+            if (nonFinite) odd[size_t(block >> 6)] |= quint64(1) << (block & 63);
         }
     }
     // Gap markers hold a stand-in value of 0 that must not count; they are rare.
@@ -72,6 +79,7 @@ TMinMaxPyramid::TMinMaxPyramid(const TCurveData& data) : FData(data), FCount(dat
         base[size_t(b)] = r;
     }
     FLevels.push_back(std::move(base));
+    FNonFinite.push_back(std::move(odd));
     while (FLevels.back().size() > 1) {
         const TLevel& below = FLevels.back();
         TLevel level((below.size() + kFan - 1) / kFan, TRange{kInf, -kInf});
@@ -80,8 +88,40 @@ TMinMaxPyramid::TMinMaxPyramid(const TCurveData& data) : FData(data), FCount(dat
             r.Min = std::min(r.Min, below[k].Min);
             r.Max = std::max(r.Max, below[k].Max);
         }
+        // Eight blocks below make one above: a block is marked when any byte of them is.
+        const std::vector<quint64>& oddBelow = FNonFinite.back();
+        std::vector<quint64> up(size_t((level.size() + 63) >> 6), 0);
+        for (size_t k = 0; k < level.size(); ++k) {
+            const quint64 byte = (oddBelow[(k * 8) >> 6] >> ((k * 8) & 63)) & 0xFF;
+            if (byte) up[k >> 6] |= quint64(1) << (k & 63);
+        }
         FLevels.push_back(std::move(level));
+        FNonFinite.push_back(std::move(up));
     }
+}
+
+qint64 TMinMaxPyramid::FindNonFinite(size_t level, qint64 block, qint64 first, qint64 last) const {
+    const int shift = kBaseBits + kFanBits * int(level);
+    const qint64 b0 = block << shift, b1 = std::min(FCount, (block + 1) << shift);
+    if (b1 <= first || b0 >= last || !HasNonFinite(level, block)) return last;
+    if (level == 0) {
+        for (qint64 i = std::max(b0, first), end = std::min(b1, last); i < end; ++i)
+            if (!std::isfinite(FData.Value(i))) return i;
+        return last;
+    }
+    const qint64 children = qint64(FLevels[level - 1].size());
+    for (qint64 c = block << kFanBits; c < std::min(children, (block + 1) << kFanBits); ++c) {
+        const qint64 found = FindNonFinite(level - 1, c, first, last);
+        if (found < last) return found;
+    }
+    return last;
+}
+
+qint64 TMinMaxPyramid::NextNonFinite(qint64 first, qint64 last) const {
+    first = std::max<qint64>(first, 0);
+    last = std::min(last, FCount);
+    if (first >= last || FLevels.empty()) return last;
+    return FindNonFinite(FLevels.size() - 1, 0, first, last);
 }
 
 void TMinMaxPyramid::ScanRaw(qint64 first, qint64 last, TRange& r) const {
@@ -273,7 +313,27 @@ private:
         }
     }
 
+    // The first NaN in [from, to), or to. Infinite values are drawn and do not break.
+    qint64 NextNaN(qint64 from, qint64 to) const {
+        while (from < to) {
+            const qint64 i = P ? P->NextNonFinite(from, to) : from;
+            if (i >= to) return to;
+            if (std::isnan(D.Value(i))) return i;
+            from = i + 1;
+        }
+        return to;
+    }
+
+    // A piece between null points; NaN values split it further.
     void Run(qint64 s, qint64 e) {
+        for (qint64 from = s; from <= e;) {
+            const qint64 nan = NextNaN(from, e + 1);
+            Piece(from, nan - 1);
+            from = nan + 1;
+        }
+    }
+
+    void Piece(qint64 s, qint64 e) {
         if (s > e) return;
         const bool leftOuter = s < Lo, rightOuter = e >= Hi;
         if (s == e && (leftOuter || rightOuter)) return; // a lone point outside the window
@@ -303,7 +363,9 @@ private:
             // Large curves miss the cache at every column: ask for a later column's samples
             // now, so their loads overlap with this column's work.
             if (perColumn > 64) Prefetch(std::min(b, j + 8 * perColumn));
-            if (j - i <= 4) {
+            // An infinite value lies outside the pyramid's extremes: such a column is drawn
+            // sample by sample, as without reduction.
+            if (j - i <= 4 || P->NextNonFinite(i, j) < j) {
                 for (qint64 k = i; k < j; ++k)
                     Add(c, M.PixelY(D.Value(k)));
             } else {

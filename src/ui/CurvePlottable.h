@@ -9,7 +9,8 @@
 // from the column's minimum to its maximum, so the two pictures are the same.
 //
 // Null points: a gap marker is not drawn and breaks the line; the first value after a gap
-// starts a new piece of line. A piece of a single point is drawn as a dot.
+// starts a new piece of line. A piece of a single point is drawn as a dot. A NaN value is
+// not drawn and breaks the line the same way; an infinite value is drawn to the plot's edge.
 
 // The chart library's header uses Qt's keyword macros, which this project switches off;
 // every unit gets the chart library through this header.
@@ -54,6 +55,9 @@ public:
 
     // The extremes of the values in [first, last); false when the range holds no value.
     bool MinMax(qint64 first, qint64 last, double& min, double& max) const;
+    // The first NaN or infinite value in [first, last), or last when there is none. Such
+    // values are rare; blocks without one are skipped level by level.
+    qint64 NextNonFinite(qint64 first, qint64 last) const;
     qint64 Count() const { return FCount; }
     qint64 MemoryBytes() const;
     // Asks the cache for the blocks around a sample ahead of a query.
@@ -80,11 +84,17 @@ public:
 
 private:
     void ScanRaw(qint64 first, qint64 last, TRange& r) const;
+    qint64 FindNonFinite(size_t level, qint64 block, qint64 first, qint64 last) const;
+    bool HasNonFinite(size_t level, qint64 block) const {
+        return (FNonFinite[level][size_t(block >> 6)] >> (block & 63)) & 1;
+    }
 
     const TCurveData& FData;
     qint64 FCount = 0;
     // [level][block]; minimum and maximum side by side, as every query wants both.
     std::vector<TLevel> FLevels;
+    // [level][block / 64]: one bit per block that holds a NaN or an infinite value.
+    std::vector<std::vector<quint64>> FNonFinite;
 };
 
 // Maps a sample to pixels the same way for drawing, aggregating and hit testing.
@@ -105,6 +115,8 @@ struct TPixelMap {
 
     double Column(double time) const { return std::floor((time - KeyLower) * KeyScale); }
     double PixelY(double value) const {
+        // Infinite values run off the plot's edge; NaN never comes here (it breaks the line).
+        if (std::isinf(value)) return value > 0 ? Top - kMargin : Bottom + kMargin;
         const double y =
             Linear ? ValueBase - (value - ValueLower) * ValueScale : ValueAxis->coordToPixel(value);
         if (std::isnan(y)) return Bottom + kMargin;

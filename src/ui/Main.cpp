@@ -745,8 +745,9 @@ void TForm1::View_OnPageChanged(int page) {
     menTable->menuAction()->setVisible(table);
     panSpeedButtonsCfg->setVisible(cfg);
     menCfg->menuAction()->setVisible(cfg);
-    // Data reduction is about drawing the chart; elsewhere the switch would only puzzle.
-    panSpeedButtonsBigData->setVisible(graph && FDataBase->isBigData());
+    // The switch stays at hand while the recording holds reduced curves; the configuration
+    // page has toolbars of its own.
+    panSpeedButtonsBigData->setVisible(!cfg && FDataBase->isBigData());
     if (graph) SetStatus(Txt(TTextId::StatusZoomHint));
     if (table) {
         SetStatus(QString());

@@ -9,6 +9,7 @@
 
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QScrollBar>
 
 #include <cmath>
 
@@ -307,7 +308,7 @@ TZebChart::TZebChart(TDataBase* db, QWidget* parent) : QCustomPlot(parent), FDb(
     plotLayout()->simplify();
     FInfoRow = new QCPLayoutGrid;
     FMainRow = new QCPLayoutGrid;
-    auto* legendColumn = new QCPLayoutGrid;
+    auto* legendColumn = FLegendColumn = new QCPLayoutGrid;
     plotLayout()->addElement(0, 0, FInfoRow);
     plotLayout()->addElement(1, 0, FMainRow);
     FInfoRow->addElement(0, 0, FStartText);
@@ -327,6 +328,16 @@ TZebChart::TZebChart(TDataBase* db, QWidget* parent) : QCustomPlot(parent), FDb(
     legendColumn->setMargins(QMargins(0, 0, 6, 0));
     legend->setMargins(QMargins(6, 4, 6, 4));
     legend->setVisible(false);
+    // More curves than the legend has room for: it shows a window of them and scrolls.
+    FLegendBar = new QScrollBar(Qt::Vertical, this);
+    FLegendBar->setObjectName(QStringLiteral("LegendScrollBar"));
+    FLegendBar->hide();
+    connect(FLegendBar, &QScrollBar::valueChanged, this, [this](int first) {
+        if (first == FLegendFirst) return;
+        FLegendFirst = first;
+        FillLegend();
+        replot();
+    });
 
     xAxis2->setVisible(false);
     yAxis2->setVisible(false);
@@ -462,8 +473,8 @@ void TZebChart::Rebuild() {
     FBuiltGeneration = FDb->SamplesGeneration();
 
     std::map<const TCurveData*, TPyramidEntry> keep;
-    const bool detailed = FDb->View().Print.CheckBoxes;
     legend->setFont(FontOf(FDb->View().General.FontLegend));
+    FLegendCurves.clear();
     for (int i = 0; i < n; ++i) {
         const int axis = FDb->Curve_AxisGet(i);
         if (axis != axLeft && axis != axRight) continue;
@@ -477,12 +488,11 @@ void TZebChart::Rebuild() {
         p->setPen(QPen(ColorOf(FDb->Curve_ColorGet(i)), std::max(1, FDb->Curve_WidthGet(i))));
         p->setName(LegendText(i));
         p->setVisible(FDb->Curve_IsActive(i));
-        legend->addItem(
-            new TCurveLegendItem(legend, p, i, detailed ? FDb->Curve_LoggernameGet(i) : QString()));
+        FLegendCurves.push_back(i);
         FCurves[size_t(i)] = p;
     }
     FPyramids = std::move(keep);
-    legend->setVisible(legend->itemCount() > 0);
+    FillLegend();
 
     for (const TLimitLine& l : FDb->LimitLines()) {
         TCurvePlottable* p = CurvePlottable(l.Curve);
@@ -565,6 +575,79 @@ void TZebChart::BuildLayout() {
 
 void TZebChart::Refresh() {
     replot();
+}
+
+// The legend entries from the first one scrolled to, as many as there is room for.
+void TZebChart::FillLegend() {
+    legend->clearItems();
+    const int n = int(FLegendCurves.size());
+    const int rows = std::min(n, FLegendRows);
+    FLegendFirst = std::clamp(FLegendFirst, 0, n - rows);
+    const bool detailed = FDb->View().Print.CheckBoxes;
+    for (int k = FLegendFirst; k < FLegendFirst + rows; ++k) {
+        const int curve = FLegendCurves[size_t(k)];
+        legend->addItem(new TCurveLegendItem(legend, FCurves[size_t(curve)], curve,
+                                             detailed ? FDb->Curve_LoggernameGet(curve) : QString()));
+    }
+    legend->setVisible(n > 0);
+    const bool scrolls = rows < n;
+    const int barWidth = FLegendBar->sizeHint().width();
+    FLegendColumn->setMargins(QMargins(0, 0, scrolls ? 8 + barWidth : 6, 0));
+    const QSignalBlocker block(FLegendBar);
+    FLegendBar->setRange(0, n - rows);
+    FLegendBar->setPageStep(std::max(1, rows));
+    FLegendBar->setValue(FLegendFirst);
+    FLegendBar->setVisible(scrolls);
+}
+
+// How many legend entries fit beside the plot: the height the other rows leave, whatever the
+// legend itself asks for.
+int TZebChart::LegendRowsThatFit() const {
+    int height = viewport().height() - plotLayout()->margins().top() - plotLayout()->margins().bottom();
+    int rows = 0;
+    for (int r = 0; r < plotLayout()->rowCount(); ++r) {
+        QCPLayoutElement* e = plotLayout()->element(r, 0);
+        if (!e) continue;
+        ++rows;
+        if (e != FMainRow) height -= e->outerRect().height();
+    }
+    height -= std::max(0, rows - 1) * plotLayout()->rowSpacing();
+    height -= legend->margins().top() + legend->margins().bottom();
+    int entry = 0;
+    for (int i = 0; i < legend->itemCount(); ++i)
+        if (legend->item(i)) entry = std::max(entry, legend->item(i)->minimumOuterSizeHint().height());
+    if (entry <= 0) return FLegendRows;
+    const int spacing = legend->rowSpacing();
+    return std::max(1, (height + spacing) / (entry + spacing));
+}
+
+void TZebChart::updateLayout() {
+    QCustomPlot::updateLayout();
+    const int fit = LegendRowsThatFit();
+    const int n = int(FLegendCurves.size());
+    const int rows = fit >= n ? std::numeric_limits<int>::max() : fit;
+    if (rows != FLegendRows) {
+        FLegendRows = rows;
+        FillLegend();
+        QCustomPlot::updateLayout();
+    }
+    if (FLegendBar->isVisible()) {
+        const QRect r = legend->outerRect();
+        const int w = FLegendBar->sizeHint().width();
+        FLegendBar->setGeometry(r.right() + 3, r.top(), w, r.height());
+    }
+}
+
+void TZebChart::wheelEvent(QWheelEvent* event) {
+    if (FLegendBar->isVisible() && legend->outerRect().contains(event->position().toPoint())) {
+        FLegendWheel += event->angleDelta().y();
+        const int notches = FLegendWheel / QWheelEvent::DefaultDeltasPerStep;
+        FLegendWheel -= notches * QWheelEvent::DefaultDeltasPerStep;
+        FLegendBar->setValue(FLegendBar->value() - notches);
+        event->accept();
+        return;
+    }
+    QCustomPlot::wheelEvent(event);
 }
 
 void TZebChart::OnRepaintRequested(bool withData) {
@@ -683,17 +766,22 @@ void TZebChart::mousePressEvent(QMouseEvent* event) {
     }
     if (legend->visible() && legend->outerRect().contains(pos)) {
         const int curve = LegendCurveAt(pos);
-        if (event->button() == Qt::LeftButton && curve >= 0) {
+        if (curve < 0) return;
+        if (event->button() == Qt::LeftButton) {
             FDb->Curve_SetLimitLines(curve, !FDb->Curve_LimitLinesOn(curve));
             Rebuild();
             Q_EMIT modified();
             Q_EMIT legendClicked(curve, Qt::NoModifier);
+        } else if (event->button() == Qt::RightButton) {
+            ElementClick(pos, Qt::NoModifier); // the other button: the series, and its tab
         }
         return;
     }
-    if (event->button() == Qt::LeftButton) {
-        FDragCursor = FCrossHair->CursorAt(pos.x(), pos.y());
-        if (FDragCursor >= 0) return;
+    // A crosshair is dragged by the left button; no button starts a zoom or a pan on it.
+    const int cursor = FCrossHair->CursorAt(pos.x(), pos.y());
+    if (cursor >= 0) {
+        if (event->button() == Qt::LeftButton) FDragCursor = cursor;
+        return;
     }
     if (event->button() == Qt::LeftButton || event->button() == Qt::RightButton) {
         FPanning = event->button() == Qt::RightButton;

@@ -10,11 +10,13 @@
 #include "CurvePlottable.h"
 
 #include <array>
+#include <limits>
 #include <map>
 #include <memory>
 #include <vector>
 
 class QLabel;
+class QScrollBar;
 class TCrossHair;
 class TCurveData;
 class TDataBase;
@@ -90,6 +92,8 @@ public:
     // Axis 0 bottom, 1 left, 2 right.
     QCPAxis* ChartAxis(int axis) const;
     const std::vector<TLimitLineItem*>& LimitLineItems() const { return FLimitItems; }
+    // The legend's scroll bar, shown while not every entry fits.
+    QScrollBar* LegendScrollBar() const { return FLegendBar; }
     QCPTextElement* TitleElement() const { return FTitle; }
 
 Q_SIGNALS:
@@ -109,6 +113,8 @@ protected:
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
+    void updateLayout() override;
 
 private:
     void OnRepaintRequested(bool withData);
@@ -119,6 +125,8 @@ private:
     std::shared_ptr<const TMinMaxPyramid> Pyramid(int curve);
     bool ElementClick(const QPoint& pos, Qt::KeyboardModifiers modifiers);
     int LegendCurveAt(const QPoint& pos) const;
+    void FillLegend();
+    int LegendRowsThatFit() const;
     QString ValueAxisTitle(int axis) const;
 
     TDataBase* FDb;
@@ -133,6 +141,12 @@ private:
     QCPTextElement* FNameText = nullptr;
     QCPLayoutGrid* FInfoRow = nullptr;
     QCPLayoutGrid* FMainRow = nullptr;
+    QCPLayoutGrid* FLegendColumn = nullptr;
+    QScrollBar* FLegendBar = nullptr;
+    std::vector<int> FLegendCurves; // the curves the legend lists, in order
+    int FLegendFirst = 0;           // the first of them shown
+    int FLegendRows = std::numeric_limits<int>::max(); // how many fit
+    int FLegendWheel = 0;
     struct TPyramidEntry {
         quint64 Generation = 0;
         qint64 Count = 0;

@@ -107,20 +107,19 @@ void TZoomAndScroll::MouseMove(int x, int y) {
         if (FCrossHair) FCrossHair->DispZoomRect(x, y);
     } else if (FState == zsMoving) {
         const int dx = x - FStart.x(), dy = y - FStart.y();
+        if (dx == 0 && dy == 0) return;
         FStart = QPoint(x, y);
-        bool changed = false;
         for (int i = 0; i < zaCount; ++i) {
             const TAxis a = TAxis(i);
             const int d = IsVertical(a) ? dy : -dx; // the curves follow the mouse
             if (d == 0 || !Takes(a)) continue;
             Axis(a)->moveRange(d * FScale[size_t(a)]);
             FAuto[a] = false;
-            changed = true;
         }
-        if (!changed) return;
+        // Every move of a pan counts, even with every axis fixed, and no pan can be undone.
         FMoved = true;
         for (TUndo& u : FUndo)
-            u.Valid = false; // a pan cannot be undone
+            u.Valid = false;
         FChart->replot(QCustomPlot::rpQueuedReplot);
         Q_EMIT rangesChanged();
     }
@@ -141,14 +140,16 @@ bool TZoomAndScroll::MouseUp(Qt::MouseButton button, int x, int y) {
     int x1 = std::min(FStart.x(), FEnd.x()), x2 = std::max(FStart.x(), FEnd.x());
     int y1 = std::min(FStart.y(), FEnd.y()), y2 = std::max(FStart.y(), FEnd.y());
     if (x2 - x1 < kMinBand || y2 - y1 < kMinBand) return false;
+    // The plot's pixels are pl..pr-1 and pt..pb-1; pr and pb lie outside it, and the axes'
+    // ends map onto them.
     const QRect plot = FChart->axisRect()->rect();
     const int pl = plot.left(), pr = plot.left() + plot.width(), pt = plot.top(),
               pb = plot.top() + plot.height();
-    if (x2 < pl || x1 > pr || y2 < pt || y1 > pb) return false;
+    if (x2 < pl || x1 >= pr || y2 < pt || y1 >= pb) return false;
 
     // A band across the whole height zooms time only, one across the whole width values only.
-    const bool vertical = !(y1 < pt && y2 > pb);
-    const bool horizontal = !(x1 < pl && x2 > pr);
+    const bool vertical = !(y1 < pt && y2 >= pb);
+    const bool horizontal = !(x1 < pl && x2 >= pr);
     std::array<bool, zaCount> takes{};
     bool any = false;
     for (int i = 0; i < zaCount; ++i) {

@@ -218,7 +218,7 @@ void TstMain::modifyingCommands_data() {
     QTest::newRow("fixed axis left") << u"menGraphAxisLeft"_s;
     QTest::newRow("limits") << u"menGraphLimits"_s;
     QTest::newRow("auto scale") << u"menGraphScale"_s;
-    QTest::newRow("chart reports a change") << u"chart"_s;
+    QTest::newRow("zoom with the mouse") << u"zoom"_s;
     QTest::newRow("plain legend click") << u"legend"_s;
 }
 
@@ -226,15 +226,27 @@ void TstMain::modifyingCommands_data() {
 void TstMain::modifyingCommands() {
     QFETCH(QString, command);
     TForm1 f;
+    f.setWindowState(Qt::WindowNoState);
+    f.resize(1000, 700);
+    f.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&f));
     QVERIFY(Load(f, FSmall));
     QVERIFY(!f.IsModified());
     TDataBase& db = *f.DataBase();
+    TZebChart* chart = f.Chart();
     const bool gridLeftBefore = db.Axis_Get(axLeft).Grid;
 
-    if (command == u"chart"_s) {
-        Q_EMIT f.Chart()->modified();
+    if (command == u"zoom"_s) {
+        const QRect plot = chart->axisRect()->rect();
+        QTest::mousePress(chart, Qt::LeftButton, Qt::NoModifier, plot.center() - QPoint(100, 60));
+        QTest::mouseMove(chart, plot.center());
+        QTest::mouseRelease(chart, Qt::LeftButton, Qt::NoModifier, plot.center() + QPoint(100, 60));
+        QVERIFY(chart->IsUndoPossible());
     } else if (command == u"legend"_s) {
-        Q_EMIT f.Chart()->legendClicked(0, Qt::NoModifier);
+        const int curve = chart->LegendCurve(0);
+        const bool limits = db.Curve_LimitLinesOn(curve);
+        QTest::mouseClick(chart, Qt::LeftButton, Qt::NoModifier, chart->legend->item(0)->outerRect().center());
+        QCOMPARE(db.Curve_LimitLinesOn(curve), !limits);
     } else {
         QAction* a = f.findChild<QAction*>(command);
         QVERIFY(a);
@@ -400,6 +412,11 @@ void TstMain::loaderAnswers() {
     chk->click();
     QVERIFY(!db.isBigDataOn());
     QVERIFY(!chk->isChecked());
+    // The switch stays at hand on the table; the configuration page has none.
+    f.GUI_ViewTable();
+    QVERIFY(bigData->isVisible());
+    f.GUI_ViewCfg();
+    QVERIFY(!bigData->isVisible());
 }
 
 void TstMain::previewerStarted() {

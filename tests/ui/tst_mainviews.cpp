@@ -389,6 +389,7 @@ void TstMainViews::cfgUndo() {
 void TstMainViews::elementClicks_data() {
     QTest::addColumn<QString>("element");
     QTest::addColumn<int>("modifier");
+    QTest::addColumn<int>("button");
     QTest::addColumn<int>("tab");
     const std::pair<const char*, Qt::KeyboardModifier> mods[] = {
         {"shift", Qt::ShiftModifier}, {"alt", Qt::AltModifier}, {"ctrl", Qt::ControlModifier}};
@@ -397,7 +398,9 @@ void TstMainViews::elementClicks_data() {
     };
     for (const auto& [m, mod] : mods)
         for (const auto& [e, tab] : elements)
-            QTest::addRow("%s %s", m, e) << QString::fromLatin1(e) << int(mod) << tab;
+            QTest::addRow("%s %s", m, e) << QString::fromLatin1(e) << int(mod) << int(Qt::LeftButton) << tab;
+    // The other button on a legend entry needs no key.
+    QTest::newRow("right button legend") << u"legend"_s << 0 << int(Qt::RightButton) << 1;
 }
 
 // Where on the chart an element is.
@@ -418,6 +421,7 @@ static QPoint ElementPos(TZebChart& chart, const QString& element) {
 void TstMainViews::elementClicks() {
     QFETCH(QString, element);
     QFETCH(int, modifier);
+    QFETCH(int, button);
     QFETCH(int, tab);
     auto f = Open();
     QVERIFY(f);
@@ -437,7 +441,7 @@ void TstMainViews::elementClicks() {
     QVERIFY2(!at.isNull(), "element not found on the chart");
     const int legendCurve = chart.LegendCurve(0);
     const bool wasActive = db.Curve_IsActive(legendCurve);
-    QTest::mouseClick(&chart, Qt::LeftButton, Qt::KeyboardModifiers(modifier), at);
+    QTest::mouseClick(&chart, Qt::MouseButton(button), Qt::KeyboardModifiers(modifier), at);
 
     VerifyPage(*f, TForm1::pgCfg);
     QCOMPARE(f->CfgPage()->currentIndex(), tab);

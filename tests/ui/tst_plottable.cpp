@@ -19,6 +19,7 @@ struct TCurveShape {
     std::vector<qint64> Spikes; // single samples far off the curve
     std::vector<qint64> Gaps;   // gap markers; the sample after each starts anew
     double GapSeconds = 0.0;    // time that passes across each gap
+    std::vector<std::pair<qint64, double>> Odd; // NaN and infinite values, by sample
 };
 
 // A noisy wave sampled once a second, with the given spikes and gaps.
@@ -37,6 +38,8 @@ std::unique_ptr<TCurveData> MakeCurve(const TCurveShape& shape, unsigned seed = 
         } else {
             double v = 20.0 + 5.0 * std::sin(double(i) / 5000.0) + noise(rng);
             if (std::binary_search(shape.Spikes.begin(), shape.Spikes.end(), i)) v += (i % 2 ? -60.0 : 60.0);
+            for (const auto& [at, odd] : shape.Odd)
+                if (at == i) v = odd;
             d->Append(t, v, gapOpen ? TPointKind::GapEnd : TPointKind::Value);
             gapOpen = false;
         }
@@ -111,6 +114,8 @@ private Q_SLOTS:
     void gapBreaksAtEveryZoom_data();
     void gapBreaksAtEveryZoom();
     void loneValueIsDrawn();
+    void nonFiniteValues_data();
+    void nonFiniteValues();
     void costFollowsPixels();
     void valueRangeSkipsGapMarkers();
     void selectTestFindsTheLine();
@@ -138,6 +143,10 @@ void TstPlottable::pyramidMatchesScan() {
     shape.Gaps.erase(std::unique(shape.Gaps.begin(), shape.Gaps.end()), shape.Gaps.end());
     for (qint64 i = 0; i < count; i += 997)
         shape.Spikes.push_back(i);
+    constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+    constexpr double kInf = std::numeric_limits<double>::infinity();
+    for (qint64 i = 5; i < count; i += 1511)
+        shape.Odd.emplace_back(i, i % 3 == 0 ? kNaN : i % 3 == 1 ? kInf : -kInf);
     const auto d = MakeCurve(shape);
     const TMinMaxPyramid p(*d);
 
@@ -151,11 +160,17 @@ void TstPlottable::pyramidMatchesScan() {
         double lo = 0, hi = 0;
         const bool found = p.MinMax(a, b, lo, hi);
         double elo = std::numeric_limits<double>::infinity(), ehi = -elo;
+        qint64 nonFinite = b;
         for (qint64 i = a; i < b; ++i) {
+            if (!std::isfinite(values[size_t(i)])) {
+                nonFinite = std::min(nonFinite, i);
+                continue;
+            }
             if (gap[size_t(i)]) continue;
             elo = std::min(elo, values[size_t(i)]);
             ehi = std::max(ehi, values[size_t(i)]);
         }
+        QCOMPARE(p.NextNonFinite(a, b), nonFinite);
         QCOMPARE(found, elo <= ehi);
         if (found) {
             QCOMPARE(lo, elo);
@@ -193,6 +208,8 @@ void TstPlottable::aggregationDrawsEverySegment_data() {
     QTest::newRow("inside one sample step") << 0.200001 << 0.200004 << 0.0 << 40.0 << 1 << true;
     QTest::newRow("inside a gap") << 0.30 << 0.30 + 200.0 / 2e5 << 0.0 << 40.0 << 1 << false;
     QTest::newRow("across a gap") << 0.29 << 0.31 << 0.0 << 40.0 << 1 << true;
+    QTest::newRow("across NaN values") << 0.199 << 0.201 << 0.0 << 40.0 << 1 << true;
+    QTest::newRow("an infinite value") << 0.255 << 0.265 << 0.0 << 40.0 << 1 << true;
     QTest::newRow("spikes leave the plot") << 0.0 << 1.0 << 17.0 << 23.0 << 1 << true;
     QTest::newRow("beyond the last sample") << 0.999 << 1.2 << 0.0 << 40.0 << 1 << true;
     QTest::newRow("after the last sample") << 1.1 << 1.2 << 0.0 << 40.0 << 1 << false;
@@ -218,6 +235,14 @@ void TstPlottable::aggregationDrawsEverySegment() {
         shape.Gaps.push_back(60003); // two gap markers in a row
         shape.Gaps.push_back(60004);
         std::sort(shape.Gaps.begin(), shape.Gaps.end());
+        // NaN values break the line, infinite ones reach the plot's edge.
+        for (qint64 i = 41000; i < shape.Count; i += 29989)
+            shape.Odd.emplace_back(i, std::numeric_limits<double>::quiet_NaN());
+        shape.Odd.emplace_back(40001, std::numeric_limits<double>::quiet_NaN());
+        shape.Odd.emplace_back(40002, std::numeric_limits<double>::quiet_NaN());
+        for (qint64 i = 52000; i < shape.Count; i += 37003)
+            shape.Odd.emplace_back(i, i % 2 ? -std::numeric_limits<double>::infinity()
+                                            : std::numeric_limits<double>::infinity());
         return MakeCurve(shape);
     }();
     static const auto pyramid = std::make_shared<const TMinMaxPyramid>(*d);
@@ -331,6 +356,63 @@ void TstPlottable::loneValueIsDrawn() {
     // Nothing joins it to its neighbours.
     QVERIFY(!r.ColumnHasCurve(int(r.X(kT0 + 30))));
     QVERIFY(!r.ColumnHasCurve(int(r.X(kT0 + 80))));
+}
+
+void TstPlottable::nonFiniteValues_data() {
+    QTest::addColumn<bool>("reduce");
+    QTest::addColumn<double>("from");
+    QTest::addColumn<double>("to");
+    for (bool reduce : {false, true}) {
+        const char* mode = reduce ? "reduced" : "every segment";
+        QTest::addRow("%s, whole", mode) << reduce << 0.0 << 1.0;
+        QTest::addRow("%s, tight", mode) << reduce << 0.4998 << 0.5002;
+    }
+}
+
+// A NaN value leaves a hole in the line, never a stroke to the bottom; an infinite value is a
+// stroke to the plot's edge.
+void TstPlottable::nonFiniteValues() {
+    QFETCH(bool, reduce);
+    QFETCH(double, from);
+    QFETCH(double, to);
+    static const auto d = [] {
+        auto c = std::make_unique<TCurveData>();
+        for (int i = 0; i < 200000; ++i) {
+            double v = 20.0;
+            if (i >= 99990 && i < 100010) v = std::numeric_limits<double>::quiet_NaN();
+            if (i == 30000) v = std::numeric_limits<double>::infinity();
+            if (i == 160000) v = -std::numeric_limits<double>::infinity();
+            c->Append(kT0 + i, v);
+        }
+        return c;
+    }();
+    static const auto pyramid = std::make_shared<const TMinMaxPyramid>(*d);
+    const double span = d->LastTime() - d->FirstTime();
+    const QCPRange keys(d->FirstTime() + from * span, d->FirstTime() + to * span), values(0.0, 40.0);
+    const TRender r = Render(*d, pyramid, reduce, keys, values);
+    const int line = int(std::round(r.Y(20.0)));
+    // Near the edges, clear of the axes' tick marks.
+    const int bottom = r.Plot.bottom() - 8, top = r.Plot.top() + 8;
+    auto curveAt = [&](int x, int y) { return IsCurve(r.Image.pixel(x, y)); };
+    for (int x = r.Plot.left(); x < r.Plot.right(); ++x)
+        QVERIFY2(!curveAt(x, bottom) || std::abs(r.X(d->Time(160000)) - x) < 2,
+                 qPrintable(QStringLiteral("a stroke to the bottom at x %1").arg(x)));
+    if (from > 0.0) {
+        // Twenty NaN values are a hole of twenty seconds in the line.
+        const int a = int(std::ceil(r.X(d->Time(99989)))) + 1, b = int(std::floor(r.X(d->Time(100010)))) - 1;
+        QVERIFY(b - a > 50);
+        for (int x = a; x <= b; ++x)
+            QVERIFY2(!r.ColumnHasCurve(x), qPrintable(QStringLiteral("line across NaN at x %1").arg(x)));
+        QVERIFY(curveAt(a - 3, line));
+        QVERIFY(curveAt(b + 3, line));
+    } else {
+        // Plus infinity reaches the top edge, minus infinity the bottom one.
+        const int up = int(r.X(d->Time(30000))), down = int(r.X(d->Time(160000)));
+        QVERIFY(curveAt(up, top) || curveAt(up + 1, top));
+        QVERIFY(curveAt(down, bottom) || curveAt(down + 1, bottom));
+    }
+    // Drawn reduced or not, the picture is the same.
+    QCOMPARE(Differences(r.Image, Render(*d, pyramid, !reduce, keys, values).Image), 0);
 }
 
 void TstPlottable::costFollowsPixels() {

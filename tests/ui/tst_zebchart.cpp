@@ -9,8 +9,11 @@
 #include "ZebChart.h"
 #include "ZoomAndScroll.h"
 
+#include <QApplication>
+#include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
+#include <QWheelEvent>
 
 using namespace Qt::StringLiterals;
 
@@ -178,6 +181,83 @@ private Q_SLOTS:
         QTest::mouseClick(&chart, Qt::LeftButton, Qt::NoModifier, LegendEntry(chart, 0));
         QVERIFY(db.Curve_LimitLinesOn(0));
         QCOMPARE(chart.LimitLineItems().size(), size_t(3));
+    }
+
+    // "Limits" switches all curves; a legend click still switches its own curve afterwards.
+    void legendClickAfterAllLimitsOff() {
+        TDataBase db;
+        FillTwo(db);
+        TZebChart chart(&db);
+        chart.resize(900, 500);
+        chart.show();
+        db.Curve_SetAllLimitLines(false);
+        chart.Rebuild();
+        QCOMPARE(chart.LimitLineItems().size(), size_t(0));
+        QTest::mouseClick(&chart, Qt::LeftButton, Qt::NoModifier, LegendEntry(chart, 0));
+        QVERIFY(db.Curve_LimitLinesOn(0));
+        QVERIFY(!db.Curve_LimitLinesOn(1));
+        QCOMPARE(chart.LimitLineItems().size(), size_t(2)); // both lines of curve 0
+        db.Curve_SetAllLimitLines(true);
+        chart.Rebuild();
+        QCOMPARE(chart.LimitLineItems().size(), size_t(3));
+    }
+
+    // The other button on a legend entry: the series on or off, and the curves tab.
+    void rightClickOnLegendEntry() {
+        TDataBase db;
+        FillTwo(db);
+        TZebChart chart(&db);
+        chart.resize(900, 500);
+        chart.show();
+        chart.replot();
+        QSignalSpy element(&chart, &TZebChart::elementClicked);
+        QTest::mouseClick(&chart, Qt::RightButton, Qt::NoModifier, LegendEntry(chart, 1));
+        QVERIFY(!db.Curve_IsActive(1));
+        QVERIFY(db.Curve_LimitLinesOn(1));
+        QCOMPARE(element.count(), 1);
+        QCOMPARE(element.at(0).at(0).toInt(), 1);
+        QVERIFY(!chart.IsUndoPossible());
+    }
+
+    // Forty curves: the legend shows what fits and scrolls through the rest, by its bar and by
+    // the wheel, and a click still hits the curve of the entry under the mouse.
+    void legendScrollsThroughManyCurves() {
+        TDataBase db;
+        TFill f{db};
+        for (int i = 0; i < 40; ++i)
+            f.Curve(u"M%1"_s.arg(i), u"Channel %1"_s.arg(i), u"°C"_s, 1, 20, Ramp);
+        TZebChart chart(&db);
+        chart.resize(900, 500);
+        chart.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&chart));
+        chart.replot();
+        QScrollBar* bar = chart.LegendScrollBar();
+        QVERIFY(bar->isVisible());
+        const int shown = chart.legend->itemCount();
+        QVERIFY(shown > 3 && shown < 40);
+        QCOMPARE(bar->maximum(), 40 - shown);
+        for (int i = 0; i < shown; ++i)
+            QVERIFY(chart.rect().contains(chart.legend->item(i)->outerRect()));
+        QVERIFY(!chart.legend->outerRect().intersects(bar->geometry()));
+
+        bar->setValue(bar->maximum());
+        QCOMPARE(chart.LegendCurve(0), 40 - shown);
+        QCOMPARE(chart.LegendCurve(shown - 1), 39);
+        const QPoint entry = LegendEntry(chart, shown - 1);
+        QTest::mouseClick(&chart, Qt::LeftButton, Qt::NoModifier, entry);
+        QVERIFY(!db.Curve_LimitLinesOn(39));
+        QCOMPARE(chart.LegendCurve(shown - 1), 39); // a rebuild keeps the legend where it was
+
+        QWheelEvent up(QPointF(entry), chart.mapToGlobal(QPointF(entry)), QPoint(), QPoint(0, 120), Qt::NoButton,
+                       Qt::NoModifier, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(&chart, &up);
+        QCOMPARE(chart.LegendCurve(0), 39 - shown);
+
+        // Room for all: no bar.
+        chart.resize(900, 2400);
+        chart.replot();
+        QCOMPARE(chart.legend->itemCount(), 40);
+        QVERIFY(!bar->isVisible());
     }
 
     void modifiedClicksOpenConfiguration_data() {

@@ -119,10 +119,12 @@ private Q_SLOTS:
         QTest::addColumn<bool>("time");
         QTest::addColumn<bool>("values");
         // x: pixels from the plot's left edge, y: from its top; -20 lies outside, 9999 stands
-        // for 20 pixels beyond the right or bottom edge.
+        // for 20 pixels beyond the right or bottom edge, 8888 for the first pixel beyond it.
         QTest::newRow("inside") << QPoint(100, 100) << QPoint(300, 250) << true << true;
         QTest::newRow("across the whole height") << QPoint(100, -20) << QPoint(300, 9999) << true << false;
         QTest::newRow("across the whole width") << QPoint(-20, 100) << QPoint(9999, 250) << false << true;
+        QTest::newRow("to the first pixel below") << QPoint(100, -20) << QPoint(300, 8888) << true << false;
+        QTest::newRow("from the first pixel right") << QPoint(8888, 100) << QPoint(9999, 250) << false << false;
         QTest::newRow("across everything") << QPoint(-20, -20) << QPoint(9999, 9999) << false << false;
         QTest::newRow("beyond the top only") << QPoint(100, -20) << QPoint(300, 250) << true << true;
         QTest::newRow("outside the plot") << QPoint(100, 9999) << QPoint(300, 9999 + 30) << false << false;
@@ -135,9 +137,11 @@ private Q_SLOTS:
         QFETCH(bool, values);
         TChart c;
         auto place = [&](QPoint p) {
-            const int x = p.x() >= 9999 ? c.Plot.right() + 20 + (p.x() - 9999) : c.Plot.left() + p.x();
-            const int y = p.y() >= 9999 ? c.Plot.bottom() + 20 + (p.y() - 9999) : c.Plot.top() + p.y();
-            return QPoint(x, y);
+            auto at = [](int v, int first, int size) {
+                if (v == 8888) return first + size;
+                return v >= 9999 ? first + size - 1 + 20 + (v - 9999) : first + v;
+            };
+            return QPoint(at(p.x(), c.Plot.left(), c.Plot.width()), at(p.y(), c.Plot.top(), c.Plot.height()));
         };
         const QCPRange bottom = c.Range(axBottom), left = c.Range(axLeft), right = c.Range(axRight);
         const int changes = c.Drag(Qt::LeftButton, place(from), place(to));
@@ -174,6 +178,40 @@ private Q_SLOTS:
             c.Drag(Qt::LeftButton, c.Plot.topLeft() + QPoint(50, 50), c.Plot.topLeft() + QPoint(300, 300)),
             0);
         QVERIFY(Same(c.Range(axBottom), now));
+        // A pan with every axis fixed moves nothing, yet it is a pan: it counts as a change
+        // and leaves nothing to undo.
+        c.Chart->SetAxisFixed(-1, false);
+        c.Drag(Qt::LeftButton, c.Plot.topLeft() + QPoint(50, 50), c.Plot.topLeft() + QPoint(300, 300));
+        QVERIFY(c.Chart->IsUndoPossible());
+        c.Chart->SetAxisFixed(-1, true);
+        const QCPRange before = c.Range(axBottom);
+        QCOMPARE(c.Drag(Qt::RightButton, c.Plot.center(), c.Plot.center() + QPoint(60, 40)), 1);
+        QVERIFY(Same(c.Range(axBottom), before));
+        QVERIFY(!c.Chart->IsUndoPossible());
+    }
+
+    // The crosshair is the mouse's: pressing on it with either button neither zooms nor pans.
+    void pressOnACrosshair_data() {
+        QTest::addColumn<int>("button");
+        QTest::newRow("left") << int(Qt::LeftButton);
+        QTest::newRow("right") << int(Qt::RightButton);
+    }
+    void pressOnACrosshair() {
+        QFETCH(int, button);
+        TChart c;
+        c.Chart->CrossHair()->SetCursor(0, 0);
+        c.Chart->replot();
+        const QCPRange bottom = c.Range(axBottom), left = c.Range(axLeft);
+        const int x = int(std::lround(c.Chart->xAxis->coordToPixel(bottom.lower + bottom.size() / 3)));
+        const QPoint on(x, c.Plot.top() + 20);
+        QVERIFY(c.Chart->CrossHair()->IsClicked(on.x(), on.y()));
+        QTest::mousePress(c.Chart.get(), Qt::MouseButton(button), Qt::NoModifier, on);
+        QCOMPARE(c.Zoom->State(), TZoomAndScroll::zsIdle);
+        QTest::mouseMove(c.Chart.get(), on + QPoint(0, 150));
+        QTest::mouseRelease(c.Chart.get(), Qt::MouseButton(button), Qt::NoModifier, on + QPoint(0, 150));
+        QVERIFY(Same(c.Range(axBottom), bottom));
+        QVERIFY(Same(c.Range(axLeft), left));
+        QVERIFY(!c.Chart->IsUndoPossible());
     }
 
     void panFollowsTheMouse() {
