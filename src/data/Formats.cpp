@@ -579,12 +579,28 @@ QString FloatToStr(double value, const TFormatSettings& fs) {
     return out;
 }
 
+// Under the program's settings a number has at most its one decimal separator: no groups of
+// thousands ("1,500" is no number under "." nor is "1.5" under ",").
 std::optional<double> TryStrToFloat(const QString& text, const TFormatSettings& fs) {
-    QString t = text.trimmed();
-    if (t.isEmpty()) return std::nullopt;
-    if (fs.DecimalSeparator != QLatin1Char('.')) t.replace(fs.DecimalSeparator, QLatin1Char('.'));
+    const QString trimmed = text.trimmed();
+    if (trimmed.isEmpty()) return std::nullopt;
+    QString t;
+    t.reserve(trimmed.size());
+    for (const QChar c : trimmed) {
+        if (c == fs.DecimalSeparator)
+            t += QLatin1Char('.');
+        else if (c == QLatin1Char('.') || c == QLatin1Char(',') || c.isSpace())
+            return std::nullopt;
+        else
+            t += c;
+    }
+    static const QLocale strict = [] {
+        QLocale c = QLocale::c();
+        c.setNumberOptions(QLocale::RejectGroupSeparator);
+        return c;
+    }();
     bool ok = false;
-    const double v = QLocale::c().toDouble(t, &ok);
+    const double v = strict.toDouble(t, &ok);
     if (!ok) return std::nullopt;
     return v;
 }

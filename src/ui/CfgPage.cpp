@@ -124,6 +124,29 @@ void SelectPattern(QComboBox* box, const QString& pattern, const QString& shown)
     box->setCurrentIndex(std::max(at, 0));
 }
 
+// What a control showed when it was filled: only a change from that is an edit, so a visit
+// never rewrites a stored value the control cannot show (a font of 120 points, a cursor width
+// index 0 shown as "1").
+const char* const kShownProperty = "zebShown";
+
+QVariant StateOf(const QWidget* w) {
+    if (const auto* e = qobject_cast<const QLineEdit*>(w)) return e->text();
+    if (const auto* c = qobject_cast<const QCheckBox*>(w)) return c->isChecked();
+    if (const auto* n = qobject_cast<const QSpinBox*>(w)) return n->value();
+    if (const auto* b = qobject_cast<const QComboBox*>(w))
+        return QStringList{QString::number(b->currentIndex()), b->currentText()};
+    return {};
+}
+
+void MarkShown(std::initializer_list<QWidget*> controls) {
+    for (QWidget* w : controls)
+        w->setProperty(kShownProperty, StateOf(w));
+}
+
+bool Edited(const QWidget* w) {
+    return StateOf(w) != w->property(kShownProperty);
+}
+
 QString TypedText(const QComboBox* box, const QString& fallback) {
     const QString t = box->currentText().trimmed();
     return t.isEmpty() ? fallback : t;
@@ -489,7 +512,7 @@ QWidget* TCfgPage::BuildGeneralTab() {
         f.ofcFont->setMaximumWidth(320);
         f.osfSize = new QSpinBox(group);
         f.osfSize->setObjectName(QStringLiteral("osfCfgFontSize") + suffix);
-        f.osfSize->setRange(4, 96);
+        f.osfSize->setRange(1, 200);
         f.cbxStyle = ComboBox(QStringLiteral("cbxCfgFontStyle") + suffix, false, group);
         f.lblFont = Label(f.ofcFont, group);
         grid->addWidget(f.lblFont, i + 1, 0);
@@ -872,7 +895,9 @@ void TCfgPage::FillTab(int tab) {
             f.ofcFont->setEditText(fonts[i]->Name.Value);
             f.osfSize->setValue(fonts[i]->Size.Value);
             SelectIndex(f.cbxStyle, fonts[i]->Style.Value);
+            MarkShown({f.ofcFont, f.osfSize, f.cbxStyle});
         }
+        MarkShown({edtCfgTitle, edtCfgFoot, chkCfgShowTime, chkCfgShowName});
         break;
     }
     case tabCurve:
@@ -901,12 +926,15 @@ void TCfgPage::FillTab(int tab) {
             SelectPattern(cbxCfgAxisBottomFormat1, relative ? f : QString(), ShownRelative(f));
             SelectPattern(cbxCfgAxisBottomFormat2, date ? f : QString(), f);
             OnAxisBottomTypeChanged();
+            MarkShown({cbxCfgAxisBottomType, cbxCfgAxisBottomFormat1, cbxCfgAxisBottomFormat2});
         } else {
             SetFloat(a.vedMin, c.Min.Value);
             SetFloat(a.vedMax, c.Max.Value);
             SetFloat(a.vedInc, c.Inc.Value);
             SelectText(a.cbxFormat, c.Format.Value);
+            MarkShown({a.cbxFormat});
         }
+        MarkShown({a.edtName, a.chkAuto});
         break;
     }
     case tabCursor:
@@ -916,7 +944,9 @@ void TCfgPage::FillTab(int tab) {
             SelectText(c.cbxFormatX, m.XFormat.Value);
             SelectText(c.cbxFormatY, m.YFormat.Value);
             SelectIndex(c.cbxAxis, m.Axis.Value);
-            SelectIndex(c.cbxWidth, std::clamp(m.Width.Value, 1, kMaxLineWidth) - 1);
+            // The cursor keeps a width index: 0 is shown "1" and draws a 2-pixel pen.
+            SelectIndex(c.cbxWidth, m.Width.Value);
+            MarkShown({c.cbxFormatX, c.cbxFormatY, c.cbxAxis, c.cbxWidth});
         }
         break;
     default:
@@ -928,16 +958,19 @@ TValidateEdit* TCfgPage::WriteTab(int tab, bool strict) {
     TMseSettings& s = FDb->Settings();
     switch (tab) {
     case tabGeneral: {
-        s.Title.Set(edtCfgTitle->text());
-        s.ShowName.Set(chkCfgShowName->isChecked());
-        s.Foot.Set(edtCfgFoot->text());
-        s.ShowTime.Set(chkCfgShowTime->isChecked());
+        if (Edited(edtCfgTitle)) s.Title.Set(edtCfgTitle->text());
+        if (Edited(chkCfgShowName)) s.ShowName.Set(chkCfgShowName->isChecked());
+        if (Edited(edtCfgFoot)) s.Foot.Set(edtCfgFoot->text());
+        if (Edited(chkCfgShowTime)) s.ShowTime.Set(chkCfgShowTime->isChecked());
+        MarkShown({edtCfgTitle, edtCfgFoot, chkCfgShowTime, chkCfgShowName});
         TMseFont* fonts[] = {&s.FontTitle, &s.FontLegend, &s.FontAxes, &s.FontText};
         for (size_t i = 0; i < FFonts.size(); ++i) {
             const TFontControls& f = FFonts[i];
-            fonts[i]->Name.Set(TypedText(f.ofcFont, fonts[i]->Name.Value));
-            fonts[i]->Size.Set(f.osfSize->value());
-            if (f.cbxStyle->currentIndex() >= 0) fonts[i]->Style.Set(f.cbxStyle->currentIndex());
+            if (Edited(f.ofcFont)) fonts[i]->Name.Set(TypedText(f.ofcFont, fonts[i]->Name.Value));
+            if (Edited(f.osfSize)) fonts[i]->Size.Set(f.osfSize->value());
+            if (Edited(f.cbxStyle) && f.cbxStyle->currentIndex() >= 0)
+                fonts[i]->Style.Set(f.cbxStyle->currentIndex());
+            MarkShown({f.ofcFont, f.osfSize, f.cbxStyle});
         }
         break;
     }
@@ -954,8 +987,9 @@ TValidateEdit* TCfgPage::WriteTab(int tab, bool strict) {
             if (!e->IsValid() && !bad) bad = e;
         if (bad && strict) return bad;
         TMseAxis& c = FDb->Cfg_Axis_Get(axis);
-        c.Name.Set(a.edtName->text());
-        c.Auto.Set(a.chkAuto->isChecked());
+        if (Edited(a.edtName)) c.Name.Set(a.edtName->text());
+        if (Edited(a.chkAuto)) c.Auto.Set(a.chkAuto->isChecked());
+        MarkShown({a.edtName, a.chkAuto});
         const double offset = axis == axBottom ? FOrigin : 0.0;
         double v = 0.0;
         if (TakeFloat(a.vedMin, v, offset)) c.Min.Set(v);
@@ -963,12 +997,17 @@ TValidateEdit* TCfgPage::WriteTab(int tab, bool strict) {
         if (TakeFloat(a.vedInc, v, 0.0)) c.Inc.Set(v);
         if (axis == axBottom) {
             const int type = cbxCfgAxisBottomType->currentIndex();
-            if (type >= 0) c.XType.Set(type);
+            const bool typeEdited = Edited(cbxCfgAxisBottomType);
+            if (typeEdited && type >= 0) c.XType.Set(type);
             // Each type reads its own list; the seconds axis has no pattern to keep.
-            if (type == 1) c.Format.Set(cbxCfgAxisBottomFormat1->currentData().toString());
-            if (type == 2) c.Format.Set(cbxCfgAxisBottomFormat2->currentData().toString());
+            if (type == 1 && (typeEdited || Edited(cbxCfgAxisBottomFormat1)))
+                c.Format.Set(cbxCfgAxisBottomFormat1->currentData().toString());
+            if (type == 2 && (typeEdited || Edited(cbxCfgAxisBottomFormat2)))
+                c.Format.Set(cbxCfgAxisBottomFormat2->currentData().toString());
+            MarkShown({cbxCfgAxisBottomType, cbxCfgAxisBottomFormat1, cbxCfgAxisBottomFormat2});
         } else {
-            c.Format.Set(TypedText(a.cbxFormat, c.Format.Value));
+            if (Edited(a.cbxFormat)) c.Format.Set(TypedText(a.cbxFormat, c.Format.Value));
+            MarkShown({a.cbxFormat});
         }
         // What is written now is what the edits stand for.
         for (TValidateEdit* e : {a.vedMin, a.vedMax, a.vedInc})
@@ -979,10 +1018,11 @@ TValidateEdit* TCfgPage::WriteTab(int tab, bool strict) {
         for (int k = 0; k < 2; ++k) {
             TMseCursor& m = FDb->Cfg_Cursor_Get(k);
             const TCursorControls& c = FCursors[size_t(k)];
-            m.XFormat.Set(TypedText(c.cbxFormatX, m.XFormat.Value));
-            m.YFormat.Set(TypedText(c.cbxFormatY, m.YFormat.Value));
-            if (c.cbxAxis->currentIndex() >= 0) m.Axis.Set(c.cbxAxis->currentIndex());
-            m.Width.Set(c.cbxWidth->currentIndex() + 1);
+            if (Edited(c.cbxFormatX)) m.XFormat.Set(TypedText(c.cbxFormatX, m.XFormat.Value));
+            if (Edited(c.cbxFormatY)) m.YFormat.Set(TypedText(c.cbxFormatY, m.YFormat.Value));
+            if (Edited(c.cbxAxis) && c.cbxAxis->currentIndex() >= 0) m.Axis.Set(c.cbxAxis->currentIndex());
+            if (Edited(c.cbxWidth) && c.cbxWidth->currentIndex() >= 0) m.Width.Set(c.cbxWidth->currentIndex());
+            MarkShown({c.cbxFormatX, c.cbxFormatY, c.cbxAxis, c.cbxWidth});
         }
         break;
     default:

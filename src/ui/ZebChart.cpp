@@ -502,14 +502,14 @@ void TZebChart::Rebuild() {
     }
 
     FOrigin = ChartText::Origin(*FDb);
-    ApplyAxes();
+    ApplyAxes(withData);
     ApplyTexts();
     BuildLayout();
     FCrossHair->Rebind();
     replot();
 }
 
-void TZebChart::ApplyAxes() {
+void TZebChart::ApplyAxes(bool withData) {
     const TViewState& v = FDb->View();
     const QFont font = FontOf(v.General.FontAxes);
     const bool left = FDb->IsUsedAxis(axLeft), right = FDb->IsUsedAxis(axRight);
@@ -537,6 +537,15 @@ void TZebChart::ApplyAxes() {
         if (!FZoom->IsAuto(kZoomAxis[a])) ax->setRange(s.Min, s.Max);
     }
     FZoom->ApplyAuto();
+    // An automatic axis keeps the range it shows in the store: the configuration page shows it,
+    // and switching "Automatic" off starts from there.
+    if (withData)
+        for (int a = 0; a < 3; ++a) {
+            if (!FZoom->IsAuto(kZoomAxis[a])) continue;
+            TAxisState& s = FDb->View().Axes[a];
+            s.Min = ChartAxis(a)->range().lower;
+            s.Max = ChartAxis(a)->range().upper;
+        }
 }
 
 void TZebChart::ApplyTexts() {

@@ -120,7 +120,7 @@ private:
     void OnRepaintRequested(bool withData);
     void OnRangesChanged();
     void BuildLayout();
-    void ApplyAxes();
+    void ApplyAxes(bool withData);
     void ApplyTexts();
     std::shared_ptr<const TMinMaxPyramid> Pyramid(int curve);
     bool ElementClick(const QPoint& pos, Qt::KeyboardModifiers modifiers);

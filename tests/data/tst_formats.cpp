@@ -210,7 +210,7 @@ private Q_SLOTS:
         TFormatSettings comma = TFormatSettings::International();
         comma.DecimalSeparator = QLatin1Char(',');
         QCOMPARE(StrToFloatDef(QStringLiteral(" 0,06 "), 1, comma), 0.06);
-        QCOMPARE(StrToFloatDef(QStringLiteral("0.06"), 1, comma), 0.06);
+        QCOMPARE(StrToFloatDef(QStringLiteral("0.06"), 1, comma), 1.0);
         QCOMPARE(StrToFloatDef(QStringLiteral("abc"), 7.5, comma), 7.5);
         QCOMPARE(StrToFloatDef(QString(), 7.5, comma), 7.5);
         QCOMPARE(StrToFloatDef(QStringLiteral("1.2.3"), 7.5, comma), 7.5);

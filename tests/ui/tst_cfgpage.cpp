@@ -143,6 +143,7 @@ private Q_SLOTS:
     void serialColumn_data();
     void serialColumn();
     void generalAndCursorWrittenBack();
+    void visitKeepsStoredValues();
     void timeAxisInSecondsFromStart();
     void timeAxisFormatPerType_data();
     void timeAxisFormatPerType();
@@ -188,7 +189,7 @@ void TstCfgPage::enterShowsWhatChartShows() {
     QCOMPARE(C<TValidateEdit>("vedCfgAxisLeftMax")->text(), QStringLiteral("99"));
     QCOMPARE(C<QLineEdit>("edtCfgTitle")->text(), QStringLiteral("Hall 3"));
     QCOMPARE(C<QComboBox>("cbxCfgCursor2Axis")->currentIndex(), 1);
-    QCOMPARE(C<QComboBox>("cbxCfgCursor2Width")->currentText(), QStringLiteral("4"));
+    QCOMPARE(C<QComboBox>("cbxCfgCursor2Width")->currentText(), QStringLiteral("5")); // index 4
     const QModelIndex width = Table()->model()->index(1, TCfgPage::colWidth);
     QCOMPARE(width.data().toString(), QStringLiteral("3"));
     // Entering took the chart's view into the template.
@@ -439,8 +440,28 @@ void TstCfgPage::generalAndCursorWrittenBack() {
     Retype(C<QComboBox>("cbxCfgCursor2FormatY"), QStringLiteral("0.0000"));
     QVERIFY(FPage->Leave());
     QCOMPARE(FDb->Cursor_Get(0).Axis, 1);
-    QCOMPARE(FDb->Cursor_Get(0).Width, 5);
+    QCOMPARE(FDb->Cursor_Get(0).Width, 4);
     QCOMPARE(FDb->Cursor_Get(1).YFormat, QStringLiteral("0.0000"));
+}
+
+// Only an edit changes a value: passing through every tab leaves what the controls cannot
+// show as it was.
+void TstCfgPage::visitKeepsStoredValues() {
+    Open();
+    FDb->Cursor_Get(0).Width = 0;
+    FDb->General_Get().FontTitle.Size = 120;
+    FDb->Axis_Get(axLeft).Format = QStringLiteral("0.00 'bar'");
+    FPage->Enter(TCfgPage::tabGeneral);
+    QCOMPARE(C<QComboBox>("cbxCfgCursor1Width")->currentText(), QStringLiteral("1"));
+    for (int t = 0; t < FPage->count(); ++t)
+        ClickTab(t);
+    ClickTab(TCfgPage::tabGeneral);
+    QVERIFY(FPage->Leave());
+    const TMseSettings& s = FDb->Settings();
+    QCOMPARE(s.Cursor1.Width.Value, 0);
+    QCOMPARE(s.FontTitle.Size.Value, 120);
+    QCOMPARE(s.AxisLeft.Format.Value, QStringLiteral("0.00 'bar'"));
+    QCOMPARE(FDb->Cursor_Get(0).Width, 0);
 }
 
 void TstCfgPage::timeAxisInSecondsFromStart() {

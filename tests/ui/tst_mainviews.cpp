@@ -117,6 +117,7 @@ private Q_SLOTS:
     void invalidEntryHoldsThePage_data();
     void invalidEntryHoldsThePage();
     void leavingCfgAppliesIt();
+    void automaticAxesShowTheirRange();
     void saveFromCfgPage();
     void cfgUndo();
     void elementClicks_data();
@@ -341,6 +342,35 @@ void TstMainViews::leavingCfgAppliesIt() {
     f->GUI_ViewCfg();
     QCOMPARE(page->currentIndex(), int(TCfgPage::tabAxisLeft));
     QCOMPARE(Child<TValidateEdit>(*page, u"vedCfgAxisLeftMin"_s)->AsFloat().value_or(0.0), -7.0);
+}
+
+// An automatic axis shows on the page the range the chart shows; switched off, it stays there.
+void TstMainViews::automaticAxesShowTheirRange() {
+    auto f = Open();
+    QVERIFY(f);
+    TZebChart& chart = *f->Chart();
+    const QCPRange left = chart.ChartAxis(axLeft)->range(), bottom = chart.ChartAxis(axBottom)->range();
+    QVERIFY(f->DataBase()->Axis_Get(axLeft).Auto);
+    f->GUI_ViewCfg();
+    TCfgPage* page = f->CfgPage();
+    auto value = [&](const QString& name) {
+        return Child<TValidateEdit>(*page, name)->AsFloat().value_or(-1e300);
+    };
+    auto near = [](double a, double b, double span) { return std::abs(a - b) <= span * 1e-9; };
+    QVERIFY(near(value(u"vedCfgAxisLeftMin"_s), left.lower, left.size()));
+    QVERIFY(near(value(u"vedCfgAxisLeftMax"_s), left.upper, left.size()));
+    // The time axis counts seconds from the first measurement, to the millisecond.
+    double first = 0.0, last = 0.0;
+    f->DataBase()->GetXMinXMax(first, last, false);
+    QVERIFY(std::abs(value(u"vedCfgAxisBottomMin"_s) - (bottom.lower - first)) < 1e-3);
+    QVERIFY(std::abs(value(u"vedCfgAxisBottomMax"_s) - (bottom.upper - first)) < 1e-3);
+
+    page->setCurrentIndex(TCfgPage::tabAxisLeft);
+    Child<QCheckBox>(*page, u"chkCfgAxisLeftAuto"_s)->setChecked(false);
+    f->GUI_ViewGraph();
+    QVERIFY(!f->DataBase()->Axis_Get(axLeft).Auto);
+    QVERIFY(near(chart.ChartAxis(axLeft)->range().lower, left.lower, left.size()));
+    QVERIFY(near(chart.ChartAxis(axLeft)->range().upper, left.upper, left.size()));
 }
 
 void TstMainViews::saveFromCfgPage() {

@@ -49,6 +49,12 @@ void TstValidateEdit::verdict_data() {
     QTest::newRow("float exponent") << int(vmFloat) << dot << "1E3" << true;
     QTest::newRow("float comma under comma") << int(vmFloat) << comma << "12,5" << true;
     QTest::newRow("float comma under dot") << int(vmFloat) << dot << "12,5" << false;
+    // No groups of thousands, and only the program's decimal separator.
+    QTest::newRow("float group under dot") << int(vmFloat) << dot << "1,500" << false;
+    QTest::newRow("float group and point") << int(vmFloat) << dot << "1,234.5" << false;
+    QTest::newRow("float point under comma") << int(vmFloat) << comma << "1.5" << false;
+    QTest::newRow("float group under comma") << int(vmFloat) << comma << "1.234,5" << false;
+    QTest::newRow("float blank inside") << int(vmFloat) << dot << "1 500" << false;
     QTest::newRow("float empty") << int(vmFloat) << dot << "" << false;
     QTest::newRow("float letters") << int(vmFloat) << dot << "12a" << false;
     QTest::newRow("float infinity") << int(vmFloat) << dot << "inf" << false;
