@@ -1,0 +1,130 @@
+// Many loads in one process: opened and cancelled again and again, a close asked for while a
+// load runs, and the window destroyed in the middle of one. Run under the sanitizers this
+// finds leaks, use after free and loader threads that outlive their window.
+
+#include "DataBase.h"
+#include "FileThread.h"
+#include "Main.h"
+#include "Texts.h"
+#include "ZebDlg.h"
+#include "ZebReg.h"
+
+#include <QDialog>
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <memory>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// Threads of this process, from the system's own list; Qt's idle pool workers, which wait
+// half a minute before they go, are not ours.
+int ThreadCount() {
+    int n = 0;
+    for (const QString& task : QDir(u"/proc/self/task"_s).entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        QFile comm(u"/proc/self/task/"_s + task + u"/comm"_s);
+        if (comm.open(QIODevice::ReadOnly) && !comm.readAll().startsWith("Thread (pooled)")) ++n;
+    }
+    return n;
+}
+
+// A load under way: its first block has been reported.
+bool WaitForProgress(TForm1& f) {
+    return QTest::qWaitFor([&] { return f.StatusText().contains(zeb::Txt(zeb::TTextId::StatusBlock)); }, 60000);
+}
+
+} // namespace
+
+class TstSoak : public QObject {
+    Q_OBJECT
+
+    QTemporaryDir FTmp;
+    QString FBig, FSmall;
+    int FBaseThreads = 0;
+
+private Q_SLOTS:
+    void initTestCase() {
+        QVERIFY(FTmp.isValid());
+        qputenv("ZEB_SETTINGS_FILE", FTmp.filePath(u"settings.ini"_s).toLocal8Bit());
+        SetZebProgramDir(FTmp.path());
+        zeb::SwitchTexts(zeb::LangEnglish);
+        zeb::TZebDlg::SetNativeDialogs(false);
+        zeb::TZebDlg::SetDialogHook([](QDialog* dlg) { dlg->reject(); });
+        FBig = FTmp.filePath(u"big.zeb"_s);
+        FSmall = FTmp.filePath(u"small.zeb"_s);
+        for (const QStringList& args : {QStringList{u"--channels"_s, u"4"_s, u"--values"_s, u"2000000"_s, FBig},
+                                        QStringList{u"--channels"_s, u"2"_s, u"--records"_s, u"500"_s, FSmall}}) {
+            QProcess p;
+            p.start(QStringLiteral(ZEBTOOL), QStringList{u"gen"_s, u"--quiet"_s} + args);
+            QVERIFY(p.waitForFinished(120000));
+            QCOMPARE(p.exitCode(), 0);
+        }
+        // Qt starts some helper threads of its own on first use: one whole load before counting.
+        {
+            TForm1 f;
+            QSignalSpy done(&f, &TForm1::loadFinished);
+            QVERIFY(f.OpenFile(FSmall));
+            QVERIFY(done.wait(60000));
+        }
+        QCoreApplication::processEvents();
+        FBaseThreads = ThreadCount();
+    }
+
+    void openAndCancelManyTimes() {
+        TForm1 f;
+        f.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&f));
+        for (int round = 0; round < 20; ++round) {
+            QSignalSpy done(&f, &TForm1::loadFinished);
+            QVERIFY(f.OpenFile(FBig));
+            QVERIFY(WaitForProgress(f));
+            f.GUI_FileCancel();
+            QVERIFY(done.wait(60000));
+            const int result = done.first().first().toInt();
+            // A fast machine may have read the whole file before the cancel arrived.
+            QVERIFY2(result == TFileThread::kResultCancelled || result == TFileThread::kResultOk,
+                     qPrintable(QString::number(result)));
+            QVERIFY(!f.IsLoading());
+        }
+        // The last load in full: the window still works after all of it.
+        QSignalSpy done(&f, &TForm1::loadFinished);
+        QVERIFY(f.OpenFile(FSmall));
+        QVERIFY(done.wait(60000));
+        QCOMPARE(done.first().first().toInt(), int(TFileThread::kResultOk));
+        QCOMPARE(f.DataBase()->Curve_Count(), 2);
+    }
+
+    void closeDuringLoad() {
+        TForm1 f;
+        f.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&f));
+        QSignalSpy done(&f, &TForm1::loadFinished);
+        QVERIFY(f.OpenFile(FBig));
+        QVERIFY(WaitForProgress(f));
+        QVERIFY(!f.close()); // only the load stops
+        QVERIFY(done.wait(60000));
+        QVERIFY(f.isVisible());
+        QVERIFY(f.close());
+    }
+
+    // Destroyed while its loader reads: the loader stops and goes with the window.
+    void destroyDuringLoad() {
+        for (int round = 0; round < 5; ++round) {
+            auto f = std::make_unique<TForm1>();
+            f->show();
+            QVERIFY(f->OpenFile(FBig));
+            QVERIFY(WaitForProgress(*f));
+            f.reset();
+        }
+        QTRY_COMPARE_WITH_TIMEOUT(ThreadCount(), FBaseThreads, 10000);
+    }
+};
+
+QTEST_MAIN(TstSoak)
+#include "tst_soak.moc"
