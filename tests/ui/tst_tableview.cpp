@@ -119,6 +119,30 @@ private Q_SLOTS:
         QCOMPARE(Cell(*FView, 7, 2), QStringLiteral("-6"));
     }
 
+    // Values no number format can show have texts of their own, and are never an alarm.
+    void nonFiniteValues() {
+        FView.reset();
+        FDb = std::make_unique<TDataBase>();
+        TStoreReceiver r(*FDb);
+        r.AddCurve(QStringLiteral("M1"));
+        const double inf = std::numeric_limits<double>::infinity();
+        const std::vector<double> t{0, 1, 2, 3}, v{1.5, std::numeric_limits<double>::quiet_NaN(), inf, -inf};
+        r.AddPoints(0, t, v, std::vector<TPointKind>(4, TPointKind::Value));
+        r.SetLimits(0, 4, 1, 0.0, 10.0); // alarm below 0 or above 10
+        FDb->Curve_FormatSet(0, QStringLiteral("0.0"));
+        FDb->Table_SetFirstRow(0);
+        FView = std::make_unique<TTableView>(FDb.get());
+        FView->resize(400, 300);
+        FView->show();
+        QVERIFY(QTest::qWaitForWindowExposed(FView.get()));
+        FView->Enter();
+        QCOMPARE(Cell(*FView, 1, 1), QStringLiteral("1.5"));
+        QCOMPARE(Cell(*FView, 2, 1), QStringLiteral("NAN"));
+        QCOMPARE(Cell(*FView, 3, 1), QStringLiteral("INF"));
+        QCOMPARE(Cell(*FView, 4, 1), QStringLiteral("-INF"));
+        QVERIFY(!Red(*FView, 2, 1));
+    }
+
     void alarmColoursFollowTheLimitSwitch() {
         Make(100);
         FView->GUI_TableGotoTime(45);
