@@ -928,8 +928,17 @@ void TCfgPage::FillTab(int tab) {
             OnAxisBottomTypeChanged();
             MarkShown({cbxCfgAxisBottomType, cbxCfgAxisBottomFormat1, cbxCfgAxisBottomFormat2});
         } else {
-            SetFloat(a.vedMin, c.Min.Value);
-            SetFloat(a.vedMax, c.Max.Value);
+            // An automatic range is shown to a sensible number of digits; the exact value stays
+            // in the store as long as the field is not edited.
+            double min = c.Min.Value, max = c.Max.Value;
+            const double span = max - min;
+            if (c.Auto.Value && span > 0 && std::isfinite(span)) {
+                const double step = std::pow(10.0, std::floor(std::log10(span)) - 5);
+                min = std::round(min / step) * step;
+                max = std::round(max / step) * step;
+            }
+            SetFloat(a.vedMin, min);
+            SetFloat(a.vedMax, max);
             SetFloat(a.vedInc, c.Inc.Value);
             SelectText(a.cbxFormat, c.Format.Value);
             MarkShown({a.cbxFormat});

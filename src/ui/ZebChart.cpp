@@ -640,7 +640,7 @@ void TZebChart::updateLayout() {
         FillLegend();
         QCustomPlot::updateLayout();
     }
-    if (FLegendBar->isVisible()) {
+    if (!FLegendBar->isHidden()) {
         const QRect r = legend->outerRect();
         const int w = FLegendBar->sizeHint().width();
         FLegendBar->setGeometry(r.right() + 3, r.top(), w, r.height());
@@ -648,7 +648,7 @@ void TZebChart::updateLayout() {
 }
 
 void TZebChart::wheelEvent(QWheelEvent* event) {
-    if (FLegendBar->isVisible() && legend->outerRect().contains(event->position().toPoint())) {
+    if (!FLegendBar->isHidden() && legend->outerRect().contains(event->position().toPoint())) {
         FLegendWheel += event->angleDelta().y();
         const int notches = FLegendWheel / QWheelEvent::DefaultDeltasPerStep;
         FLegendWheel -= notches * QWheelEvent::DefaultDeltasPerStep;

@@ -226,11 +226,12 @@ private Q_SLOTS:
         TFill f{db};
         for (int i = 0; i < 40; ++i)
             f.Curve(u"M%1"_s.arg(i), u"Channel %1"_s.arg(i), u"°C"_s, 1, 20, Ramp);
+        // Laid out before it is shown, as in the window.
         TZebChart chart(&db);
         chart.resize(900, 500);
+        chart.replot();
         chart.show();
         QVERIFY(QTest::qWaitForWindowExposed(&chart));
-        chart.replot();
         QScrollBar* bar = chart.LegendScrollBar();
         QVERIFY(bar->isVisible());
         const int shown = chart.legend->itemCount();
@@ -238,7 +239,10 @@ private Q_SLOTS:
         QCOMPARE(bar->maximum(), 40 - shown);
         for (int i = 0; i < shown; ++i)
             QVERIFY(chart.rect().contains(chart.legend->item(i)->outerRect()));
-        QVERIFY(!chart.legend->outerRect().intersects(bar->geometry()));
+        // Beside the legend, as high as it.
+        QVERIFY(bar->geometry().left() > chart.legend->outerRect().right());
+        QCOMPARE(bar->geometry().top(), chart.legend->outerRect().top());
+        QCOMPARE(bar->geometry().height(), chart.legend->outerRect().height());
 
         bar->setValue(bar->maximum());
         QCOMPARE(chart.LegendCurve(0), 40 - shown);
