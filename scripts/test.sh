@@ -20,13 +20,25 @@ if [ "${ZEB_SKIP_ASAN:-0}" != "1" ]; then
   ctest --preset asan -j "$jobs"
 fi
 
-# A short fuzzing smoke run of the recording walk, when clang is there.
+# A short fuzzing smoke run of the recording walk, the template reader and the settings, when
+# clang is there. New inputs go to a scratch folder; the seeds in the tree stay as they are.
+# A run ends with an error on a crash, on an input taking over 5 s, or above 2 GB of memory.
 if [ "${ZEB_SKIP_FUZZ:-0}" != "1" ] && command -v clang++ >/dev/null; then
   cmake --preset fuzz >/dev/null
-  cmake --build --preset fuzz -j "$jobs" --target fuzz_walk
+  cmake --build --preset fuzz -j "$jobs" --target fuzz_walk fuzz_template fuzz_settings
   corpus=$(mktemp -d)
-  ./build/ci/tools/zebtool gen --quiet --records 50 --channels 2 --gaps "$corpus/seed.zeb"
-  ./build/fuzz/fuzz/fuzz_walk -max_total_time=15 -print_final_stats=0 "$corpus" 2>&1 | tail -n 1
-  rm -rf "$corpus"
+  trap 'rm -rf "$corpus"' EXIT
+  mkdir "$corpus/walk" "$corpus/template" "$corpus/settings"
+  ./build/ci/tools/zebtool gen --quiet --records 50 --channels 2 --gaps "$corpus/walk/seed.zeb"
+  fuzz() { # target, seconds, corpus folders
+    local target=$1 seconds=$2
+    shift 2
+    ./build/fuzz/fuzz/"$target" -max_total_time="$seconds" -timeout=5 -rss_limit_mb=2048 \
+      -print_final_stats=0 "$@" 2>&1 | tail -n 1
+    return "${PIPESTATUS[0]}"
+  }
+  fuzz fuzz_walk 15 "$corpus/walk"
+  fuzz fuzz_template 10 "$corpus/template" tests/fixtures/templates -max_len=8192
+  fuzz fuzz_settings 10 "$corpus/settings" fuzz/seeds/settings
 fi
 echo "all test passes finished"

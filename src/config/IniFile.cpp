@@ -5,14 +5,33 @@
 
 #include <QFile>
 #include <QSaveFile>
+#include <QSet>
 #include <QStringDecoder>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
 namespace {
 
 const QByteArray kUtf8Bom("\xEF\xBB\xBF");
+
+// Bytes beyond ASCII that decode as UTF-8 without error.
+bool LooksLikeUtf8(const QByteArray& bytes) {
+    const bool ascii =
+        std::all_of(bytes.begin(), bytes.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+    if (ascii) return false;
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+    const QString text = decoder.decode(bytes); // decoding happens on conversion
+    return !decoder.hasError();
+}
+
+// Inserts the key; false when it was there already.
+bool InsertNew(QSet<QString>& set, const QString& key) {
+    const qsizetype before = set.size();
+    set.insert(key);
+    return set.size() != before;
+}
 
 // Strips blanks and one pair of matching enclosing quotes, the way the platform's reader does.
 QString Unquote(const QString& raw) {
@@ -46,6 +65,7 @@ TIniFile::TIniFile(const QString& fileName) {
 void TIniFile::Clear() {
     FHead.clear();
     FSections.clear();
+    FIndex.clear();
     FEncoding = TEncoding::Ansi;
 }
 
@@ -66,21 +86,12 @@ void TIniFile::LoadFromBytes(const QByteArray& bytes) {
     } else {
         // Files of the suite are Windows-1252; text that is valid UTF-8 beyond ASCII comes from
         // an editor that wrote UTF-8 without a mark.
-        bool ascii = true;
-        for (char c : bytes)
-            if (static_cast<unsigned char>(c) >= 0x80) {
-                ascii = false;
-                break;
-            }
-        if (!ascii) {
-            QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
-            const QString utf8 = decoder.decode(bytes);
-            if (!decoder.hasError()) {
-                FEncoding = TEncoding::Utf8;
-                text = utf8;
-            }
+        if (LooksLikeUtf8(bytes)) {
+            FEncoding = TEncoding::Utf8;
+            text = QString::fromUtf8(bytes);
+        } else {
+            text = zeb::AnsiToString(bytes);
         }
-        if (FEncoding == TEncoding::Ansi) text = zeb::AnsiToString(bytes);
     }
 
     text.replace(QLatin1String("\r\n"), QLatin1String("\n"));
@@ -99,6 +110,7 @@ void TIniFile::LoadFromBytes(const QByteArray& bytes) {
                 // A repeated section continues the first one: lookups could never reach it otherwise.
                 current = Find(name);
                 if (!current) {
+                    FIndex.insert(name.toCaseFolded(), FSections.size());
                     FSections.append(TSection{name, {}});
                     current = &FSections.back();
                 }
@@ -133,7 +145,13 @@ QByteArray TIniFile::ToBytes() const {
         for (const TLine& l : s.Lines)
             put(l);
     }
-    if (FEncoding == TEncoding::Ansi && zeb::IsAnsiRepresentable(text)) return zeb::StringToAnsi(text);
+    if (FEncoding == TEncoding::Ansi && zeb::IsAnsiRepresentable(text)) {
+        // Windows-1252 bytes that happen to be valid UTF-8 would read back as other text; the
+        // mark keeps their meaning.
+        const QByteArray ansi = zeb::StringToAnsi(text);
+        if (!LooksLikeUtf8(ansi)) return ansi;
+        return kUtf8Bom + text.toUtf8();
+    }
     const QByteArray utf8 = text.toUtf8();
     return FEncoding == TEncoding::Utf8 ? utf8 : kUtf8Bom + utf8;
 }
@@ -154,9 +172,15 @@ bool TIniFile::Save(const QString& fileName) const {
 // ---------------------------------------------------------------------------- lookup
 
 TIniFile::TSection* TIniFile::Find(const QString& section) {
-    for (TSection& s : FSections)
-        if (s.Name.compare(section, Qt::CaseInsensitive) == 0) return &s;
-    return nullptr;
+    const auto it = FIndex.constFind(section.toCaseFolded());
+    return it == FIndex.constEnd() ? nullptr : &FSections[*it];
+}
+
+void TIniFile::Reindex() {
+    FIndex.clear();
+    FIndex.reserve(FSections.size());
+    for (qsizetype i = 0; i < FSections.size(); ++i)
+        FIndex.insert(FSections[i].Name.toCaseFolded(), i);
 }
 
 const TIniFile::TSection* TIniFile::Find(const QString& section) const {
@@ -170,7 +194,9 @@ TIniFile::TSection& TIniFile::FindOrAdd(const QString& section) {
     const bool hasContent = !FHead.isEmpty() || !FSections.isEmpty();
     if (hasContent && (last.isEmpty() || !last.back().Key.isEmpty() || !last.back().Text.trimmed().isEmpty()))
         last.append(TLine{});
-    FSections.append(TSection{OneLine(section).trimmed(), {}});
+    const QString name = OneLine(section).trimmed();
+    FIndex.insert(name.toCaseFolded(), FSections.size());
+    FSections.append(TSection{name, {}});
     return FSections.back();
 }
 
@@ -197,9 +223,10 @@ bool TIniFile::SectionExists(const QString& section) const {
 
 QStringList TIniFile::Keys(const QString& section) const {
     QStringList keys;
+    QSet<QString> seen;
     if (const TSection* s = Find(section))
         for (const TLine& l : s->Lines)
-            if (!l.Key.isEmpty() && !keys.contains(l.Key, Qt::CaseInsensitive)) keys.append(l.Key);
+            if (!l.Key.isEmpty() && InsertNew(seen, l.Key.toCaseFolded())) keys.append(l.Key);
     return keys;
 }
 
@@ -330,11 +357,14 @@ void TIniFile::AddSection(const QString& section) {
 }
 
 void TIniFile::EraseSection(const QString& section) {
-    for (qsizetype i = 0; i < FSections.size(); ++i)
-        if (FSections[i].Name.compare(section, Qt::CaseInsensitive) == 0) {
-            FSections.removeAt(i);
-            return;
-        }
+    const auto it = FIndex.constFind(section.toCaseFolded());
+    if (it == FIndex.constEnd()) return;
+    FSections.removeAt(*it);
+    Reindex();
+}
+
+void TIniFile::EraseSectionsIf(const std::function<bool(const QString& name)>& erase) {
+    if (FSections.removeIf([&erase](const TSection& s) { return erase(s.Name); })) Reindex();
 }
 
 void TIniFile::DeleteKey(const QString& section, const QString& key) {

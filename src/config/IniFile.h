@@ -4,10 +4,12 @@
 // enclosing quotes are removed on reading, and comments and unknown lines survive a rewrite.
 
 #include <QByteArray>
+#include <QHash>
 #include <QList>
 #include <QString>
 #include <QStringList>
 
+#include <functional>
 #include <optional>
 
 class TIniFile {
@@ -55,6 +57,8 @@ public:
     // Creates an empty section at the end unless it exists.
     void AddSection(const QString& section);
     void EraseSection(const QString& section);
+    // Erases every section whose name the predicate accepts, in one pass.
+    void EraseSectionsIf(const std::function<bool(const QString& name)>& erase);
     void DeleteKey(const QString& section, const QString& key);
 
     // Parsers shared with the settings store.
@@ -80,7 +84,12 @@ private:
 
     enum class TEncoding { Ansi, Utf8, Utf8Bom };
 
+    void Reindex();
+
     QList<TLine> FHead; // lines before the first section
     QList<TSection> FSections;
+    // Case-folded section name to its position, so that files with very many sections read
+    // and write in linear time.
+    QHash<QString, qsizetype> FIndex;
     TEncoding FEncoding = TEncoding::Ansi; // as read; kept on writing where the text allows
 };

@@ -3,6 +3,8 @@
 #include "IniFile.h"
 
 #include <QFileInfo>
+#include <QHash>
+#include <QSet>
 
 namespace {
 
@@ -17,15 +19,18 @@ void Get(const TIniFile& ini, const QString& sec, const QString& key, TOpt<QStri
 }
 
 void Get(const TIniFile& ini, const QString& sec, const QString& key, TOpt<int>& o) {
-    if (const std::optional<QString> v = ini.Value(sec, key)) o.Set(TIniFile::ParseInteger(*v).value_or(o.Value));
+    if (const std::optional<QString> v = ini.Value(sec, key))
+        o.Set(TIniFile::ParseInteger(*v).value_or(o.Value));
 }
 
 void Get(const TIniFile& ini, const QString& sec, const QString& key, TOpt<bool>& o) {
-    if (const std::optional<QString> v = ini.Value(sec, key)) o.Set(TIniFile::ParseBool(*v).value_or(o.Value));
+    if (const std::optional<QString> v = ini.Value(sec, key))
+        o.Set(TIniFile::ParseBool(*v).value_or(o.Value));
 }
 
 void Get(const TIniFile& ini, const QString& sec, const QString& key, TOpt<double>& o) {
-    if (const std::optional<QString> v = ini.Value(sec, key)) o.Set(TIniFile::ParseFloat(*v).value_or(o.Value));
+    if (const std::optional<QString> v = ini.Value(sec, key))
+        o.Set(TIniFile::ParseFloat(*v).value_or(o.Value));
 }
 
 // Writing: set values only, unless all are asked for.
@@ -218,8 +223,7 @@ template <typename TItem> QStringList TMseList<TItem>::Sections(const TIniFile& 
     QStringList names = ini.Sections();
     // The number after the prefix is not looked at: "Curves" is a curve section, and a
     // "TimeText" section never counts as a "Text" section.
-    for (qsizetype i = names.size() - 1; i >= 0; --i)
-        if (!names[i].startsWith(FPrefix, Qt::CaseSensitive)) names.removeAt(i);
+    names.removeIf([this](const QString& n) { return !n.startsWith(FPrefix, Qt::CaseSensitive); });
     return names;
 }
 
@@ -231,14 +235,16 @@ template <typename TItem> void TMseList<TItem>::Load(const TIniFile& ini) {
 }
 
 template <typename TItem> void TMseList<TItem>::Save(TIniFile& ini, bool all) const {
-    const QStringList old = Sections(ini);
-    for (const QString& s : old)
-        ini.EraseSection(s);
+    // Also any section a new entry's name would find: lookups ignore case, so a stray "curve0"
+    // would otherwise take the new values and then be passed over on reading.
+    QSet<QString> taken;
+    for (int i = 0; i < Count(); ++i)
+        taken.insert(QString(FPrefix + QString::number(i)).toCaseFolded());
+    ini.EraseSectionsIf([&](const QString& name) {
+        return name.startsWith(FPrefix, Qt::CaseSensitive) || taken.contains(name.toCaseFolded());
+    });
     for (int i = 0; i < Count(); ++i) {
         const QString section = FPrefix + QString::number(i);
-        // Section lookup ignores case: a stray "curve0" would otherwise take the new values
-        // and then be passed over on reading.
-        ini.EraseSection(section);
         ini.AddSection(section);
         (*this)[i].Write(ini, section, all);
     }
@@ -251,27 +257,27 @@ template class TMseList<TMseTimeText>;
 
 void TMseSettingsCurveList::Apply(const TIniFile& ini) {
     const QStringList sections = Sections(ini);
-    QStringList modules, channels;
-    for (const QString& s : sections) {
-        modules.append(ini.ReadString(s, QStringLiteral("ModulName")));
-        channels.append(ini.ReadString(s, QStringLiteral("ChannelName")));
+    // The first section for each module and channel, and for each channel alone.
+    QHash<std::pair<QString, QString>, qsizetype> byBoth;
+    QHash<QString, qsizetype> byChannel;
+    for (qsizetype j = 0; j < sections.size(); ++j) {
+        const QString module = ini.ReadString(sections[j], QStringLiteral("ModulName"));
+        const QString channel = ini.ReadString(sections[j], QStringLiteral("ChannelName"));
+        if (!byBoth.contains(std::pair(module, channel))) byBoth.insert(std::pair(module, channel), j);
+        if (!byChannel.contains(channel)) byChannel.insert(channel, j);
     }
     for (int i = 0; i < Count(); ++i) {
         TMseSettingsCurve& curve = (*this)[i];
         const QString& module = curve.sModulName.Value;
         const QString& channel = curve.sChannelName.Value;
         if (module.isEmpty() || channel.isEmpty()) continue;
-        qsizetype hit = -1;
-        for (qsizetype j = 0; j < sections.size() && hit < 0; ++j)
-            if (modules[j] == module && channels[j] == channel) hit = j;
-        if (hit >= 0) {
-            curve.ReadDisplay(ini, sections[hit], true);
+        if (const auto it = byBoth.constFind(std::pair(module, channel)); it != byBoth.constEnd()) {
+            curve.ReadDisplay(ini, sections[*it], true);
             continue;
         }
         // The same channel from another logger: its look, but the curve keeps its own title.
-        for (qsizetype j = 0; j < sections.size() && hit < 0; ++j)
-            if (channels[j] == channel) hit = j;
-        if (hit >= 0) curve.ReadDisplay(ini, sections[hit], false);
+        if (const auto it = byChannel.constFind(channel); it != byChannel.constEnd())
+            curve.ReadDisplay(ini, sections[*it], false);
     }
 }
 

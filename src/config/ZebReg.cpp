@@ -191,9 +191,11 @@ void TZEBRegistry::WriteD(const QString& name, double value) {
 }
 
 bool TZEBRegistry::Flush() {
-    // QSettings writes the INI file through a save file: a failed write leaves the old one whole.
+    // QSettings writes the INI file through a save file: a failed write leaves the old one whole
+    // and is an access error. A format error only says that lines of the file it read were not
+    // understood; what it writes is still written.
     FSettings->sync();
-    return FSettings->status() == QSettings::NoError;
+    return FSettings->status() != QSettings::AccessError;
 }
 
 bool TZEBRegistry::KeyExists(const QString& subPath) const {

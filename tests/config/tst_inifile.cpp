@@ -229,6 +229,16 @@ private Q_SLOTS:
         TIniFile marked;
         marked.LoadFromBytes("\xEF\xBB\xBF[S]\r\nA=1\r\n");
         QVERIFY(marked.ToBytes().startsWith("\xEF\xBB\xBF"));
+
+        // Windows-1252 text whose bytes alone would pass for UTF-8 once the byte that told them
+        // apart is gone: it must read back as the same text.
+        TIniFile mixed;
+        mixed.LoadFromBytes("[S]\r\nA='\xC3\xBC'\r\n[T]\r\nB='\xFF'\r\n");
+        QCOMPARE(mixed.ReadString("S", "A"), QString::fromUtf8("\xC3\x83\xC2\xBC"));
+        mixed.EraseSection("T");
+        TIniFile reread;
+        reread.LoadFromBytes(mixed.ToBytes());
+        QCOMPARE(reread.ReadString("S", "A"), mixed.ReadString("S", "A"));
     }
 
     void survivesGarbage() {

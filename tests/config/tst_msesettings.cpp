@@ -1,12 +1,14 @@
 // The display template: partial templates stay partial, list sections are found by prefix in
 // file order and come back renumbered, curve sections are matched to a recording's curves,
-// present keys are set whatever they hold, a failed save keeps the old file, and the limit test.
+// present keys are set whatever they hold, odd files stay bounded, a failed save keeps the old
+// file, and the limit test.
 
 #include "Formats.h"
 #include "IniFile.h"
 #include "MseSettings.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QTemporaryDir>
@@ -324,7 +326,8 @@ private Q_SLOTS:
         QTest::addColumn<QString>("key");
         QTest::addColumn<QString>("raw");
         QTest::addColumn<QString>("saved");
-        const auto row = [](const char* name, const char* sec, const char* key, const char* raw, const char* saved) {
+        const auto row = [](const char* name, const char* sec, const char* key, const char* raw,
+                            const char* saved) {
             QTest::newRow(name) << QString::fromUtf8(sec) << QString::fromUtf8(key) << QString::fromUtf8(raw)
                                 << QString::fromUtf8(saved);
         };
@@ -362,27 +365,84 @@ private Q_SLOTS:
         QVERIFY2(entries.contains(section + '/' + key + '=' + saved), qPrintable(entries.join(' ')));
     }
 
-    void damagedFilesNeverCrash() {
-        QByteArray junk;
-        for (int i = 0; i < 20000; ++i)
-            junk.append(char((i * 2654435761u) >> 13));
-        junk.insert(500, "\n[Curve0]\nColor=\n[General]\nTitle='\n[Text\n[TimeText1]\nX=\n");
+    // Odd templates (junk, BOM, CR-only lines, duplicates, missing equals signs, long lines,
+    // odd quotes, many sections): each loads in bounded size and time, and saving into it reads
+    // back the same and saves to the same bytes again.
+    void oddTemplates_data() {
+        QTest::addColumn<QString>("path");
+        const QDir dir(QStringLiteral(ZEB_FIXTURES "/templates"));
+        const QStringList files = dir.entryList({QStringLiteral("*.mse")}, QDir::Files, QDir::Name);
+        QVERIFY(files.size() >= 10);
+        for (const QString& f : files)
+            QTest::newRow(qPrintable(f)) << dir.filePath(f);
+    }
+    void oddTemplates() {
+        QFETCH(QString, path);
+        QElapsedTimer timer;
+        timer.start();
+        const QByteArray bytes = ReadFile(path);
+        const TIniFile ini(path);
+        QVERIFY(ini.Sections().size() <= bytes.count('['));
         TMseSettings mse;
-        QVERIFY(mse.OpenFile(WriteFile("junk.mse", junk)));
+        QVERIFY(mse.OpenFile(path));
+        QVERIFY(mse.Curves.Count() + mse.Calcs.Count() + mse.Texts.Count() + mse.TimeTexts.Count() <=
+                ini.Sections().size());
+
+        const QString copy = Path("inplace.mse");
+        QFile::remove(copy);
+        QVERIFY(QFile::copy(path, copy));
+        QFile::setPermissions(copy, QFile::ReadOwner | QFile::WriteOwner);
+        QVERIFY(mse.SaveFile(copy));
+        const QByteArray saved = ReadFile(copy);
+        QVERIFY(saved.size() <= 3 * bytes.size() + 4096); // at worst re-encoded as UTF-8
+        TMseSettings again;
+        QVERIFY(again.OpenFile(copy));
+        QCOMPARE(Entries(again, false), Entries(mse, false));
+        QVERIFY(again.SaveFile(copy));
+        QCOMPARE(ReadFile(copy), saved);
+        QVERIFY2(timer.elapsed() < 10000, qPrintable(QString::number(timer.elapsed())));
+    }
+
+    // As the platform's reader: the first of repeated keys counts, a repeated section adds to the
+    // first one, and key and section names ignore case.
+    void repeatedKeysResolveToTheFirst() {
+        TMseSettings mse;
+        QVERIFY(mse.OpenFile(QStringLiteral(ZEB_FIXTURES "/templates/duplicate_keys.mse")));
+        QCOMPARE(mse.Title.Value, QStringLiteral("first"));
+        QCOMPARE(mse.Foot.Value, QStringLiteral("from the repeat"));
+        QCOMPARE(mse.Curves.Count(), 1);
+        QCOMPARE(mse.Curves[0].Color.Value, 1);
+
+        // A key present but empty is set with the reading default; a missing one is not set.
+        TIniFile ini;
+        ini.LoadFromBytes("[TimeText0]\nX=\n");
+        mse.Read(ini);
         QCOMPARE(mse.TimeTexts.Count(), 1);
-        QCOMPARE(mse.TimeTexts[0].X.Value, 1.0); // present but empty: set, with the reading default
-        QVERIFY(mse.TimeTexts[0].X.IsSet);
+        QVERIFY(mse.TimeTexts[0].X.IsSet && mse.TimeTexts[0].X.Value == 1.0);
         QVERIFY(!mse.TimeTexts[0].Y.IsSet);
-        QVERIFY(mse.SaveFile(Path("junk_saved.mse")));
+        QVERIFY(!mse.OpenFile(Path("no_such.mse")));
+    }
 
-        TMseSettings empty;
-        QVERIFY(empty.OpenFile(WriteFile("empty.mse", QByteArray())));
-        QVERIFY(Entries(empty, false).isEmpty());
-
-        TMseSettings missing;
-        missing.Title.Set("kept");
-        QVERIFY(!missing.OpenFile(Path("no_such.mse")));
-        QVERIFY(missing.Title.IsSet);
+    // Very many sections read, match and write in about linear time: a lookup that walks every
+    // section would take minutes here.
+    void manySectionsStayFast() {
+        QByteArray bytes;
+        const int n = 50000;
+        for (int i = 0; i < n; ++i)
+            bytes += "[Curve" + QByteArray::number(i) + "]\nModulName='M'\nChannelName='C" +
+                     QByteArray::number(i) + "'\nColor=" + QByteArray::number(i) + "\n";
+        QElapsedTimer timer;
+        timer.start();
+        TIniFile ini;
+        ini.LoadFromBytes(bytes);
+        TMseSettings mse;
+        mse.Read(ini);
+        QCOMPARE(mse.Curves.Count(), n);
+        mse.Read(ini); // now matched against those curves
+        QCOMPARE(mse.Curves[n - 1].Color.Value, n - 1);
+        mse.Write(ini, false);
+        QCOMPARE(ini.Sections().size(), qsizetype(n));
+        QVERIFY2(timer.elapsed() < 20000, qPrintable(QString::number(timer.elapsed())));
     }
 
     void curveAndCalcFiles() {
@@ -458,7 +518,8 @@ private Q_SLOTS:
             const QString target = obstacle == "read-only folder" ? folder : path;
             QVERIFY(QFile::setPermissions(target, QFile::ReadOwner | QFile::ExeOwner));
             const bool writable = QFileInfo(target).isWritable();
-            if (writable) QFile::setPermissions(target, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+            if (writable)
+                QFile::setPermissions(target, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
             if (writable) QSKIP("permissions do not stop this user");
         }
         bool saved = true;
