@@ -110,10 +110,12 @@ constexpr TQuoted kQuoted[] = {
     {MsgReadingFile, En, u"Reading file.."},
     {MsgReadingFile, De, u"Datei lesen.."},
     {MsgReadingFile, Fr, u"Lecture du fichier.."},
-    {MsgCrosshairNote, En, u"Note: In some cases changes may only take effect once the crosshairs have been activated !"},
+    {MsgCrosshairNote, En,
+     u"Note: In some cases changes may only take effect once the crosshairs have been activated !"},
     {MsgCrosshairNote, De, u"Hinweis: Änderungen werden u.U. nur mit Aktivierung des Fadenkreuzes wirksam !"},
     {MsgCrosshairNote, Fr,
-     u"NB : Ìl arrive que les modifications ne soient prises en compte qu’une fois le réticule activé\u00A0!"},
+     u"NB : Ìl arrive que les modifications ne soient prises en compte qu’une fois le réticule "
+     u"activé\u00A0!"},
     {MsgTimeAxisNote, En,
      u"Note:\r\nThe time axis label is aligned to the right !\r\n"
      u"Enter a final value therefore, that lies within the required range."},
@@ -209,7 +211,8 @@ constexpr TQuoted kQuoted[] = {
     {TextInsert, En, u"Insert Text"},
     {DataReduction, En, u"Data reduction"},
     {StatusBlock, En, u"Block "},
-    {StatusZoomHint, En, u"Zoom: Mark selection with left mouse button pressed, Move: with right mouse button pressed"},
+    {StatusZoomHint, En,
+     u"Zoom: Mark selection with left mouse button pressed, Move: with right mouse button pressed"},
     {StatusScrollX, En, u"X= "},
     {ReadX1, En, u"X1="},
     {ReadY1, En, u"Y1="},
@@ -289,7 +292,8 @@ constexpr TQuoted kQuoted[] = {
     {KessaSelectCurve, De, u"Bitte Referenzkurve wählen:"},
     {DateTimeOk, De, u"&OK"},
     {DateTimeCancel, De, u"Ab&bruch"},
-    {DateTimeIntervals, En, u"00:00:30,00:01:00,00:05:00,00:10:00,00:30:00,01:00:00,02:00:00,12:00:00,24:00:00"},
+    {DateTimeIntervals, En,
+     u"00:00:30,00:01:00,00:05:00,00:10:00,00:30:00,01:00:00,02:00:00,12:00:00,24:00:00"},
 };
 } // namespace
 
@@ -321,9 +325,12 @@ void TstTexts::dataReductionNote() {
 // One text in the language a switch should have chosen.
 static QString SaveSettingsIn(int language) {
     switch (language) {
-    case LangGerman: return u"Sollen die aktuellen Einstellungen gespeichert werden ?"_s;
-    case LangFrench: return u"Voulez-vous enregistrer les paramètres actuels ?"_s;
-    default: return u"Do you want to save the current settings ?"_s;
+    case LangGerman:
+        return u"Sollen die aktuellen Einstellungen gespeichert werden ?"_s;
+    case LangFrench:
+        return u"Voulez-vous enregistrer les paramètres actuels ?"_s;
+    default:
+        return u"Do you want to save the current settings ?"_s;
     }
 }
 

@@ -465,9 +465,10 @@ private Q_SLOTS:
                                 << "\\Software\\Velmorant\\ZEB_Prototypes\\unknown";
         QTest::newRow("empty file") << QByteArray("\r\n") << "\\Software\\Velmorant\\ZEB_Prototypes\\unknown";
         // Present but empty: the platform's reader answers an empty name, not the default.
-        QTest::newRow("empty name") << QByteArray("[Settings]\nKey=\n") << "\\Software\\Velmorant\\ZEB_Prototypes\\";
-        QTest::newRow("empty quoted name") << QByteArray("[Settings]\nKey=''\n")
-                                           << "\\Software\\Velmorant\\ZEB_Prototypes\\";
+        QTest::newRow("empty name") << QByteArray("[Settings]\nKey=\n")
+                                    << "\\Software\\Velmorant\\ZEB_Prototypes\\";
+        QTest::newRow("empty quoted name")
+            << QByteArray("[Settings]\nKey=''\n") << "\\Software\\Velmorant\\ZEB_Prototypes\\";
     }
     void settingsRoot() {
         QFETCH(QByteArray, prototypeFile);

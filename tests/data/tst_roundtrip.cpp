@@ -209,13 +209,15 @@ private Q_SLOTS:
     void zebtoolDumpsNonFiniteValuesAsJson() {
         using B = TRecordingBuilder;
         const QString path = FDir.filePath(QStringLiteral("nan.zeb"));
-        const float nan = std::numeric_limits<float>::quiet_NaN(), inf = std::numeric_limits<float>::infinity();
+        const float nan = std::numeric_limits<float>::quiet_NaN();
+        const float inf = std::numeric_limits<float>::infinity();
         QVERIFY(B()
                     .Header()
                     .Block(3, B::Strs({"M1"}))
                     .Block(11, B::Word(4) + B::Word(1) + B::Single(nan) + B::Single(-inf))
-                    .Block(8, B::Record(1, {B::F(nan)}) + B::Record(2, {B::F(inf)}) + B::Record(3, {B::F(-inf)}) +
-                                  B::Record(4, {0xFFFFFFFEu}) + B::Record(5, {B::F(1.5f)}))
+                    .Block(8, B::Record(1, {B::F(nan)}) + B::Record(2, {B::F(inf)}) +
+                                  B::Record(3, {B::F(-inf)}) + B::Record(4, {0xFFFFFFFEu}) +
+                                  B::Record(5, {B::F(1.5f)}))
                     .Save(path));
         QProcess dump;
         dump.start(QStringLiteral(ZEBTOOL), {QStringLiteral("dump"), path});
@@ -229,7 +231,9 @@ private Q_SLOTS:
         QStringList values;
         for (const QJsonValue p : curve[QStringLiteral("points")].toArray()) {
             const QJsonValue v = p.toArray()[1];
-            values << (v.isString() ? v.toString() : v.isNull() ? QStringLiteral("gap") : QString::number(v.toDouble()));
+            values << (v.isString() ? v.toString()
+                       : v.isNull() ? QStringLiteral("gap")
+                                    : QString::number(v.toDouble()));
         }
         QCOMPARE(values, (QStringList{"NaN", "Infinity", "-Infinity", "gap", "1.5"}));
     }

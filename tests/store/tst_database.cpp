@@ -323,7 +323,8 @@ private Q_SLOTS:
     // saving it again writes back what was read, unless the view was changed since.
     void templateValuesAreLimitedWhereApplied() {
         QTemporaryDir dir;
-        const QString in = dir.filePath(QStringLiteral("wide.mse")), out = dir.filePath(QStringLiteral("again.mse"));
+        const QString in = dir.filePath(QStringLiteral("wide.mse"));
+        const QString out = dir.filePath(QStringLiteral("again.mse"));
         QFile f(in);
         QVERIFY(f.open(QIODevice::WriteOnly));
         f.write("[General]\r\nOnlineRate=0\r\n[Font Title]\r\nSize=500\r\nStyle=9\r\n[Axis Bottom]\r\nXType=7\r\n"
