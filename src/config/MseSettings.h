@@ -25,8 +25,10 @@ inline constexpr TMseRange kMseXType{0, 2};
 inline constexpr TMseRange kMseCursorAxis{0, 1};
 inline constexpr TMseRange kMseCurveAxis{0, 2};
 inline constexpr TMseRange kMseCurveType{0, 2};
-// Curves and cursors: every segment is stroked with the pen, and wide pens cost seconds.
+// Curves: every segment is stroked with the pen, and wide pens cost seconds.
 inline constexpr TMseRange kMseLineWidth{0, 10};
+// Cursors: the position in the choice of widths "1" to "10".
+inline constexpr TMseRange kMseCursorWidth{0, 9};
 // Percent of the page; two opposite margins still leave a tenth of it to the chart.
 inline constexpr TMseRange kMseMargin{0, 45};
 inline constexpr TMseRange kMseOnlineRate{1, std::numeric_limits<int>::max()};

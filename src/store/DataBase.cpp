@@ -562,7 +562,7 @@ void TDataBase::SyncTab(int tab, bool store) {
             TMseCursor& c = Cfg_Cursor_Get(k);
             TCursorState& v = FView.Cursors[k];
             sync(c.Axis, v.Axis, kMseCursorAxis);
-            sync(c.Width, v.Width, kMseLineWidth);
+            sync(c.Width, v.Width, kMseCursorWidth);
             sync(c.XFormat, v.XFormat);
             sync(c.YFormat, v.YFormat);
         }

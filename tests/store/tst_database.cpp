@@ -341,7 +341,7 @@ private Q_SLOTS:
         QCOMPARE(v.General.FontTitle.Style, 3);
         QCOMPARE(v.Axes[axBottom].XType, 2);
         QCOMPARE(v.Cursors[0].Axis, 0);
-        QCOMPARE(v.Cursors[0].Width, 10);
+        QCOMPARE(v.Cursors[0].Width, 9);
         QCOMPARE(v.Print.MarginLeft, 45);
         QCOMPARE(db.Curve_AxisGet(0), 2);
         QCOMPARE(db.Curve_WidthGet(0), 10);
