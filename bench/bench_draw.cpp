@@ -88,7 +88,7 @@ TOurs TimeOurs(const TCurveData& d) {
     TOurs r;
     QElapsedTimer timer;
     timer.start();
-    const auto pyramid = std::make_shared<const TMinMaxPyramid>(d);
+    const auto pyramid = std::make_shared<const TCurveSummary>(d);
     r.Pyramid = double(timer.nsecsElapsed()) / 1e6;
     TPlot p(QCPRange(d.FirstTime(), d.LastTime()));
     auto* c = new TCurvePlottable(p.Plot.xAxis, p.Plot.yAxis);

@@ -66,7 +66,7 @@ int LanguageIndex(int setting);
 
 // The program's own number conversion: 15 significant digits with the decimal separator.
 QString FloatToStr(double value, const TFormatSettings& fs = FormatSettings());
-// Accepts the decimal separator of the settings and '.', surrounding blanks allowed.
+// Only the decimal separator of the settings, no groups of thousands; blanks around are allowed.
 std::optional<double> TryStrToFloat(const QString& text, const TFormatSettings& fs = FormatSettings());
 double StrToFloatDef(const QString& text, double fallback, const TFormatSettings& fs = FormatSettings());
 

@@ -123,6 +123,17 @@ void TDataBase::DeleteEmptyCurves() {
     FRows.Clear();
 }
 
+std::shared_ptr<const TCurveSummary> TDataBase::Summary(int curve) const {
+    if (!Curve_IsValid(curve) || IsLoading()) return nullptr;
+    const TCurve& c = *FCurves[size_t(curve)];
+    // Samples change only while a load runs; after it the count tells a stale summary.
+    if (!c.Summary || c.SummaryCount != c.Data.Count()) {
+        c.Summary = std::make_shared<const TCurveSummary>(c.Data);
+        c.SummaryCount = c.Data.Count();
+    }
+    return c.Summary;
+}
+
 qint64 TDataBase::ValueCount() const {
     qint64 n = 0;
     for (const auto& c : FCurves) n += c->Data.Count();

@@ -7,6 +7,7 @@
 // samples until the final report (IsLoading() tells them).
 
 #include "CurveData.h"
+#include "CurveSummary.h"
 #include "MseSettings.h"
 
 #include <QObject>
@@ -196,6 +197,9 @@ public:
     const TCurveData& Data(int curve) const { return FCurves[size_t(curve)]->Data; }
     TCurveData& Data(int curve) { return FCurves[size_t(curve)]->Data; }
     qint64 ValueCount() const;
+    // The block summary of a curve, made on first use after a load and shared by the chart
+    // and the analyses; none while the loader fills the store.
+    std::shared_ptr<const TCurveSummary> Summary(int curve) const;
 
     // ------------------------------------------------------------------ curves
     int Curve_Count() const { return int(FCurves.size()); }
@@ -324,6 +328,8 @@ private:
         bool Active = true;
         bool BigDataOn = false;
         bool LimitsShown = true;
+        mutable std::shared_ptr<const TCurveSummary> Summary; // of Data as it was at SummaryCount
+        mutable qint64 SummaryCount = -1;
     };
     // The point of a curve at exactly this time, or -1.
     qint64 PointAt(int curve, double time) const;

@@ -33,69 +33,14 @@
 #endif
 
 #include <algorithm>
+#include "CurveSummary.h"
+
 #include <cmath>
 #include <memory>
 #include <span>
 #include <vector>
 
-class TCurveData;
 class TDataBase;
-
-// Smallest and largest value per block of samples, in levels of eight times the block size
-// of the level below. Gap markers carry no value and are left out; so are NaN and infinite
-// values, which no axis can show.
-class TMinMaxPyramid {
-public:
-    static constexpr int kBaseBits = 4; // 16 samples per block of the lowest level
-    static constexpr qint64 kBase = qint64(1) << kBaseBits;
-    static constexpr int kFanBits = 3; // 8 blocks make one of the level above
-    static constexpr qint64 kFan = qint64(1) << kFanBits;
-
-    explicit TMinMaxPyramid(const TCurveData& data);
-
-    // The extremes of the values in [first, last); false when the range holds no value.
-    bool MinMax(qint64 first, qint64 last, double& min, double& max) const;
-    // The first NaN or infinite value in [first, last), or last when there is none. Such
-    // values are rare; blocks without one are skipped level by level.
-    qint64 NextNonFinite(qint64 first, qint64 last) const;
-    qint64 Count() const { return FCount; }
-    qint64 MemoryBytes() const;
-    // Asks the cache for the blocks around a sample ahead of a query.
-    void Prefetch(qint64 i) const {
-        for (size_t level = 0, k = size_t(i >> kBaseBits); level < std::min<size_t>(FLevels.size(), 3);
-             ++level, k >>= kFanBits)
-            if (k < FLevels[level].size()) __builtin_prefetch(&FLevels[level][k]);
-    }
-
-    struct TRange {
-        float Min, Max;
-    };
-    // Large levels live on huge pages where the system offers them: a redraw touches a few
-    // blocks per pixel column all over the level, and each small page costs a page walk.
-    template <typename T> struct THugeAllocator {
-        using value_type = T;
-        THugeAllocator() = default;
-        template <typename U> THugeAllocator(const THugeAllocator<U>&) {}
-        T* allocate(size_t n);
-        void deallocate(T* p, size_t) { std::free(p); }
-        bool operator==(const THugeAllocator&) const { return true; }
-    };
-    using TLevel = std::vector<TRange, THugeAllocator<TRange>>;
-
-private:
-    void ScanRaw(qint64 first, qint64 last, TRange& r) const;
-    qint64 FindNonFinite(size_t level, qint64 block, qint64 first, qint64 last) const;
-    bool HasNonFinite(size_t level, qint64 block) const {
-        return (FNonFinite[level][size_t(block >> 6)] >> (block & 63)) & 1;
-    }
-
-    const TCurveData& FData;
-    qint64 FCount = 0;
-    // [level][block]; minimum and maximum side by side, as every query wants both.
-    std::vector<TLevel> FLevels;
-    // [level][block / 64]: one bit per block that holds a NaN or an infinite value.
-    std::vector<std::vector<quint64>> FNonFinite;
-};
 
 // Maps a sample to pixels the same way for drawing, aggregating and hit testing.
 struct TPixelMap {
@@ -142,7 +87,7 @@ struct TCurvePath {
 
 // The pieces of line of a curve over a window of pixel columns; collapsing keeps of each
 // pixel column only its first, top, bottom and last point.
-void BuildCurvePath(const TCurveData& data, const TMinMaxPyramid* pyramid, bool reduce, const TPixelMap& map,
+void BuildCurvePath(const TCurveData& data, const TCurveSummary* pyramid, bool reduce, const TPixelMap& map,
                     double firstColumn, double lastColumn, TCurvePath& path, bool collapseColumns = true);
 
 class TCurvePlottable : public QCPAbstractPlottable {
@@ -152,9 +97,9 @@ public:
 
     // The curve of the store to draw; the plottable draws nothing once the store has thrown
     // its samples away or while it loads.
-    void SetSource(const TDataBase* db, int curve, std::shared_ptr<const TMinMaxPyramid> pyramid);
+    void SetSource(const TDataBase* db, int curve, std::shared_ptr<const TCurveSummary> pyramid);
     // Only for drawing a bare column (benchmark, tests): no store around it.
-    void SetData(const TCurveData* data, std::shared_ptr<const TMinMaxPyramid> pyramid);
+    void SetData(const TCurveData* data, std::shared_ptr<const TCurveSummary> pyramid);
     int Curve() const { return FCurve; }
     const TCurveData* Data() const;
 
@@ -194,7 +139,7 @@ private:
     int FCurve = -1;
     quint64 FGeneration = 0;
     const TCurveData* FData = nullptr;
-    std::shared_ptr<const TMinMaxPyramid> FPyramid;
+    std::shared_ptr<const TCurveSummary> FPyramid;
     bool FReduce = false;
     bool FSuspended = false;
     bool FMergeColumns = true;

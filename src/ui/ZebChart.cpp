@@ -436,17 +436,6 @@ int TZebChart::LegendCurveAt(const QPoint& pos) const {
     return -1;
 }
 
-std::shared_ptr<const TMinMaxPyramid> TZebChart::Pyramid(int curve) {
-    const TCurveData& d = FDb->Data(curve);
-    TPyramidEntry& e = FPyramids[&d];
-    if (!e.Pyramid || e.Generation != FDb->SamplesGeneration() || e.Count != d.Count()) {
-        e.Generation = FDb->SamplesGeneration();
-        e.Count = d.Count();
-        e.Pyramid = std::make_shared<TMinMaxPyramid>(d);
-    }
-    return e.Pyramid;
-}
-
 QString TZebChart::ValueAxisTitle(int axis) const {
     const TAxisState& s = FDb->View().Axes[axis];
     if (!s.Name.isEmpty()) return s.Name;
@@ -472,7 +461,6 @@ void TZebChart::Rebuild() {
     const bool withData = FShowData && !FDb->IsLoading();
     FBuiltGeneration = FDb->SamplesGeneration();
 
-    std::map<const TCurveData*, TPyramidEntry> keep;
     legend->setFont(FontOf(FDb->View().General.FontLegend));
     FLegendCurves.clear();
     for (int i = 0; i < n; ++i) {
@@ -480,8 +468,7 @@ void TZebChart::Rebuild() {
         if (axis != axLeft && axis != axRight) continue;
         auto* p = new TCurvePlottable(xAxis, ChartAxis(axis));
         if (withData) {
-            p->SetSource(FDb, i, Pyramid(i));
-            keep[&FDb->Data(i)] = FPyramids[&FDb->Data(i)];
+            p->SetSource(FDb, i, FDb->Summary(i));
         }
         p->SetReduction(FDb->Curve_isBigDataOn(i));
         p->SetLineType(FDb->Curve_TypeGet(i));
@@ -491,7 +478,6 @@ void TZebChart::Rebuild() {
         FLegendCurves.push_back(i);
         FCurves[size_t(i)] = p;
     }
-    FPyramids = std::move(keep);
     FillLegend();
 
     for (const TLimitLine& l : FDb->LimitLines()) {

@@ -11,7 +11,6 @@
 
 #include <array>
 #include <limits>
-#include <map>
 #include <memory>
 #include <vector>
 
@@ -122,7 +121,6 @@ private:
     void BuildLayout();
     void ApplyAxes(bool withData);
     void ApplyTexts();
-    std::shared_ptr<const TMinMaxPyramid> Pyramid(int curve);
     bool ElementClick(const QPoint& pos, Qt::KeyboardModifiers modifiers);
     int LegendCurveAt(const QPoint& pos) const;
     void FillLegend();
@@ -147,12 +145,6 @@ private:
     int FLegendFirst = 0;           // the first of them shown
     int FLegendRows = std::numeric_limits<int>::max(); // how many fit
     int FLegendWheel = 0;
-    struct TPyramidEntry {
-        quint64 Generation = 0;
-        qint64 Count = 0;
-        std::shared_ptr<const TMinMaxPyramid> Pyramid;
-    };
-    std::map<const TCurveData*, TPyramidEntry> FPyramids;
     quint64 FBuiltGeneration = ~quint64(0);
     double FOrigin = 0.0;
     bool FMouseTools = true;

@@ -60,7 +60,7 @@ struct TRender {
 
 // reduce: aggregated per pixel column; merge off: every segment drawn as a line of its own,
 // the plain reference.
-TRender Render(const TCurveData& d, const std::shared_ptr<const TMinMaxPyramid>& pyramid, bool reduce,
+TRender Render(const TCurveData& d, const std::shared_ptr<const TCurveSummary>& pyramid, bool reduce,
                const QCPRange& keys, const QCPRange& values, int penWidth = 1, QSize size = QSize(640, 320),
                bool merge = true) {
     QCustomPlot plot;
@@ -148,7 +148,7 @@ void TstPlottable::pyramidMatchesScan() {
     for (qint64 i = 5; i < count; i += 1511)
         shape.Odd.emplace_back(i, i % 3 == 0 ? kNaN : i % 3 == 1 ? kInf : -kInf);
     const auto d = MakeCurve(shape);
-    const TMinMaxPyramid p(*d);
+    const TCurveSummary p(*d);
 
     std::vector<double> values(static_cast<size_t>(count));
     std::vector<bool> gap(static_cast<size_t>(count));
@@ -245,7 +245,7 @@ void TstPlottable::aggregationDrawsEverySegment() {
                                             : std::numeric_limits<double>::infinity());
         return MakeCurve(shape);
     }();
-    static const auto pyramid = std::make_shared<const TMinMaxPyramid>(*d);
+    static const auto pyramid = std::make_shared<const TCurveSummary>(*d);
     const double span = d->LastTime() - d->FirstTime();
     const QCPRange keys(d->FirstTime() + from * span, d->FirstTime() + to * span);
     const QCPRange values(low, high);
@@ -280,7 +280,7 @@ void TstPlottable::spikeStaysVisible() {
     shape.Count = 1500000;
     shape.Spikes = {1234568};
     const auto d = MakeCurve(shape);
-    const auto pyramid = std::make_shared<const TMinMaxPyramid>(*d);
+    const auto pyramid = std::make_shared<const TCurveSummary>(*d);
     const QCPRange keys(d->FirstTime(), d->LastTime()), values(0.0, 100.0);
     const TRender r = Render(*d, pyramid, true, keys, values);
     // The spike (about 80) is the curve's highest point; the top of the drawn curve must
@@ -320,7 +320,7 @@ void TstPlottable::gapBreaksAtEveryZoom() {
         shape.GapSeconds = 100000.0; // a tenth of the whole time
         return MakeCurve(shape);
     }();
-    static const auto pyramid = std::make_shared<const TMinMaxPyramid>(*d);
+    static const auto pyramid = std::make_shared<const TCurveSummary>(*d);
     const double span = d->LastTime() - d->FirstTime();
     const QCPRange keys(d->FirstTime() + from * span, d->FirstTime() + to * span), values(0.0, 40.0);
     const TRender r = Render(*d, pyramid, reduce, keys, values);
@@ -344,7 +344,7 @@ void TstPlottable::loneValueIsDrawn() {
     d.Append(kT0 + 60, 0.0, TPointKind::Gap);
     d.Append(kT0 + 100, 10.0, TPointKind::GapEnd);
     d.Append(kT0 + 101, 10.0);
-    const auto pyramid = std::make_shared<const TMinMaxPyramid>(d);
+    const auto pyramid = std::make_shared<const TCurveSummary>(d);
     const TRender r = Render(d, pyramid, true, QCPRange(kT0 - 5, kT0 + 105), QCPRange(0, 30));
     const int x = int(std::floor(r.X(kT0 + 50)));
     const int y = int(std::round(r.Y(20.0)));
@@ -386,7 +386,7 @@ void TstPlottable::nonFiniteValues() {
         }
         return c;
     }();
-    static const auto pyramid = std::make_shared<const TMinMaxPyramid>(*d);
+    static const auto pyramid = std::make_shared<const TCurveSummary>(*d);
     const double span = d->LastTime() - d->FirstTime();
     const QCPRange keys(d->FirstTime() + from * span, d->FirstTime() + to * span), values(0.0, 40.0);
     const TRender r = Render(*d, pyramid, reduce, keys, values);
@@ -421,7 +421,7 @@ void TstPlottable::costFollowsPixels() {
         TCurveShape shape;
         shape.Count = n;
         const auto d = MakeCurve(shape);
-        const auto pyramid = std::make_shared<const TMinMaxPyramid>(*d);
+        const auto pyramid = std::make_shared<const TCurveSummary>(*d);
         const TRender r = Render(*d, pyramid, true, QCPRange(d->FirstTime(), d->LastTime()), QCPRange(0, 40));
         QVERIFY2(r.Points <= 4 * 640 + 8, qPrintable(QString::number(r.Points)));
         QVERIFY(r.Points > 640);
@@ -435,7 +435,7 @@ void TstPlottable::valueRangeSkipsGapMarkers() {
     const auto d = MakeCurve(shape);
     QCustomPlot plot;
     auto* c = new TCurvePlottable(plot.xAxis, plot.yAxis);
-    c->SetData(d.get(), std::make_shared<const TMinMaxPyramid>(*d));
+    c->SetData(d.get(), std::make_shared<const TCurveSummary>(*d));
     bool found = false;
     const QCPRange r = c->getValueRange(found);
     QVERIFY(found);
@@ -463,7 +463,7 @@ void TstPlottable::selectTestFindsTheLine() {
     QCustomPlot plot;
     plot.resize(400, 300);
     auto* c = new TCurvePlottable(plot.xAxis, plot.yAxis);
-    c->SetData(&d, std::make_shared<const TMinMaxPyramid>(d));
+    c->SetData(&d, std::make_shared<const TCurveSummary>(d));
     plot.xAxis->setRange(kT0, kT0 + 100);
     plot.yAxis->setRange(0, 20);
     plot.replot();
