@@ -136,16 +136,16 @@ void TMseSettingsCurve::Clear() {
     Format.Reset(QStringLiteral("0.000"));
 }
 
-bool TMseSettingsCurve::IsAlarm(double value) const {
-    switch (LAlarm) {
+bool IsAlarm(int mode, double l1, double l2, double value) {
+    switch (mode) {
     case 1:
-        return value < LValue1;
+        return value < l1;
     case 2:
-        return value > LValue1;
+        return value > l1;
     case 3:
-        return LValue1 < value && value < LValue2;
+        return l1 < value && value < l2;
     case 4:
-        return value < LValue1 || value > LValue2;
+        return value < l1 || value > l2;
     default:
         return false;
     }

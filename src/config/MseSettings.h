@@ -96,6 +96,10 @@ struct TMsePrint {
     TOpt<bool> CheckBoxes;
 };
 
+// Whether a value violates limits: mode 1 below L1, 2 above L1, 3 strictly between L1 and L2,
+// 4 below L1 or above L2, anything else never. A value on a limit is no alarm.
+bool IsAlarm(int mode, double l1, double l2, double value);
+
 // One curve: the keys of a "Curve<n>" section, plus what the recording and the analyses keep
 // with the curve at run time (never saved).
 class TMseSettingsCurve {
@@ -133,9 +137,8 @@ public:
     // The persisted values back to their defaults, unset (no title, inactive, colour 0, width 1,
     // a line, format "0.000"); run-time values untouched.
     void Clear();
-    // Whether a value violates the limits: mode 1 below L1, 2 above L1, 3 strictly between L1
-    // and L2, 4 below L1 or above L2, anything else never. A value on a limit is no alarm.
-    bool IsAlarm(double value) const;
+    // Whether a value violates the curve's limits (the free IsAlarm with LAlarm, LValue1, LValue2).
+    bool IsAlarm(double value) const { return ::IsAlarm(LAlarm, LValue1, LValue2, value); }
 
     // Every key present in the section is set; the others stay as they are.
     void Read(const TIniFile& ini, const QString& section);

@@ -1,0 +1,267 @@
+#include "Analysis.h"
+
+#include "Formats.h"
+#include "MseSettings.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace {
+
+constexpr qint64 kBlock = TCurveSummary::kStatBlock;
+
+// Calls f(i, time, value, measured) for every point of [a, b) in order, a chunk at a time and
+// with the gap markers walked alongside, so a long stretch costs no lookup per point.
+template <typename F> void ForPoints(const TCurveData& d, qint64 a, qint64 b, F&& f) {
+    a = std::max<qint64>(a, 0);
+    b = std::min(b, d.Count());
+    const auto& nulls = d.Nulls();
+    auto gap = std::lower_bound(nulls.begin(), nulls.end(), a,
+                                [](const auto& n, qint64 i) { return n.first < i; });
+    while (a < b) {
+        const qint64 chunk = a >> TCurveData::kChunkBits;
+        const qint64 base = chunk << TCurveData::kChunkBits;
+        const double* t = d.TimeChunk(chunk).data();
+        const float* v = d.ValueChunk(chunk).data();
+        const qint64 end = std::min(b, base + TCurveData::kChunkSize);
+        for (qint64 i = a; i < end; ++i) {
+            while (gap != nulls.end() && gap->first < i) ++gap;
+            const double y = v[i - base];
+            const bool isGap = gap != nulls.end() && gap->first == i && gap->second == TPointKind::Gap;
+            f(i, t[i - base], y, !isGap && !std::isnan(y));
+        }
+        a = end;
+    }
+}
+
+struct TSums {
+    qint64 Count = 0;
+    double Sum = 0.0, SumSq = 0.0;
+    double Min = std::numeric_limits<double>::infinity(), Max = -std::numeric_limits<double>::infinity();
+};
+
+} // namespace
+
+TIndexRange VisibleRange(const TCurveData& d, double from, double to) {
+    const qint64 first = d.LowerBound(from);
+    const qint64 last = d.UpperBound(to) - 1;
+    if (first >= d.Count() || last < first) return {};
+    return {first, last};
+}
+
+bool IsMeasured(const TCurveData& d, qint64 i) {
+    return i >= 0 && i < d.Count() && !std::isnan(d.Value(i)) && !d.IsGap(i);
+}
+
+// ---------------------------------------------------------------------- statistics
+
+TRangeStats RangeStats(const TCurveData& d, const TCurveSummary* summary, TIndexRange range) {
+    TRangeStats out;
+    if (range.IsEmpty()) return out;
+    const qint64 a = range.First, b = range.Last + 1;
+    // Sums of value - reference: the summary's, or the range's first finite value.
+    double ref = 0.0;
+    if (summary) {
+        ref = summary->Reference();
+    } else {
+        bool found = false;
+        ForPoints(d, a, b, [&](qint64, double, double y, bool measured) {
+            if (!found && measured && std::isfinite(y)) {
+                ref = y;
+                found = true;
+            }
+        });
+    }
+    TSums s;
+    auto raw = [&](qint64 from, qint64 to) {
+        ForPoints(d, from, to, [&](qint64, double, double y, bool measured) {
+            if (!measured) return;
+            const double z = y - ref;
+            ++s.Count;
+            s.Sum += z;
+            s.SumSq += z * z;
+            s.Min = std::min(s.Min, y);
+            s.Max = std::max(s.Max, y);
+        });
+    };
+    const qint64 firstBlock = (a + kBlock - 1) / kBlock, endBlock = b / kBlock;
+    if (summary && firstBlock < endBlock) {
+        const auto& blocks = summary->Blocks();
+        raw(a, firstBlock * kBlock);
+        for (qint64 k = firstBlock; k < endBlock; ++k) {
+            const TCurveSummary::TBlockStats& bs = blocks[size_t(k)];
+            s.Count += bs.Count;
+            s.Sum += bs.Sum;
+            s.SumSq += bs.SumSq;
+            s.Min = std::min(s.Min, bs.Min);
+            s.Max = std::max(s.Max, bs.Max);
+        }
+        raw(endBlock * kBlock, b);
+    } else {
+        raw(a, b);
+    }
+    out.Count = s.Count;
+    if (s.Count == 0) return out;
+    const double n = double(s.Count);
+    out.Min = s.Min;
+    out.Max = s.Max;
+    out.Average = ref + s.Sum / n;
+    if (s.Count >= 2) {
+        const double q = (n * s.SumSq - s.Sum * s.Sum) / (n * (n - 1.0));
+        out.StdDev = q < 0.0 ? 0.0 : std::sqrt(q);
+    }
+    return out;
+}
+
+// ---------------------------------------------------------------------- limits
+
+bool TLimitSpec::IsAlarm(double value) const {
+    return ::IsAlarm(Mode, L1, L2, value);
+}
+
+namespace {
+
+// A value strictly between a and b (a < b), also when one of them is infinite.
+double Between(double a, double b) {
+    if (std::isinf(a) && std::isinf(b)) return 0.0;
+    if (std::isinf(a)) return b - std::max(1.0, std::abs(b));
+    if (std::isinf(b)) return a + std::max(1.0, std::abs(a));
+    return a + (b - a) / 2.0;
+}
+
+} // namespace
+
+std::optional<bool> TLimitSpec::Uniform(double min, double max) const {
+    // The alarm state can only change at the limits; between two neighbouring points of
+    // {min, max, the limits inside} it is constant, so those points and their midpoints
+    // decide.
+    double p[4];
+    int n = 0;
+    p[n++] = min;
+    for (double l : {L1, L2})
+        if (min < l && l < max) p[n++] = l;
+    p[n++] = max;
+    std::sort(p, p + n);
+    const bool state = IsAlarm(p[0]);
+    for (int k = 1; k < n; ++k)
+        if (IsAlarm(p[k]) != state || (p[k - 1] < p[k] && IsAlarm(Between(p[k - 1], p[k])) != state))
+            return std::nullopt;
+    return state;
+}
+
+TLimitTimes CalcLimits(const TCurveData& d, const TCurveSummary* summary, const TLimitSpec& limits,
+                       TIndexRange range) {
+    TLimitTimes out;
+    if (limits.Mode < 1 || limits.Mode > 4 || range.IsEmpty() || range.Last - range.First < 1) return out;
+    out.Valid = true;
+    std::optional<bool> state; // none before the first measured value and after a gap
+    double t0 = 0.0;
+    auto credit = [&](double t) { (*state ? out.Out : out.In) += t - t0; };
+    auto point = [&](qint64, double t, double y, bool measured) {
+        if (!measured) {
+            if (state) credit(t);
+            state.reset();
+            return;
+        }
+        const bool s = limits.IsAlarm(y);
+        if (!state) {
+            state = s;
+            t0 = t;
+        } else if (s != *state) {
+            credit(t);
+            t0 = t;
+            state = s;
+        }
+    };
+    const qint64 end = range.Last + 1;
+    if (!summary) {
+        ForPoints(d, range.First, end, point);
+    } else {
+        // A whole block of measured values in one state adds nothing inside: at most the
+        // change at its first point.
+        const auto& blocks = summary->Blocks();
+        for (qint64 i = range.First; i < end;) {
+            if (state && i % kBlock == 0 && i + kBlock <= end) {
+                const TCurveSummary::TBlockStats& b = blocks[size_t(i / kBlock)];
+                const std::optional<bool> u = b.Clean ? limits.Uniform(b.Min, b.Max) : std::nullopt;
+                if (u) {
+                    if (*u != *state) {
+                        const double t = d.Time(i);
+                        credit(t);
+                        t0 = t;
+                        state = u;
+                    }
+                    i += kBlock;
+                    continue;
+                }
+            }
+            const qint64 next = std::min(end, (i / kBlock + 1) * kBlock);
+            ForPoints(d, i, next, point);
+            i = next;
+        }
+    }
+    if (state && d.Time(range.Last) != t0) credit(d.Time(range.Last));
+    return out;
+}
+
+// ---------------------------------------------------------------------- integral
+
+namespace {
+
+// The trapezoids of the pairs (i - 1, i) for i in [a, b) whose two points are measured.
+double Trapezoids(const TCurveData& d, const TCurveSummary* summary, qint64 a, qint64 b) {
+    a = std::max<qint64>(a, 1);
+    if (a >= b) return 0.0;
+    double sum = 0.0;
+    auto raw = [&](qint64 from, qint64 to) {
+        if (from >= to) return;
+        bool prev = false;
+        double pt = 0.0, py = 0.0;
+        ForPoints(d, from - 1, to, [&](qint64 i, double t, double y, bool measured) {
+            if (measured && prev && i >= from) sum += (py + y) / 2.0 * (t - pt);
+            prev = measured;
+            pt = t;
+            py = y;
+        });
+    };
+    const qint64 firstBlock = (a + kBlock - 1) / kBlock, endBlock = b / kBlock;
+    if (summary && firstBlock < endBlock) {
+        const auto& blocks = summary->Blocks();
+        raw(a, firstBlock * kBlock);
+        for (qint64 k = firstBlock; k < endBlock; ++k)
+            sum += blocks[size_t(k)].Trapezoids;
+        raw(endBlock * kBlock, b);
+    } else {
+        raw(a, b);
+    }
+    return sum;
+}
+
+} // namespace
+
+double Integrate(const TCurveData& d, const TCurveSummary* summary, double xmin, double xmax) {
+    const qint64 n = d.Count();
+    const qint64 s = d.LowerBound(xmin);
+    if (s >= n) return 0.0;
+    auto line = [&](qint64 i, double x) { // through points i - 1 and i
+        return (d.Value(i) - d.Value(i - 1)) / (d.Time(i) - d.Time(i - 1)) * (x - d.Time(i - 1)) + d.Value(i - 1);
+    };
+    double result = 0.0;
+    if (s > 0 && d.Time(s) > xmin && IsMeasured(d, s - 1) && IsMeasured(d, s))
+        result = (line(s, xmin) + d.Value(s)) / 2.0 * (d.Time(s) - xmin);
+    // The first point after s beyond xmax ends the sum.
+    const qint64 e = std::min(n, std::max(s + 1, d.UpperBound(xmax)));
+    result += Trapezoids(d, summary, s + 1, e);
+    if (e < n && IsMeasured(d, e - 1) && IsMeasured(d, e))
+        result += (d.Value(e - 1) + line(e, xmax)) / 2.0 * (xmax - d.Time(e - 1));
+    return result;
+}
+
+// ---------------------------------------------------------------------- texts
+
+QString DurationText(double seconds) {
+    const double days = std::floor(seconds / zeb::kSecondsPerDay);
+    const double rest = seconds - days * zeb::kSecondsPerDay;
+    return QString::number(qint64(days)) + QLatin1Char('+') + zeb::FormatTime(2, rest);
+}

@@ -1,0 +1,80 @@
+#pragma once
+// The figures of the analyses as plain functions over a curve's columns and a range of its
+// points: the statistics of the calculation view, the limit times of the limit view, the
+// integral of the integration dialog and the texts they are shown with. Views and dialogs only
+// gather the parameters and show the results.
+//
+// What counts as a measurement is decided here once: a gap marker and a NaN value carry no
+// measured value; every other point does, infinite values included, and so does the first
+// value after a gap.
+//
+// Each function takes the curve's block summary (TCurveSummary) or none. With it, whole
+// blocks are taken from their summaries and only the ragged ends are read point by point;
+// without it every point is read (the reference the fast path is checked against).
+
+#include "CurveData.h"
+#include "CurveSummary.h"
+
+#include <QString>
+
+#include <optional>
+
+// The points of a range, inclusive; First is -1 when there is none.
+struct TIndexRange {
+    qint64 First = -1;
+    qint64 Last = -1;
+    bool IsEmpty() const { return First < 0; }
+};
+
+// The points of a curve with from <= time <= to (the chart's visible points).
+TIndexRange VisibleRange(const TCurveData& d, double from, double to);
+
+// Whether point i carries a measured value.
+bool IsMeasured(const TCurveData& d, qint64 i);
+
+struct TRangeStats {
+    qint64 Count = 0; // measured values
+    double Min = 0.0, Max = 0.0, Average = 0.0;
+    // The sample standard deviation sqrt((n·Σy² − (Σy)²) / (n·(n−1))), 0 when rounding makes
+    // the quotient negative, and 0 below two values.
+    double StdDev = 0.0;
+    // What the calculation view shows: 0 no value, 1 one value, 2 two or more.
+    int CalcCount() const { return Count >= 2 ? 2 : int(Count); }
+};
+
+TRangeStats RangeStats(const TCurveData& d, const TCurveSummary* summary, TIndexRange range);
+
+// A curve's limits: mode 0 none, 1 below L1, 2 above L1, 3 strictly between, 4 outside.
+struct TLimitSpec {
+    int Mode = 0;
+    double L1 = 0.0, L2 = 0.0;
+    bool IsAlarm(double value) const;
+    // The alarm state every value in [min, max] has, or none when the range holds both.
+    std::optional<bool> Uniform(double min, double max) const;
+};
+
+struct TLimitTimes {
+    bool Valid = false; // the curve has limits and at least two points in the range
+    double Out = 0.0;   // seconds outside the limits
+    double In = 0.0;    // seconds inside them
+};
+
+// Each stretch of one alarm state is credited, up to the first point of the next state, to
+// the state it began in. A point without a measured value ends the stretch there (credited as
+// usual); the time from it to the next measured value counts to neither total.
+TLimitTimes CalcLimits(const TCurveData& d, const TCurveSummary* summary, const TLimitSpec& limits,
+                       TIndexRange range);
+
+// The integral between xmin and xmax by the trapezoidal rule, with the line through the
+// neighbouring points at both bounds. The first piece starts at the first point at or after
+// xmin (nothing is extrapolated before the first point or after the last). A trapezoid needs
+// two consecutive measured values, so no area is added across a gap or a NaN value.
+double Integrate(const TCurveData& d, const TCurveSummary* summary, double xmin, double xmax);
+
+// The flow total in litres of a flow in litres per minute integrated over seconds.
+inline double FlowTotal(double integral) {
+    return integral / 60.0;
+}
+
+// A duration as whole days, "+" and the rest in the long time format: 90061 s is "1+01:01:01".
+QString DurationText(double seconds);

@@ -1,0 +1,314 @@
+// The analyses' figures: reference signals against their closed-form answers, the rules for
+// gaps and NaN values, and the block-summary paths against a pass over every point.
+
+#include "Analysis.h"
+#include "CalcKessa.h"
+#include "Formats.h"
+
+#include <QTest>
+
+#include <cmath>
+#include <functional>
+#include <random>
+
+namespace {
+
+constexpr double kT0 = 7.6e8;
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+constexpr double kInf = std::numeric_limits<double>::infinity();
+
+// n points one second apart from kT0 with the given values.
+TCurveData Curve(qint64 n, const std::function<double(qint64)>& value) {
+    TCurveData d;
+    for (qint64 i = 0; i < n; ++i)
+        d.Append(kT0 + double(i), value(i));
+    return d;
+}
+
+TIndexRange All(const TCurveData& d) {
+    return {0, d.Count() - 1};
+}
+
+bool Near(double a, double b, double relative) {
+    return std::abs(a - b) <= relative * std::max({1.0, std::abs(a), std::abs(b)});
+}
+
+} // namespace
+
+class TstAnalysis : public QObject {
+    Q_OBJECT
+private Q_SLOTS:
+    void initTestCase() { zeb::SetFormats(2); }
+
+    void statisticsOfReferenceSignals_data() {
+        QTest::addColumn<int>("signal");
+        QTest::addColumn<qint64>("count");
+        QTest::newRow("constant 1013") << 0 << qint64(100000);
+        QTest::newRow("ramp") << 1 << qint64(50001);
+        QTest::newRow("sine, whole periods") << 2 << qint64(40000);
+    }
+    void statisticsOfReferenceSignals() {
+        QFETCH(int, signal);
+        QFETCH(qint64, count);
+        const double n = double(count);
+        // Values are kept as singles, as in the recording.
+        const std::function<double(qint64)> f[] = {
+            [](qint64) { return 1013.25; },
+            [](qint64 i) { return -5.0 + 0.25 * double(i); },
+            [](qint64 i) { return 20.0 + 4.0 * std::sin(2.0 * M_PI * double(i) / 400.0); }};
+        const TCurveData d = Curve(count, f[signal]);
+        const TCurveSummary summary(d);
+        double mean = 0, std = 0, min = 0, max = 0, tolerance = 1e-12;
+        switch (signal) {
+        case 0:
+            mean = min = max = 1013.25;
+            break;
+        case 1:
+            min = -5.0;
+            max = -5.0 + 0.25 * (n - 1);
+            mean = (min + max) / 2.0;
+            std = 0.25 * std::sqrt(n * (n + 1) / 12.0);
+            break;
+        default:
+            mean = 20.0;
+            std = 4.0 / std::sqrt(2.0) * std::sqrt(n / (n - 1));
+            min = 16.0;
+            max = 24.0;
+            tolerance = 1e-6; // singles of the sine
+        }
+        for (const TCurveSummary* s : {static_cast<const TCurveSummary*>(nullptr), &summary}) {
+            const TRangeStats r = RangeStats(d, s, All(d));
+            QCOMPARE(r.Count, count);
+            QCOMPARE(r.CalcCount(), 2);
+            QVERIFY2(Near(r.Average, mean, tolerance), qPrintable(QString::number(r.Average, 'g', 17)));
+            QVERIFY2(Near(r.StdDev, std, tolerance), qPrintable(QString::number(r.StdDev, 'g', 17)));
+            QVERIFY(Near(r.Min, min, 1e-6));
+            QVERIFY(Near(r.Max, max, 1e-6));
+        }
+    }
+
+    void fewValues() {
+        const TCurveData one = Curve(1, [](qint64) { return 7.5; });
+        TRangeStats r = RangeStats(one, nullptr, All(one));
+        QCOMPARE(r.CalcCount(), 1);
+        QCOMPARE(r.Min, 7.5);
+        QCOMPARE(r.Max, 7.5);
+        QCOMPARE(r.Average, 7.5);
+        QCOMPARE(r.StdDev, 0.0);
+        const TCurveData two = Curve(2, [](qint64) { return 3.0; });
+        r = RangeStats(two, nullptr, All(two));
+        QCOMPARE(r.CalcCount(), 2);
+        QCOMPARE(r.StdDev, 0.0);
+        QCOMPARE(RangeStats(two, nullptr, TIndexRange{}).CalcCount(), 0);
+        // The visible points: from <= time <= to.
+        const TCurveData d = Curve(10, [](qint64 i) { return double(i); });
+        QCOMPARE(VisibleRange(d, kT0 + 2.5, kT0 + 5.0).First, 3);
+        QCOMPARE(VisibleRange(d, kT0 + 2.5, kT0 + 5.0).Last, 5);
+        QVERIFY(VisibleRange(d, kT0 + 2.2, kT0 + 2.8).IsEmpty());
+        QVERIFY(VisibleRange(d, kT0 + 20, kT0 + 30).IsEmpty());
+    }
+
+    // Gap markers and NaN values are no measurements; infinite ones are.
+    void valuesThatAreNoMeasurements() {
+        TCurveData d;
+        d.Append(kT0, 1.0);
+        d.Append(kT0 + 1, 0.0, TPointKind::Gap);
+        d.Append(kT0 + 2, 3.0, TPointKind::GapEnd);
+        d.Append(kT0 + 3, kNaN);
+        d.Append(kT0 + 4, 5.0);
+        const TRangeStats r = RangeStats(d, nullptr, All(d));
+        QCOMPARE(r.Count, qint64(3));
+        QCOMPARE(r.Min, 1.0);
+        QCOMPARE(r.Average, 3.0);
+        QVERIFY(!IsMeasured(d, 1));
+        QVERIFY(IsMeasured(d, 2));
+        QVERIFY(!IsMeasured(d, 3));
+        // No pair of neighbours is measured on both ends: no area.
+        QCOMPARE(Integrate(d, nullptr, kT0, kT0 + 4), 0.0);
+        d.Append(kT0 + 5, 7.0);
+        QCOMPARE(Integrate(d, nullptr, kT0, kT0 + 5), 6.0);
+        d.Append(kT0 + 6, kInf);
+        QCOMPARE(RangeStats(d, nullptr, All(d)).Max, kInf);
+    }
+
+    void integralBounds_data() {
+        QTest::addColumn<double>("from"); // seconds after the first point
+        QTest::addColumn<double>("to");
+        QTest::addColumn<double>("expected");
+        // y = 2 + 0.5 t over t = 0..100 s, sampled each second: trapezoids are exact on a line.
+        auto area = [](double a, double b) { return 2.0 * (b - a) + 0.25 * (b * b - a * a); };
+        QTest::newRow("whole range") << 0.0 << 100.0 << area(0, 100);
+        QTest::newRow("before the first point") << -50.0 << 10.0 << area(0, 10);
+        QTest::newRow("after the last point") << 90.0 << 500.0 << area(90, 100);
+        QTest::newRow("on points") << 10.0 << 20.0 << area(10, 20);
+        QTest::newRow("between points") << 10.25 << 20.75 << area(10.25, 20.75);
+        QTest::newRow("inside one step") << 10.25 << 10.75 << area(10.25, 10.75);
+        QTest::newRow("outside") << 200.0 << 300.0 << 0.0;
+    }
+    void integralBounds() {
+        QFETCH(double, from);
+        QFETCH(double, to);
+        QFETCH(double, expected);
+        const TCurveData d = Curve(101, [](qint64 i) { return 2.0 + 0.5 * double(i); });
+        const TCurveSummary summary(d);
+        QVERIFY(Near(Integrate(d, nullptr, kT0 + from, kT0 + to), expected, 1e-12));
+        QVERIFY(Near(Integrate(d, &summary, kT0 + from, kT0 + to), expected, 1e-12));
+    }
+
+    void flowTotal() {
+        // 60 l/min for 60 s: 60 litres.
+        const TCurveData d = Curve(61, [](qint64) { return 60.0; });
+        QCOMPARE(FlowTotal(Integrate(d, nullptr, kT0, kT0 + 60)), 60.0);
+        QCOMPARE(zeb::FormatFloat(QStringLiteral("0.000"), 60.0) + QStringLiteral(" l"), QStringLiteral("60.000 l"));
+    }
+
+    // A step across the limit at second 100 of 300: each stretch counts to the state it began in.
+    void limitTimesOfAStep_data() {
+        QTest::addColumn<int>("mode");
+        QTest::addColumn<double>("l1");
+        QTest::addColumn<double>("l2");
+        QTest::addColumn<double>("out");
+        QTest::addColumn<double>("in");
+        QTest::newRow("above L1") << 2 << 5.0 << 0.0 << 199.0 << 100.0;
+        QTest::newRow("below L1") << 1 << 5.0 << 0.0 << 100.0 << 199.0;
+        QTest::newRow("on L1 is no alarm") << 2 << 10.0 << 0.0 << 0.0 << 299.0;
+        QTest::newRow("inside the band") << 3 << 0.0 << 20.0 << 199.0 << 100.0;
+        QTest::newRow("band edge L1 is no alarm") << 3 << 10.0 << 20.0 << 0.0 << 299.0;
+        QTest::newRow("outside the band") << 4 << -1.0 << 5.0 << 199.0 << 100.0;
+        QTest::newRow("band edge L2 is no alarm") << 4 << -1.0 << 10.0 << 0.0 << 299.0;
+        QTest::newRow("no limits") << 0 << 5.0 << 0.0 << -1.0 << -1.0;
+    }
+    void limitTimesOfAStep() {
+        QFETCH(int, mode);
+        QFETCH(double, l1);
+        QFETCH(double, l2);
+        QFETCH(double, out);
+        QFETCH(double, in);
+        const TCurveData d = Curve(300, [](qint64 i) { return i < 100 ? 0.0 : 10.0; });
+        const TLimitTimes t = CalcLimits(d, nullptr, TLimitSpec{mode, l1, l2}, All(d));
+        QCOMPARE(t.Valid, out >= 0);
+        if (!t.Valid) return;
+        QCOMPARE(t.Out, out);
+        QCOMPARE(t.In, in);
+        QCOMPARE(DurationText(t.Out), DurationText(out));
+    }
+
+    void limitTimesAcrossAGap() {
+        // in 0..10, gap at 10, nothing until the value at 15, in again up to 20, out to 30.
+        TCurveData d;
+        for (int t : {0, 5})
+            d.Append(kT0 + t, 1.0);
+        d.Append(kT0 + 10, 0.0, TPointKind::Gap);
+        d.Append(kT0 + 15, 1.0, TPointKind::GapEnd);
+        d.Append(kT0 + 20, 9.0);
+        d.Append(kT0 + 30, 9.0);
+        const TLimitTimes t = CalcLimits(d, nullptr, TLimitSpec{2, 5.0, 0.0}, All(d));
+        QCOMPARE(t.In, 10.0 + 5.0);
+        QCOMPARE(t.Out, 10.0);
+        // A single point is no stretch.
+        QVERIFY(!CalcLimits(d, nullptr, TLimitSpec{2, 5.0, 0.0}, TIndexRange{2, 2}).Valid);
+    }
+
+    void uniformMatchesEveryValue() {
+        std::mt19937 rng(3);
+        std::uniform_real_distribution<double> u(-10.0, 10.0);
+        for (int mode = 1; mode <= 4; ++mode)
+            for (int k = 0; k < 2000; ++k) {
+                const TLimitSpec spec{mode, std::round(u(rng)), std::round(u(rng))};
+                double lo = std::round(u(rng) * 2) / 2, hi = std::round(u(rng) * 2) / 2;
+                if (k % 50 == 0) lo = -kInf;
+                if (k % 70 == 0) hi = kInf;
+                if (lo > hi) std::swap(lo, hi);
+                std::optional<bool> brute = spec.IsAlarm(lo);
+                for (double v = std::max(lo, -20.0); v <= std::min(hi, 20.0) && brute; v += 0.125)
+                    if (spec.IsAlarm(v) != *brute) brute.reset();
+                if (brute && spec.IsAlarm(hi) != *brute) brute.reset();
+                QCOMPARE(spec.Uniform(lo, hi), brute);
+            }
+    }
+
+    // The block summaries give what a pass over every point gives, on random data with gaps,
+    // NaN and infinite values, a signal that crosses its limits rarely and one that crosses
+    // them often.
+    void summaryMatchesEveryPoint_data() {
+        QTest::addColumn<bool>("often");
+        QTest::newRow("rare crossings") << false;
+        QTest::newRow("frequent crossings") << true;
+    }
+    void summaryMatchesEveryPoint() {
+        QFETCH(bool, often);
+        std::mt19937_64 rng(often ? 5 : 9);
+        std::uniform_real_distribution<double> noise(-1.0, 1.0);
+        TCurveData d;
+        const qint64 n = 5 * TCurveSummary::kStatBlock + 1234;
+        double t = kT0;
+        for (qint64 i = 0; i < n; ++i) {
+            t += 0.5 + (rng() % 3) * 0.25;
+            // Rare crossings fall on block starts, where a whole block changes the state.
+            double v = often ? 5.0 + 6.0 * noise(rng)
+                             : (i / TCurveSummary::kStatBlock) % 2 ? 12.0 + noise(rng) : 1.0 + noise(rng);
+            TPointKind kind = TPointKind::Value;
+            // Rare enough that most blocks hold measured values only.
+            if (rng() % 9001 == 0) kind = TPointKind::Gap;
+            if (rng() % 12007 == 0) v = kNaN;
+            if (rng() % 15013 == 0) v = rng() % 2 ? kInf : -kInf;
+            d.Append(t, v, kind);
+        }
+        const TCurveSummary summary(d);
+        const TLimitSpec limits{4, 0.0, 10.0};
+        std::uniform_int_distribution<qint64> at(0, n - 1);
+        for (int k = 0; k < 200; ++k) {
+            qint64 a = at(rng), b = at(rng);
+            if (a > b) std::swap(a, b);
+            if (k == 0) a = 0, b = n - 1;
+            const TIndexRange r{a, b};
+            const TRangeStats fast = RangeStats(d, &summary, r), brute = RangeStats(d, nullptr, r);
+            QCOMPARE(fast.Count, brute.Count);
+            QCOMPARE(fast.Min, brute.Min);
+            QCOMPARE(fast.Max, brute.Max);
+            if (std::isfinite(brute.Average)) {
+                QVERIFY(Near(fast.Average, brute.Average, 1e-9));
+                QVERIFY(Near(fast.StdDev, brute.StdDev, 1e-9));
+            }
+            const TLimitTimes lf = CalcLimits(d, &summary, limits, r), lb = CalcLimits(d, nullptr, limits, r);
+            QCOMPARE(lf.Valid, lb.Valid);
+            QCOMPARE(lf.Out, lb.Out);
+            QCOMPARE(lf.In, lb.In);
+            const double x0 = d.Time(a) - 0.3, x1 = d.Time(b) + 0.3;
+            const double fi = Integrate(d, &summary, x0, x1), bi = Integrate(d, nullptr, x0, x1);
+            if (std::isfinite(bi)) QVERIFY2(Near(fi, bi, 1e-9), qPrintable(QStringLiteral("%1 %2").arg(fi).arg(bi)));
+        }
+    }
+
+    void durationText() {
+        QCOMPARE(DurationText(90061.0), QStringLiteral("1+01:01:01"));
+        QCOMPARE(DurationText(0.0), QStringLiteral("0+00:00:00"));
+        QCOMPARE(DurationText(86400.0 * 12 + 59.0), QStringLiteral("12+00:00:59"));
+    }
+
+    void calcKessa() {
+        TCalcKessa k;
+        QVERIFY(!k.isCalcCurve(-1)); // inactive: no curve, whatever the index
+        k.setCalcCurve(false, 2, QStringLiteral("Q"), QStringLiteral("l/s"), -3.0, 1.0);
+        QVERIFY(!k.isCalcCurve(2));
+        QVERIFY(k.isUpdated());
+        k.MinText = QStringLiteral("x");
+        k.setCalcCurve(true, 2, QStringLiteral("Q"), QStringLiteral("l/s"), -3.0, 1.0);
+        QVERIFY(k.MinText.isEmpty());
+        QVERIFY(k.isCalcCurve(2));
+        QCOMPARE(k.getValue(2.0), -5.0);
+        QVERIFY(!k.isCalcCurveVisible());
+        k.setVisibleCurve(1);
+        QVERIFY(!k.isCalcCurveVisible());
+        k.setVisibleCurve(2);
+        QVERIFY(k.isCalcCurveVisible());
+        k.clearVisibleCurve();
+        QVERIFY(!k.isUpdated());
+        QVERIFY(!k.isCalcCurveVisible());
+        k.setInactive();
+        QVERIFY(!k.isCalcCurve(2));
+    }
+};
+
+QTEST_GUILESS_MAIN(TstAnalysis)
+#include "tst_analysis.moc"
