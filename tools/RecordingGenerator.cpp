@@ -1,5 +1,7 @@
 #include "RecordingGenerator.h"
 
+#include <limits>
+
 #include "DataFile.h"
 #include "RecordingWalk.h"
 
@@ -22,7 +24,7 @@ const TKind kKinds[] = {
     {"ZEB-T1", "Temperature", u"°C", 4, 15.0f, 25.0f},
     {"ZEB-H1", "Humidity", u"%rH", 2, 70.0f, 0.0f},
     {"ZEB-P1", "Pressure", u"hPa", 1, 1000.0f, 0.0f},
-    {"ZEB-F1", "Flow", u"m³/h", 2, 14.0f, 0.0f},
+    {"ZEB-F1", "Flow", u"l/min", 2, 14.0f, 0.0f},
     {"ZEB-A1", "Acceleration", u"g", 0, 0.0f, 0.0f},
 };
 constexpr int kKindCount = int(std::size(kKinds));
@@ -78,6 +80,14 @@ float TRecordingGenerator::Sample(int channel, double seconds) {
     }
 }
 
+// Now and then a value no instrument should send: NaN, or an infinity of either sign.
+float TRecordingGenerator::OddValue(float v) {
+    if (FOpt.oddRate <= 0 || Uniform() >= FOpt.oddRate) return v;
+    const double kind = Uniform();
+    if (kind < 0.5) return std::numeric_limits<float>::quiet_NaN();
+    return kind < 0.75 ? std::numeric_limits<float>::infinity() : -std::numeric_limits<float>::infinity();
+}
+
 bool TRecordingGenerator::NextRecord(double& days, std::uint32_t* bits) {
     if (FIndex >= FOpt.records) return false;
     const double seconds = double(FIndex) * FOpt.intervalSeconds;
@@ -87,7 +97,7 @@ bool TRecordingGenerator::NextRecord(double& days, std::uint32_t* bits) {
         const float v = Sample(c, seconds); // drawn always, so the signal does not depend on the rates
         if (r < FOpt.missingRate) bits[c] = TRecordingWalk::kNoValueBits;
         else if (r < FOpt.missingRate + FOpt.gapRate) bits[c] = TRecordingWalk::kGapBits;
-        else bits[c] = std::bit_cast<std::uint32_t>(v);
+        else bits[c] = std::bit_cast<std::uint32_t>(OddValue(v));
     }
     ++FIndex;
     return true;

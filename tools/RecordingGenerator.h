@@ -17,6 +17,7 @@ struct TGenOptions {
     double startDays = 8826.0; // 2024-03-01
     double missingRate = 0.0;  // share of values written as "no measurement"
     double gapRate = 0.0;      // share of values written as gap markers
+    double oddRate = 0.0;      // share of values written as NaN or infinity
     bool limits = true;
     QString zebName = QStringLiteral("ZEB demo");
     QString loggerName = QStringLiteral("Logger 1");
@@ -42,6 +43,7 @@ private:
     double Uniform();
     double Normal();
     float Sample(int channel, double seconds);
+    float OddValue(float v);
 
     TGenOptions FOpt;
     std::vector<TGenChannel> FChannels;

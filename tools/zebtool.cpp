@@ -5,7 +5,10 @@
 //                                     everything the loader reads, as JSON (gaps null,
 //                                     non-finite values "NaN", "Infinity", "-Infinity")
 //   zebtool info FILE                 a short summary
+//   zebtool analyse [--from S] [--to S] FILE
+//                                     each curve's statistics, limit times and integral
 
+#include "Analysis.h"
 #include "DataBase.h"
 #include "DataFile.h"
 #include "FileThread.h"
@@ -23,6 +26,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstdio>
+#include <optional>
 #include <unistd.h>
 #include <vector>
 
@@ -42,12 +46,17 @@ int Usage(bool asked = false) {
     s << "usage:\n"
              "  zebtool gen [--seed N] [--channels N] [--records N | --values N] [--interval SEC]\n"
              "              [--start YYYY-MM-DD[THH:MM:SS]] [--missing RATE] [--gap-rate RATE] [--gaps]\n"
-             "              [--no-limits] [--zeb-name TEXT] [--logger TEXT] [--quiet] OUT.zeb\n"
+             "              [--odd-rate RATE] [--no-limits] [--zeb-name TEXT] [--logger TEXT] [--quiet] OUT.zeb\n"
              "  zebtool blocks FILE\n"
              "  zebtool dump [--answer N | --no-ask] [--variant CODE] FILE\n"
              "  zebtool info [--answer N | --no-ask] [--variant CODE] FILE\n"
+             "  zebtool analyse [--from S] [--to S] [--answer N | --no-ask] [--variant CODE] FILE\n"
              "dump writes JSON: a gap is null; a value that is not a finite number is one of the\n"
-             "strings \"NaN\", \"Infinity\", \"-Infinity\".\n";
+             "strings \"NaN\", \"Infinity\", \"-Infinity\".\n"
+             "analyse writes JSON with each curve's statistics, limit times and integral over the\n"
+             "points with from <= time <= to (seconds since 1 January 2000; default: all); a figure\n"
+             "that does not exist for the range is null.\n"
+             "gen --odd-rate writes that share of the values as NaN or an infinity.\n";
     s.flush();
     return asked ? 0 : 2;
 }
@@ -102,6 +111,7 @@ int Gen(QStringList args) {
             else if (a == QLatin1String("--missing")) o.missingRate = next(i).toDouble(&ok);
             else if (a == QLatin1String("--gap-rate")) o.gapRate = next(i).toDouble(&ok);
             else if (a == QLatin1String("--gaps")) o.gapRate = 0.0005;
+            else if (a == QLatin1String("--odd-rate")) o.oddRate = next(i).toDouble(&ok);
             else if (a == QLatin1String("--no-limits")) o.limits = false;
             else if (a == QLatin1String("--zeb-name")) o.zebName = next(i);
             else if (a == QLatin1String("--logger")) o.loggerName = next(i);
@@ -129,7 +139,7 @@ int Gen(QStringList args) {
     }
     if (out.isEmpty()) return Usage();
     if (o.channels < 1 || o.channels > 16000 || o.records < 0 || o.intervalSeconds <= 0 || o.missingRate < 0 ||
-        o.gapRate < 0 || o.missingRate + o.gapRate > 1) {
+        o.gapRate < 0 || o.missingRate + o.gapRate > 1 || o.oddRate < 0 || o.oddRate > 1) {
         Err() << "zebtool gen: options out of range\n";
         return 2;
     }
@@ -317,6 +327,59 @@ int Info(const QStringList& args) {
     return 0;
 }
 
+// ------------------------------------------------------------------ analyse
+
+// The figures of the calculation view, the limit view and the integration dialog, by the
+// same functions, over the points with from <= time <= to.
+int Analyse(QStringList args) {
+    std::optional<double> from, to;
+    for (int i = 0; i + 1 < args.size();) {
+        if (args[i] != QLatin1String("--from") && args[i] != QLatin1String("--to")) {
+            ++i;
+            continue;
+        }
+        bool ok = false;
+        const double v = args[i + 1].toDouble(&ok);
+        if (!ok || !std::isfinite(v)) {
+            Err() << "zebtool analyse: bad value for " << args[i] << "\n";
+            return 2;
+        }
+        (args[i] == QLatin1String("--from") ? from : to) = v;
+        args.remove(i, 2);
+    }
+    TDataBase db;
+    TLoad res;
+    QString path;
+    if (const int rc = LoadFromArgs("analyse", args, db, res, path); rc >= 0) return rc;
+    double first = 0.0, last = 0.0;
+    db.GetXMinXMax(first, last, false);
+    const double x0 = from.value_or(first), x1 = to.value_or(last);
+    auto orNull = [](bool has, double v) { return has ? Num(v) : QStringLiteral("null"); };
+
+    QTextStream& o = Out();
+    o << "{\"status\": " << res.status << ", \"from\": " << Num(x0) << ", \"to\": " << Num(x1) << ", \"curves\": [";
+    for (int c = 0; c < db.Curve_Count(); ++c) {
+        const TCurveData& d = db.Data(c);
+        const auto summary = db.Summary(c);
+        const TIndexRange range = VisibleRange(d, x0, x1);
+        const TRangeStats st = RangeStats(d, summary.get(), range);
+        const TMseSettingsCurve& cu = db.Settings().Curves[c];
+        const TLimitTimes lt = CalcLimits(d, summary.get(), TLimitSpec{cu.LAlarm, cu.LValue1, cu.LValue2}, range);
+        const bool limited = cu.LAlarm >= 1 && cu.LAlarm <= 4;
+        o << (c ? ", " : "") << "{\"index\": " << c << ", \"name\": " << JsonString(db.Curve_NameGet(c))
+          << ", \"unit\": " << JsonString(db.Curve_UnitGet(c)) << ", \"points\": " << st.Count
+          << ", \"min\": " << orNull(st.Count > 0, st.Min) << ", \"max\": " << orNull(st.Count > 0, st.Max)
+          << ", \"average\": " << orNull(st.Count > 0, st.Average)
+          << ", \"stddev\": " << orNull(st.Count > 1, st.StdDev)
+          << ", \"limit_mode\": " << (limited ? QString::number(cu.LAlarm) : QStringLiteral("null"))
+          << ", \"limit_out_s\": " << orNull(limited && lt.Valid, lt.Out)
+          << ", \"limit_in_s\": " << orNull(limited && lt.Valid, lt.In)
+          << ", \"integral\": " << Num(Integrate(d, summary.get(), x0, x1)) << "}";
+    }
+    o << "]}\n";
+    return 0;
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -337,5 +400,6 @@ int main(int argc, char** argv) {
     }
     if (cmd == QLatin1String("dump")) return Dump(args);
     if (cmd == QLatin1String("info")) return Info(args);
+    if (cmd == QLatin1String("analyse")) return Analyse(args);
     return Usage();
 }

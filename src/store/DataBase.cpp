@@ -236,13 +236,17 @@ bool TDataBase::IsUsedAxis(int axis) const {
     return false;
 }
 
+// A flow curve measures litres per minute, as the flow total (litres, the integral over
+// seconds divided by 60) needs: its unit, without blanks and of either case, is "l/min",
+// "ltr/min", "liter/min", "litre/min" or "lpm".
 bool TDataBase::IsFlowCurve(int curve) const {
     if (!Curve_IsValid(curve)) return false;
-    QString unit = Curve_UnitGet(curve);
-    unit.replace(QChar(0xB3), QLatin1Char('3'));
-    return unit.compare(QLatin1String("m3/h"), Qt::CaseInsensitive) == 0 ||
-           unit.compare(QLatin1String("l/min"), Qt::CaseInsensitive) == 0 ||
-           unit.compare(QLatin1String("l/h"), Qt::CaseInsensitive) == 0;
+    QString unit = Curve_UnitGet(curve).toLower();
+    unit.remove(QLatin1Char(' '));
+    static const QStringList kLitresPerMinute = {QStringLiteral("l/min"), QStringLiteral("ltr/min"),
+                                                 QStringLiteral("liter/min"), QStringLiteral("litre/min"),
+                                                 QStringLiteral("lpm")};
+    return kLitresPerMinute.contains(unit);
 }
 
 bool TDataBase::ExistsFlowModul() const {

@@ -253,9 +253,15 @@ private Q_SLOTS:
         QCOMPARE(db.Curve_NameGet(0), QStringLiteral("Inside"));
         QCOMPARE(db.Curve_NameGet(5), QString());
         QCOMPARE(TDataBase::AddUnit(QStringLiteral("x"), QString()), QStringLiteral("x"));
-        f.r.SetUnit(0, QStringLiteral("m³/h"));
-        QVERIFY(db.IsFlowCurve(0));
+        // Flow curves are litres per minute, whatever the spelling.
+        for (const char* unit : {"l/min", " L / Min ", "lpm", "Litre/min"}) {
+            f.r.SetUnit(0, QString::fromLatin1(unit));
+            QVERIFY2(db.IsFlowCurve(0), unit);
+        }
         QVERIFY(db.ExistsFlowModul());
+        f.r.SetUnit(0, QStringLiteral("m³/h"));
+        QVERIFY(!db.IsFlowCurve(0));
+        QVERIFY(!db.ExistsFlowModul());
     }
 
     void templateRoundTripThroughTheStore() {
