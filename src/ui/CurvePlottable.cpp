@@ -270,6 +270,8 @@ bool TCurvePlottable::PixelMap(TPixelMap& map) const {
     map.Top = r.top();
     map.Bottom = r.bottom();
     map.ValueAxis = value;
+    map.ValueFactor = FFactor;
+    map.ValueOffset = FOffset;
     if (value->orientation() == Qt::Vertical && value->scaleType() == QCPAxis::stLinear &&
         !value->rangeReversed() && value->range().size() > 0) {
         const QRect vr = value->axisRect()->rect();
@@ -403,7 +405,9 @@ QCPRange TCurvePlottable::getValueRange(bool& foundRange, QCP::SignDomain inSign
         TCurveSummary scan(*d); // bare columns only (tests); the chart always has a pyramid
         foundRange = scan.MinMax(first, last, lo, hi);
     }
-    return foundRange ? QCPRange(lo, hi) : QCPRange();
+    if (!foundRange) return QCPRange();
+    const double a = FFactor * lo + FOffset, b = FFactor * hi + FOffset;
+    return QCPRange(std::min(a, b), std::max(a, b));
 }
 
 // ====================================================================== limit lines

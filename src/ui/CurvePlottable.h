@@ -57,9 +57,12 @@ struct TPixelMap {
     // A plain linear value axis is mapped here, without a call per sample.
     bool Linear = false;
     double ValueLower = 0.0, ValueScale = 1.0, ValueBase = 0.0;
+    // A derived curve draws factor * value + offset.
+    double ValueFactor = 1.0, ValueOffset = 0.0;
 
     double Column(double time) const { return std::floor((time - KeyLower) * KeyScale); }
     double PixelY(double value) const {
+        value = ValueFactor * value + ValueOffset;
         // Infinite values run off the plot's edge; NaN never comes here (it breaks the line).
         if (std::isinf(value)) return value > 0 ? Top - kMargin : Bottom + kMargin;
         const double y =
@@ -107,6 +110,11 @@ public:
     bool Reduction() const { return FReduce; }
     // 0 line, 1 line and points, 2 points.
     void SetLineType(int type) { FType = type; }
+    // Draws factor * value + offset instead of the values (the additional flow channel).
+    void SetTransform(double factor, double offset) {
+        FFactor = factor;
+        FOffset = offset;
+    }
     int LineType() const { return FType; }
     // Segments inside one pixel column are vertical and drawn as the one line they cover
     // together, the same pixels for far fewer strokes and points. Off draws each segment as
@@ -144,6 +152,7 @@ private:
     bool FSuspended = false;
     bool FMergeColumns = true;
     int FType = 0;
+    double FFactor = 1.0, FOffset = 0.0;
     qint64 FLastPoints = 0;
     TCurvePath FPath;
     std::vector<QLineF> FLines;

@@ -1,6 +1,9 @@
 #include "Main.h"
 
 #include "BigDataDlg.h"
+#include "CalcDlg.h"
+#include "CalcKessa.h"
+#include "CalcKessaDlg.h"
 #include "CfgPage.h"
 #include "CrossHair.h"
 #include "DataBase.h"
@@ -8,6 +11,8 @@
 #include "Formats.h"
 #include "GoToDlg.h"
 #include "TableView.h"
+#include "ViewCalc.h"
+#include "ViewLimit.h"
 #include "Texts.h"
 #include "ZebChart.h"
 #include "ZebDlg.h"
@@ -342,6 +347,11 @@ void TForm1::FormCreate() {
     connect(FTableView, &TTableView::gotoTimeRequested, this, &TForm1::GUI_TableGotoTime);
     FTableView->SetChartMinProvider([this] { return FChart->ChartAxis(axBottom)->range().lower; });
     connect(FCfgPage, &TCfgPage::modified, this, [this] { SetModified(true); });
+    FViewCalc = new TfrmViewCalc(FDataBase, this);
+    FViewLimit = new TfrmViewLimit(FDataBase, this);
+    connect(FChart, &TZebChart::viewChanged, this, &TForm1::Analyses_ReCalc);
+    connect(FViewCalc, &TfrmViewBase::closedByUser, this, [this] { Analyses_SetShown(true, false); });
+    connect(FViewLimit, &TfrmViewBase::closedByUser, this, [this] { Analyses_SetShown(false, false); });
 
     // 2. texts and settings
     ApplyLanguage();
@@ -352,6 +362,10 @@ void TForm1::FormCreate() {
 
     // 3. the companions
     FindHelperPrograms();
+
+    // 4. the additional flow channel from the settings
+    CalcKessa().setCalcCurve(s.CustomApp0_Active, s.CustomApp0_Curve, s.CustomApp0_Name, s.CustomApp0_Unit,
+                             s.CustomApp0_Mul, s.CustomApp0_Add);
 
     // 5. the chart view
     onbWork->setCurrentIndex(pgWork);
@@ -450,6 +464,23 @@ void TForm1::BuildMenus() {
     menGraphLimits = action("menGraphLimits", &TForm1::GUI_GraphLimits);
     menGraphLimits->setCheckable(true);
     menGraph->addAction(menGraphLimits);
+    menGraph->addSeparator();
+    menGraphFunc = menGraph->addMenu(QString());
+    menGraphFunc->setObjectName(QStringLiteral("menGraphFunc"));
+    menGraphFuncIntegral = action("menGraphFuncIntegral", &TForm1::menGraphFuncIntegralClick);
+    menGraphFuncFlow = action("menGraphFuncFlow", &TForm1::menGraphFuncFlowClick);
+    menGraphFuncCalc = action("menGraphFuncCalc", &TForm1::menGraphFuncCalcClick);
+    menGraphFuncLimit = action("menGraphFuncLimit", &TForm1::menGraphFuncLimitClick);
+    menGraphFuncKessa = action("menGraphFuncKessa", &TForm1::menGraphFuncKessaClick);
+    menGraphFuncCalc->setCheckable(true);
+    menGraphFuncLimit->setCheckable(true);
+    for (QAction* a : {menGraphFuncIntegral, menGraphFuncFlow})
+        menGraphFunc->addAction(a);
+    menGraphFunc->addSeparator();
+    for (QAction* a : {menGraphFuncCalc, menGraphFuncLimit})
+        menGraphFunc->addAction(a);
+    menGraphFunc->addSeparator();
+    menGraphFunc->addAction(menGraphFuncKessa);
     menGraph->addSeparator();
     menGraphScale = action("menGraphScale", &TForm1::GUI_GraphScale);
     menGraphScale->setIcon(Glyph(TGlyph::Scale));
@@ -622,6 +653,12 @@ void TForm1::ApplyLanguage() {
     menGraphCursor[0]->setText(Txt(TTextId::Crosshairs1));
     menGraphCursor[1]->setText(Txt(TTextId::Crosshairs2));
     menGraphLimits->setText(Txt(TTextId::Limits));
+    menGraphFunc->setTitle(Txt(TTextId::MenuGraphFunc));
+    menGraphFuncIntegral->setText(Txt(TTextId::MenuGraphFuncIntegral));
+    menGraphFuncFlow->setText(Txt(TTextId::MenuGraphFuncFlow));
+    menGraphFuncCalc->setText(Txt(TTextId::MenuGraphFuncCalc));
+    menGraphFuncLimit->setText(Txt(TTextId::MenuGraphFuncLimit));
+    menGraphFuncKessa->setText(Txt(TTextId::MenuGraphFuncKessa));
     menGraphScale->setText(Txt(TTextId::MenuGraphScale));
     menGraphRedo->setText(Txt(TTextId::Undo));
 
@@ -749,6 +786,9 @@ void TForm1::View_OnPageChanged(int page) {
     // page has toolbars of its own.
     panSpeedButtonsBigData->setVisible(!cfg && FDataBase->isBigData());
     if (graph) SetStatus(Txt(TTextId::StatusZoomHint));
+    // The analyses speak of the chart: they go while another view is shown.
+    FViewCalc->Display(graph);
+    FViewLimit->Display(graph);
     if (table) {
         SetStatus(QString());
         FTableView->Enter();
@@ -857,6 +897,7 @@ bool TForm1::ApplyTemplate(const QString& fileName) {
     }
     FChart->Rebuild();
     SyncGraphSwitches();
+    Analyses_Arm();
     return true;
 }
 
@@ -998,6 +1039,9 @@ void TForm1::UpdateUndo() {
 
 void TForm1::GUI_Graph() {
     menGraphLimits->setChecked(FDataBase->LimitLinesOn());
+    menGraphFuncFlow->setVisible(FDataBase->ExistsFlowModul());
+    menGraphFuncCalc->setChecked(FViewCalc->IsActive());
+    menGraphFuncLimit->setChecked(FViewLimit->IsActive());
     for (int k = 0; k < 2; ++k)
         menGraphCursor[k]->setChecked(FChart->CrossHair()->GetActive(k) != -1);
     UpdateUndo();
@@ -1035,6 +1079,76 @@ void TForm1::chkBigDataOnClick() {
     FChart->Rebuild();
 }
 
+// ====================================================================== analyses
+
+void TForm1::menGraphFuncIntegralClick() {
+    if (FLoading || FCaptionFile.isEmpty()) return;
+    TfrmCalcDlg dlg(this);
+    dlg.Execute(FDataBase, FChart->CrossHair(), false);
+}
+
+void TForm1::menGraphFuncFlowClick() {
+    if (FLoading || FCaptionFile.isEmpty()) return;
+    TfrmCalcDlg dlg(this);
+    dlg.Execute(FDataBase, FChart->CrossHair(), true);
+}
+
+void TForm1::menGraphFuncCalcClick() {
+    Analyses_SetShown(true, !FViewCalc->IsActive());
+}
+
+void TForm1::menGraphFuncLimitClick() {
+    Analyses_SetShown(false, !FViewLimit->IsActive());
+}
+
+void TForm1::menGraphFuncKessaClick() {
+    if (FLoading) return;
+    TfrmCalcKessaDlg dlg(this);
+    if (!dlg.Execute(FDataBase)) return;
+    // The views fill the channel's texts anew, and the chart draws it (or no longer does).
+    FChart->Rebuild();
+}
+
+// Shown or not is part of the display settings.
+void TForm1::Analyses_SetShown(bool calc, bool shown) {
+    TfrmViewBase* view = calc ? static_cast<TfrmViewBase*>(FViewCalc) : FViewLimit;
+    (calc ? FDataBase->View().General.ViewCalc : FDataBase->View().General.ViewLimit) = shown;
+    if (shown) {
+        view->SetActive();
+        view->Display(onbView->currentIndex() == pgGraph);
+        Analyses_ReCalc();
+    } else {
+        view->SetInactive();
+    }
+    (calc ? menGraphFuncCalc : menGraphFuncLimit)->setChecked(shown);
+    SetModified(true);
+}
+
+void TForm1::Analyses_Arm() {
+    const TGeneralState& g = FDataBase->View().General;
+    for (TfrmViewBase* view : std::initializer_list<TfrmViewBase*>{FViewCalc, FViewLimit}) {
+        const bool shown = view == FViewCalc ? g.ViewCalc : g.ViewLimit;
+        view->SetInactive();
+        if (shown && !FBatchSink) {
+            view->SetActive();
+            view->Display(onbView->currentIndex() == pgGraph);
+        }
+    }
+    Analyses_ReCalc();
+}
+
+void TForm1::Analyses_ReCalc() {
+    if (FLoading) return;
+    for (TfrmViewBase* view : std::initializer_list<TfrmViewBase*>{FViewCalc, FViewLimit})
+        if (view->IsActive()) view->ReCalc();
+    // What the views have seen of the flow channel is up to date; the chart draws its curve
+    // while the reference curve is shown.
+    TCalcKessa& kessa = CalcKessa();
+    kessa.clearVisibleCurve();
+    for (int i = 0; i < FDataBase->Curve_Count(); ++i)
+        if (FDataBase->Curve_IsActive(i)) kessa.setVisibleCurve(i);
+}
+
 // ====================================================================== opening a file
 
 QString TForm1::SettingsFileOf(const QString& dataFile) {
@@ -1056,6 +1170,8 @@ bool TForm1::OpenFile(const QString& fileName) {
 
     // 1. the views let go of the old recording
     FDataBase->Repaint(false);
+    FViewCalc->SetInactive();
+    FViewLimit->SetInactive();
     onbWork->setCurrentIndex(pgProgress);
     FCaptionFile.clear();
     FModified = false;
@@ -1134,6 +1250,8 @@ void TForm1::FileFailed(int result) {
     // What was read stays and is shown; only the file is forgotten. Large curves are drawn
     // reduced, as after a complete load, so a cancelled huge file stays responsive.
     FDataBase->ClearFileName();
+    FViewCalc->Clear();
+    FViewLimit->Clear();
     FDataBase->CheckBigData();
     chkBigDataOn->setChecked(FDataBase->isBigDataOn());
     FDataBase->Table_SetFirstRow(0.0);
@@ -1194,6 +1312,7 @@ void TForm1::FileLoaded() {
     GraphCursorSet(0, true);
     GraphCursorSet(1, true);
     SyncGraphSwitches();
+    Analyses_Arm();
 
     if (db.isBigDataOn() && !FBatchSink)
         TZebDlg::ShowMsg(Txt(TTextId::MsgDataReductionNote), TMsgDlgType::Information);

@@ -32,6 +32,8 @@ class TFileThread;
 class TTableView;
 class TZebChart;
 class TfrmBigDataDlg;
+class TfrmViewCalc;
+class TfrmViewLimit;
 
 class TForm1 : public QMainWindow {
     Q_OBJECT
@@ -67,6 +69,8 @@ public:
     TZebChart* Chart() const { return FChart; }
     TTableView* TableView() const { return FTableView; }
     TCfgPage* CfgPage() const { return FCfgPage; }
+    TfrmViewCalc* ViewCalc() const { return FViewCalc; }
+    TfrmViewLimit* ViewLimit() const { return FViewLimit; }
     int ViewPage() const;
     // The configuration tab that the page opens on next; -1 keeps the tab it shows.
     int CfgTab() const { return FCfgTab; }
@@ -111,6 +115,11 @@ public Q_SLOTS:
     void GUI_TableGotoTime();
     void GUI_CfgRedo();
     void chkBigDataOnClick();
+    void menGraphFuncIntegralClick();
+    void menGraphFuncFlowClick();
+    void menGraphFuncCalcClick();
+    void menGraphFuncLimitClick();
+    void menGraphFuncKessaClick();
 
 protected:
     void closeEvent(QCloseEvent* event) override; // Form_OnCloseQuery
@@ -148,6 +157,13 @@ private:
     void Graph_OnLegendClick(int curve, Qt::KeyboardModifiers modifiers);
     void SyncGraphSwitches();
 
+    // The calculation and limit views follow the chart; the flow channel learns which curves
+    // are drawn.
+    void Analyses_ReCalc();
+    // The views as the template's ViewCalc and ViewLimit say, computed anew.
+    void Analyses_Arm();
+    void Analyses_SetShown(bool calc, bool shown);
+
     void FileThread_OnAnswer(int index, const QString& text);
     void FileThread_OnAsk(int& res);
     void FileLoaded();
@@ -172,6 +188,8 @@ private:
     // Every loader made so far that may not have ended yet; freed once it has.
     std::vector<std::unique_ptr<TFileThread>> FThreads;
     QPointer<TfrmBigDataDlg> FBigDataDlg;
+    TfrmViewCalc* FViewCalc = nullptr;
+    TfrmViewLimit* FViewLimit = nullptr;
     bool FLoading = false;
     bool FModified = false;
     int FCfgTab = 0;
@@ -218,6 +236,12 @@ private:
     QAction* menGraphAxis[3] = {};
     QAction* menGraphCursor[2] = {};
     QAction* menGraphLimits = nullptr;
+    QMenu* menGraphFunc = nullptr;
+    QAction* menGraphFuncIntegral = nullptr;
+    QAction* menGraphFuncFlow = nullptr;
+    QAction* menGraphFuncCalc = nullptr;
+    QAction* menGraphFuncLimit = nullptr;
+    QAction* menGraphFuncKessa = nullptr;
     QAction* menGraphScale = nullptr;
     QAction* menGraphRedo = nullptr;
     QAction* menTableGotoTime = nullptr;

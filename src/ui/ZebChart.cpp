@@ -1,5 +1,6 @@
 #include "ZebChart.h"
 
+#include "CalcKessa.h"
 #include "CrossHair.h"
 #include "CurvePlottable.h"
 #include "DataBase.h"
@@ -151,6 +152,9 @@ QString XText(const TDataBase& db, int kind, double x, const QString& numberForm
 // ====================================================================== tickers and legend
 
 namespace {
+
+// The additional flow channel's colour: apart from the curves' palette.
+const QColor kDerivedColor(230, 110, 0);
 
 QColor ColorOf(int colorRef) {
     return QColor(colorRef & 0xFF, (colorRef >> 8) & 0xFF, (colorRef >> 16) & 0xFF);
@@ -478,6 +482,19 @@ void TZebChart::Rebuild() {
         FLegendCurves.push_back(i);
         FCurves[size_t(i)] = p;
     }
+    // The additional flow channel, on its reference curve's axis while that curve is shown.
+    FDerived = nullptr;
+    const TCalcKessa& kessa = CalcKessa();
+    if (TCurvePlottable* ref = kessa.Active() ? CurvePlottable(kessa.Curve()) : nullptr; ref && ref->visible()) {
+        auto* p = new TCurvePlottable(xAxis, ref->valueAxis());
+        if (withData) p->SetSource(FDb, kessa.Curve(), FDb->Summary(kessa.Curve()));
+        p->SetTransform(kessa.Factor(), kessa.Offset());
+        p->SetReduction(ref->Reduction());
+        p->setPen(QPen(kDerivedColor, 2));
+        p->setName((ref->Reduction() ? QStringLiteral("* ") : QString()) + TDataBase::AddUnit(kessa.Name(), kessa.Unit()));
+        FLegendCurves.push_back(kDerivedEntry);
+        FDerived = p;
+    }
     FillLegend();
 
     for (const TLimitLine& l : FDb->LimitLines()) {
@@ -493,6 +510,7 @@ void TZebChart::Rebuild() {
     BuildLayout();
     FCrossHair->Rebind();
     replot();
+    Q_EMIT viewChanged();
 }
 
 void TZebChart::ApplyAxes(bool withData) {
@@ -581,6 +599,10 @@ void TZebChart::FillLegend() {
     const bool detailed = FDb->View().Print.CheckBoxes;
     for (int k = FLegendFirst; k < FLegendFirst + rows; ++k) {
         const int curve = FLegendCurves[size_t(k)];
+        if (curve == kDerivedEntry) {
+            legend->addItem(new TCurveLegendItem(legend, FDerived, -1, QString()));
+            continue;
+        }
         legend->addItem(new TCurveLegendItem(legend, FCurves[size_t(curve)], curve,
                                              detailed ? FDb->Curve_LoggernameGet(curve) : QString()));
     }
@@ -666,6 +688,7 @@ void TZebChart::OnRangesChanged() {
         s.Max = ChartAxis(a)->range().upper;
     }
     Q_EMIT undoAvailable(IsUndoPossible());
+    Q_EMIT viewChanged();
 }
 
 // ---------------------------------------------------------------------- switches

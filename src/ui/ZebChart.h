@@ -86,6 +86,8 @@ public:
     double TimeOrigin() const { return FOrigin; }
 
     TCurvePlottable* CurvePlottable(int curve) const;
+    // The additional flow channel while it is drawn.
+    TCurvePlottable* DerivedPlottable() const { return FDerived; }
     // The curve of a legend entry, -1 when there is none.
     int LegendCurve(int legendIndex) const;
     // Axis 0 bottom, 1 left, 2 right.
@@ -107,6 +109,9 @@ Q_SIGNALS:
     void undoAvailable(bool possible);
     // Grid or fixed-axis switches changed, for menu check marks and tool buttons.
     void switchesChanged();
+    // What the chart shows may have changed: the time span or the curves (after a zoom, a
+    // pan, a rebuild). The analyses follow it.
+    void viewChanged();
 
 protected:
     void mousePressEvent(QMouseEvent* event) override;
@@ -141,7 +146,9 @@ private:
     QCPLayoutGrid* FMainRow = nullptr;
     QCPLayoutGrid* FLegendColumn = nullptr;
     QScrollBar* FLegendBar = nullptr;
-    std::vector<int> FLegendCurves; // the curves the legend lists, in order
+    static constexpr int kDerivedEntry = -1;
+    TCurvePlottable* FDerived = nullptr;
+    std::vector<int> FLegendCurves; // the curves the legend lists, in order; kDerivedEntry the derived one
     int FLegendFirst = 0;           // the first of them shown
     int FLegendRows = std::numeric_limits<int>::max(); // how many fit
     int FLegendWheel = 0;

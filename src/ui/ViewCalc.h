@@ -1,0 +1,22 @@
+#pragma once
+// TfrmViewCalc: the calculation view. For every active curve its minimum, maximum, average
+// and standard deviation over the time span the chart shows; the results also go into the
+// curve's settings, where the report and the additional flow channel take them.
+
+#include "ViewBase.h"
+
+class TfrmViewCalc : public TfrmViewBase {
+    Q_OBJECT
+public:
+    explicit TfrmViewCalc(TDataBase* db, QWidget* parent = nullptr);
+
+    void ReCalc() override;
+    bool NeedsRecalc() override;
+    void LoadLanguageRes() override;
+    // Per active curve its span text, a tab and its standard-deviation text; curves apart by
+    // a tab.
+    QString ClipText() const { return FClipText; }
+
+private:
+    QString FClipText;
+};

@@ -1,0 +1,318 @@
+// The analyses in the real window offscreen: the calculation and limit views following the
+// chart, their texts and counters, the integration and flow dialog, the additional flow
+// channel, and zebtool analyse agreeing with what the views show.
+
+#include "Analysis.h"
+#include "CalcDlg.h"
+#include "CalcKessa.h"
+#include "CalcKessaDlg.h"
+#include "CrossHair.h"
+#include "DataBase.h"
+#include "Formats.h"
+#include "Main.h"
+#include "Texts.h"
+#include "ValidateEdit.h"
+#include "ViewCalc.h"
+#include "ViewLimit.h"
+#include "ZebChart.h"
+#include "ZebDlg.h"
+#include "ZebReg.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QCheckBox>
+#include <QClipboard>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QProcess>
+#include <QSignalSpy>
+#include <QTableWidget>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace zeb;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QString Cell(const TfrmViewBase& v, int row, int column) {
+    const QTableWidgetItem* item = v.List()->item(row, column);
+    return item ? item->text() : QString();
+}
+
+// A store of one curve with n points a second apart, as the loader leaves it.
+void FillOne(TDataBase& db, const QString& unit, int n, double (*value)(int)) {
+    TStoreReceiver r(db);
+    r.AddCurve(u"M1"_s);
+    r.SetChannelName(0, u"Flow"_s);
+    r.SetUnit(0, unit);
+    std::vector<double> t, v;
+    for (int i = 0; i < n; ++i) {
+        t.push_back(7.6e8 + i);
+        v.push_back(value(i));
+    }
+    r.AddPoints(0, t, v, std::vector<TPointKind>(size_t(n), TPointKind::Value));
+    db.Curve_FormatSet(0, u"0.000"_s);
+    db.View().Axes[axBottom].Min = 7.6e8;
+    db.View().Axes[axBottom].Max = 7.6e8 + n - 1;
+}
+
+} // namespace
+
+class TstAnalysisViews : public QObject {
+    Q_OBJECT
+
+    QTemporaryDir FTmp;
+    QString FFile;
+
+    bool Load(TForm1& f) {
+        QSignalSpy spy(&f, &TForm1::loadFinished);
+        return f.OpenFile(FFile) && spy.wait(60000);
+    }
+    std::unique_ptr<TForm1> Open() {
+        auto f = std::make_unique<TForm1>();
+        f->setWindowState(Qt::WindowNoState);
+        f->resize(1200, 800);
+        f->show();
+        if (!QTest::qWaitForWindowExposed(f.get()) || !Load(*f)) return {};
+        return f;
+    }
+    QAction* Action(TForm1& f, const char* name) { return f.findChild<QAction*>(QLatin1String(name)); }
+
+private Q_SLOTS:
+    void initTestCase() {
+        QVERIFY(FTmp.isValid());
+        qputenv("ZEB_SETTINGS_FILE", FTmp.filePath(u"settings.ini"_s).toLocal8Bit());
+        SetZebProgramDir(FTmp.path());
+        SwitchTexts(LangEnglish);
+        TZebDlg::SetNativeDialogs(false);
+        TZebDlg::SetDialogHook([](QDialog* dlg) { dlg->reject(); });
+        FFile = FTmp.filePath(u"analyses.zeb"_s);
+        QProcess p;
+        p.start(QStringLiteral(ZEBTOOL), {u"gen"_s, u"--quiet"_s, u"--seed"_s, u"4"_s, u"--channels"_s, u"4"_s,
+                                          u"--records"_s, u"30000"_s, u"--gaps"_s, FFile});
+        QVERIFY(p.waitForFinished(60000));
+        QCOMPARE(p.exitCode(), 0);
+    }
+    void init() {
+        ZebSettings() = TZebSettings();
+        QFile::remove(TForm1::SettingsFileOf(FFile));
+        CalcKessa().setCalcCurve(false, -1, u"Flow"_s, u"m3/h"_s, 2.0, 0.0);
+    }
+
+    // Shown from the Graph menu, the views list every active curve over the span the chart
+    // shows, and follow a zoom; nothing changed, nothing is computed.
+    void viewsFollowTheChart() {
+        auto f = Open();
+        QVERIFY(f);
+        TfrmViewCalc& calc = *f->ViewCalc();
+        TfrmViewLimit& limit = *f->ViewLimit();
+        QVERIFY(!calc.IsActive());
+        Action(*f, "menGraphFuncCalc")->trigger();
+        Action(*f, "menGraphFuncLimit")->trigger();
+        QVERIFY(calc.isVisible() && limit.isVisible());
+        QVERIFY(f->DataBase()->View().General.ViewCalc && f->DataBase()->View().General.ViewLimit);
+        QVERIFY(f->IsModified());
+        TDataBase& db = *f->DataBase();
+        QCOMPARE(calc.List()->rowCount(), 4 * db.Curve_Count());
+        QCOMPARE(Cell(calc, 0, 0), db.Curve_NameUnitGet(0));
+        QCOMPARE(Cell(calc, 0, 1), u"Minimum="_s);
+        QCOMPARE(Cell(calc, 3, 1), u"STDEF="_s);
+        QCOMPARE(Cell(limit, 1, 1), u"Within limits time="_s);
+        QCOMPARE(calc.windowTitle(), u"Calculation"_s);
+
+        // Zoomed in: the figures of the points on screen.
+        const int before = calc.CalcCount();
+        TZebChart& chart = *f->Chart();
+        const QRect plot = chart.axisRect()->rect();
+        QTest::mousePress(&chart, Qt::LeftButton, Qt::NoModifier, QPoint(plot.left() + 50, plot.top() - 5));
+        QTest::mouseMove(&chart, plot.center());
+        QTest::mouseRelease(&chart, Qt::LeftButton, Qt::NoModifier, QPoint(plot.left() + 200, plot.bottom() + 5));
+        QCOMPARE(calc.CalcCount(), before + 1);
+        const TAxisState& x = db.View().Axes[axBottom];
+        const TRangeStats st = RangeStats(db.Data(0), nullptr, VisibleRange(db.Data(0), x.Min, x.Max));
+        QCOMPARE(Cell(calc, 0, 2), FormatFloat(db.Curve_FormatGet(0), st.Min));
+        QCOMPARE(Cell(calc, 2, 2), FormatFloat(db.Curve_FormatGet(0), st.Average));
+        QCOMPARE(Cell(calc, 3, 2), FormatFloat(u"0.00000E+00"_s, st.StdDev));
+        QCOMPARE(db.Cfg_Curve_Get(0).CalcMax, st.Max);
+
+        // Asked again without a change: counted, not computed.
+        const int calls = calc.CallCount(), done = calc.CalcCount();
+        calc.ReCalc();
+        QCOMPARE(calc.CallCount(), calls + 1);
+        QCOMPARE(calc.CalcCount(), done);
+        // A curve switched off leaves the list.
+        db.Curve_SetActive(0, false);
+        chart.Rebuild();
+        QCOMPARE(calc.List()->rowCount(), 4 * (db.Curve_Count() - 1));
+
+        // Closing a window switches its view off.
+        calc.close();
+        QVERIFY(!calc.IsActive());
+        QVERIFY(!db.View().General.ViewCalc);
+        // Another page hides the views; the chart brings them back.
+        f->GUI_ViewTable();
+        QVERIFY(!limit.isVisible());
+        f->GUI_ViewGraph();
+        QVERIFY(limit.isVisible());
+    }
+
+    // A saved ViewCalc brings the view back with the recording; Ctrl+C copies the rows.
+    void shownFromTheTemplateAndCopied() {
+        {
+            auto f = Open();
+            QVERIFY(f);
+            Action(*f, "menGraphFuncCalc")->trigger();
+            Action(*f, "menFileSave")->trigger();
+        }
+        auto f = Open();
+        QVERIFY(f);
+        TfrmViewCalc& calc = *f->ViewCalc();
+        QVERIFY(calc.IsActive());
+        QVERIFY(!f->ViewLimit()->IsActive());
+        QVERIFY(calc.List()->rowCount() > 0);
+        calc.List()->selectRow(1);
+        calc.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&calc));
+        QTest::keyClick(calc.List(), Qt::Key_C, Qt::ControlModifier);
+        QCOMPARE(QApplication::clipboard()->text(), u"\t"_s + Cell(calc, 1, 1) + u"\t"_s + Cell(calc, 1, 2));
+    }
+
+    // zebtool analyse computes the same figures for the same span.
+    void zebtoolAgrees() {
+        auto f = Open();
+        QVERIFY(f);
+        Action(*f, "menGraphFuncCalc")->trigger();
+        Action(*f, "menGraphFuncLimit")->trigger();
+        TDataBase& db = *f->DataBase();
+        const TAxisState& x = db.View().Axes[axBottom];
+        QProcess p;
+        p.start(QStringLiteral(ZEBTOOL), {u"analyse"_s, u"--from"_s, QString::number(x.Min, 'g', 17), u"--to"_s,
+                                          QString::number(x.Max, 'g', 17), FFile});
+        QVERIFY(p.waitForFinished(60000));
+        QCOMPARE(p.exitCode(), 0);
+        const QJsonArray curves = QJsonDocument::fromJson(p.readAllStandardOutput()).object()[u"curves"_s].toArray();
+        QCOMPARE(curves.size(), db.Curve_Count());
+        int limitRow = 0;
+        for (int c = 0; c < db.Curve_Count(); ++c) {
+            const QJsonObject o = curves[c].toObject();
+            const QString format = db.Curve_FormatGet(c);
+            QCOMPARE(Cell(*f->ViewCalc(), 4 * c, 2), FormatFloat(format, o[u"min"_s].toDouble()));
+            QCOMPARE(Cell(*f->ViewCalc(), 4 * c + 2, 2), FormatFloat(format, o[u"average"_s].toDouble()));
+            if (o[u"limit_mode"_s].isNull()) continue;
+            QCOMPARE(Cell(*f->ViewLimit(), limitRow, 2), DurationText(o[u"limit_out_s"_s].toDouble()));
+            limitRow += 2;
+        }
+        QVERIFY(limitRow > 0);
+    }
+
+    void integrationDialog_data() {
+        QTest::addColumn<bool>("flow");
+        QTest::addColumn<QString>("unit");
+        QTest::addColumn<QString>("line1");
+        QTest::addColumn<QString>("line2");
+        // 60 l/min for 60 s.
+        QTest::newRow("flow") << true << u"l/min"_s << u"60.000 l"_s << u"(6.00000E+01 l)"_s;
+        QTest::newRow("integral") << false << u"bar"_s << u"3600.000 bar * s"_s << u"(3.60000E+03 bar * s)"_s;
+    }
+    void integrationDialog() {
+        QFETCH(bool, flow);
+        QFETCH(QString, unit);
+        QFETCH(QString, line1);
+        QFETCH(QString, line2);
+        TDataBase db;
+        FillOne(db, unit, 61, [](int) { return 60.0; });
+        TfrmCalcDlg dlg;
+        QVERIFY(dlg.Execute(&db, nullptr, flow, false));
+        QCOMPARE(dlg.windowTitle(), Txt(flow ? TTextId::CalcDlgFlow : TTextId::CalcDlgIntegration));
+        QCOMPARE(dlg.CurveList()->count(), 1);
+        QTest::mouseClick(dlg.findChild<QPushButton*>(u"Button1"_s), Qt::LeftButton);
+        QCOMPARE(dlg.ResultText(0), line1);
+        QCOMPARE(dlg.ResultText(1), line2);
+        // No flow curve: nothing to offer, no dialog.
+        TDataBase other;
+        FillOne(other, u"bar"_s, 10, [](int) { return 1.0; });
+        TfrmCalcDlg none;
+        QVERIFY(!none.Execute(&other, nullptr, true, false));
+        QVERIFY(!none.isVisible());
+    }
+
+    // The crosshairs bound the integral where they stand on the left axis; reversed, they swap.
+    void integrationBoundsFromCrosshairs() {
+        TDataBase db;
+        FillOne(db, u"l/min"_s, 101, [](int i) { return double(i); });
+        db.Curve_AxisSet(0, axLeft);
+        TZebChart chart(&db);
+        chart.resize(800, 500);
+        chart.replot();
+        TCrossHair& ch = *chart.CrossHair();
+        ch.SetCursor(0, 0);
+        ch.SetCursor(1, 0);
+        ch.MoveTo(0, 7.6e8 + 80);
+        ch.MoveTo(1, 7.6e8 + 20);
+        TfrmCalcDlg dlg;
+        QVERIFY(dlg.Execute(&db, &ch, false, false));
+        QCOMPARE(dlg.XMin(), 7.6e8 + 20);
+        QCOMPARE(dlg.XMax(), 7.6e8 + 80);
+        const QString begin = dlg.findChild<QLabel*>(u"lblBeginValue"_s)->text();
+        QVERIFY2(begin.endsWith(Txt(TTextId::CalcDlgFromCursor) + u")"_s), qPrintable(begin));
+        dlg.Button1Click();
+        QCOMPARE(dlg.Result(), (80.0 * 80.0 - 20.0 * 20.0) / 2.0);
+        ch.SetCursor(1, -1);
+        QVERIFY(dlg.Execute(&db, &ch, false, false));
+        QCOMPARE(dlg.XMax(), db.View().Axes[axBottom].Max);
+        QVERIFY(dlg.findChild<QLabel*>(u"lblEndValue"_s)->text().endsWith(Txt(TTextId::CalcDlgFromAxis) + u")"_s));
+    }
+
+    // The additional flow channel: its dialog fills the settings, the chart draws it, the
+    // calculation view fills its texts.
+    void additionalFlowChannel() {
+        auto f = Open();
+        QVERIFY(f);
+        Action(*f, "menGraphFuncCalc")->trigger();
+        TfrmCalcKessaDlg dlg(f.get());
+        dlg.Execute(f->DataBase(), false);
+        dlg.findChild<QListWidget*>(u"ListBox1"_s)->setCurrentRow(1);
+        dlg.findChild<QCheckBox*>(u"CheckBox1"_s)->setChecked(true);
+        dlg.findChild<QLineEdit*>(u"Edit1"_s)->setText(u"Q"_s);
+        dlg.findChild<QLineEdit*>(u"Edit2"_s)->setText(u"m3/h"_s);
+        dlg.findChild<TValidateEdit*>(u"ValidateEdit1"_s)->setText(u"-0.5"_s);
+        dlg.findChild<TValidateEdit*>(u"ValidateEdit2"_s)->setText(u"1"_s);
+        dlg.Button1Click();
+        QCOMPARE(dlg.result(), int(QDialog::Accepted));
+        const TZebSettings& s = ZebSettings();
+        QVERIFY(s.CustomApp0_Active);
+        QCOMPARE(s.CustomApp0_Curve, 1);
+        QCOMPARE(s.CustomApp0_Name, u"Q"_s);
+        QCOMPARE(s.CustomApp0_Mul, -0.5);
+        QCOMPARE(s.CustomApp0_Add, 1.0);
+
+        const int computed = f->ViewCalc()->CalcCount();
+        f->Chart()->Rebuild();
+        // New settings: computed anew although the chart shows the same span.
+        QCOMPARE(f->ViewCalc()->CalcCount(), computed + 1);
+        TCurvePlottable* derived = f->Chart()->DerivedPlottable();
+        QVERIFY(derived);
+        QCOMPARE(derived->name(), u"Q [m3/h]"_s);
+        const TMseSettingsCurve& ref = f->DataBase()->Cfg_Curve_Get(1);
+        const QString format = f->DataBase()->Curve_FormatGet(1);
+        // A negative factor makes the mapped minimum the larger value; kept so.
+        QCOMPARE(CalcKessa().MinText, FormatFloat(format, -0.5 * ref.CalcMin + 1.0));
+        QCOMPARE(CalcKessa().MaxText, FormatFloat(format, -0.5 * ref.CalcMax + 1.0));
+        QCOMPARE(CalcKessa().StdDevText, ref.CalcStdDevText);
+        bool found = false;
+        const QCPRange r = derived->getValueRange(found);
+        QVERIFY(found);
+        QCOMPARE(r.lower, -0.5 * ref.CalcMax + 1.0);
+        // Switched off, the chart no longer draws it.
+        CalcKessa().setInactive();
+        f->Chart()->Rebuild();
+        QVERIFY(!f->Chart()->DerivedPlottable());
+    }
+};
+
+QTEST_MAIN(TstAnalysisViews)
+#include "tst_analysisviews.moc"
