@@ -120,36 +120,6 @@ bool TLimitSpec::IsAlarm(double value) const {
     return ::IsAlarm(Mode, L1, L2, value);
 }
 
-namespace {
-
-// A value strictly between a and b (a < b), also when one of them is infinite.
-double Between(double a, double b) {
-    if (std::isinf(a) && std::isinf(b)) return 0.0;
-    if (std::isinf(a)) return b - std::max(1.0, std::abs(b));
-    if (std::isinf(b)) return a + std::max(1.0, std::abs(a));
-    return a + (b - a) / 2.0;
-}
-
-} // namespace
-
-std::optional<bool> TLimitSpec::Uniform(double min, double max) const {
-    // The alarm state can only change at the limits; between two neighbouring points of
-    // {min, max, the limits inside} it is constant, so those points and their midpoints
-    // decide.
-    double p[4];
-    int n = 0;
-    p[n++] = min;
-    for (double l : {L1, L2})
-        if (min < l && l < max) p[n++] = l;
-    p[n++] = max;
-    std::sort(p, p + n);
-    const bool state = IsAlarm(p[0]);
-    for (int k = 1; k < n; ++k)
-        if (IsAlarm(p[k]) != state || (p[k - 1] < p[k] && IsAlarm(Between(p[k - 1], p[k])) != state))
-            return std::nullopt;
-    return state;
-}
-
 TLimitTimes CalcLimits(const TCurveData& d, const TCurveSummary* summary, const TLimitSpec& limits,
                        TIndexRange range) {
     TLimitTimes out;
@@ -178,23 +148,21 @@ TLimitTimes CalcLimits(const TCurveData& d, const TCurveSummary* summary, const 
     if (!summary) {
         ForPoints(d, range.First, end, point);
     } else {
-        // A whole block of measured values in one state adds nothing inside: at most the
-        // change at its first point.
-        const auto& blocks = summary->Blocks();
+        // A whole block of measured values adds its own in and out times: the stretch running
+        // into it up to its first point, then everything up to its last point.
+        const auto blocks = summary->LimitBlocks({limits.Mode, limits.L1, limits.L2},
+                                                 [&limits](double y) { return limits.IsAlarm(y); });
+        const auto& stats = summary->Blocks();
         for (qint64 i = range.First; i < end;) {
-            if (state && i % kBlock == 0 && i + kBlock <= end) {
-                const TCurveSummary::TBlockStats& b = blocks[size_t(i / kBlock)];
-                const std::optional<bool> u = b.Clean ? limits.Uniform(b.Min, b.Max) : std::nullopt;
-                if (u) {
-                    if (*u != *state) {
-                        const double t = d.Time(i);
-                        credit(t);
-                        t0 = t;
-                        state = u;
-                    }
-                    i += kBlock;
-                    continue;
-                }
+            if (i % kBlock == 0 && i + kBlock <= end && stats[size_t(i / kBlock)].Clean) {
+                const TCurveSummary::TLimitBlock& b = (*blocks)[size_t(i / kBlock)];
+                if (state) credit(d.Time(i));
+                out.Out += b.Out;
+                out.In += b.In;
+                t0 = d.Time(i + kBlock - 1);
+                state = b.LastAlarm;
+                i += kBlock;
+                continue;
             }
             const qint64 next = std::min(end, (i / kBlock + 1) * kBlock);
             ForPoints(d, i, next, point);

@@ -49,8 +49,6 @@ struct TLimitSpec {
     int Mode = 0;
     double L1 = 0.0, L2 = 0.0;
     bool IsAlarm(double value) const;
-    // The alarm state every value in [min, max] has, or none when the range holds both.
-    std::optional<bool> Uniform(double min, double max) const;
 };
 
 struct TLimitTimes {

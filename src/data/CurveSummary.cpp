@@ -224,3 +224,32 @@ const std::vector<TCurveSummary::TBlockStats>& TCurveSummary::Blocks() const {
     });
     return FStats;
 }
+
+std::shared_ptr<const std::vector<TCurveSummary::TLimitBlock>>
+TCurveSummary::LimitBlocks(const TLimitKey& key, const std::function<bool(double)>& isAlarm) const {
+    const std::lock_guard lock(FLimitMutex);
+    if (FLimitBlocks && FLimitKey == key) return FLimitBlocks;
+    const std::vector<TBlockStats>& stats = Blocks();
+    auto blocks = std::make_shared<std::vector<TLimitBlock>>(stats.size());
+    for (size_t k = 0; k < stats.size(); ++k) {
+        const qint64 first = qint64(k) << kStatBits, last = std::min(FCount, first + kStatBlock) - 1;
+        if (!stats[k].Clean) continue; // read point by point where it is needed
+        TLimitBlock& b = (*blocks)[k];
+        bool state = isAlarm(FData.Value(first));
+        b.FirstAlarm = state;
+        double t0 = FData.Time(first);
+        for (qint64 i = first + 1; i <= last; ++i) {
+            const bool s = isAlarm(FData.Value(i));
+            if (s == state) continue;
+            const double t = FData.Time(i);
+            (state ? b.Out : b.In) += t - t0;
+            t0 = t;
+            state = s;
+        }
+        (state ? b.Out : b.In) += FData.Time(last) - t0;
+        b.LastAlarm = state;
+    }
+    FLimitKey = key;
+    FLimitBlocks = std::move(blocks);
+    return FLimitBlocks;
+}

@@ -7,6 +7,8 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <functional>
+#include <memory>
 #include <limits>
 #include <mutex>
 #include <vector>
@@ -53,6 +55,22 @@ public:
         bool Clean = true;
     };
     const std::vector<TBlockStats>& Blocks() const;
+
+    // Per block whose points are all measured: the time from its first to its last point
+    // split into time in and out of alarm (each stretch credited to the state it began in),
+    // and the states of its first and last point; made on first use for a limit test and
+    // kept for the last test asked for. A test is named by its mode and two limits.
+    struct TLimitKey {
+        int Mode = 0;
+        double L1 = 0.0, L2 = 0.0;
+        bool operator==(const TLimitKey&) const = default;
+    };
+    struct TLimitBlock {
+        double Out = 0.0, In = 0.0;
+        bool FirstAlarm = false, LastAlarm = false;
+    };
+    std::shared_ptr<const std::vector<TLimitBlock>> LimitBlocks(const TLimitKey& key,
+                                                                 const std::function<bool(double)>& isAlarm) const;
     double Reference() const {
         Blocks();
         return FReference;
@@ -96,4 +114,7 @@ private:
     mutable std::once_flag FStatsOnce;
     mutable std::vector<TBlockStats> FStats;
     mutable double FReference = 0.0;
+    mutable std::mutex FLimitMutex;
+    mutable TLimitKey FLimitKey;
+    mutable std::shared_ptr<const std::vector<TLimitBlock>> FLimitBlocks;
 };

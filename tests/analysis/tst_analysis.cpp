@@ -209,24 +209,6 @@ private Q_SLOTS:
         QVERIFY(!CalcLimits(d, nullptr, TLimitSpec{2, 5.0, 0.0}, TIndexRange{2, 2}).Valid);
     }
 
-    void uniformMatchesEveryValue() {
-        std::mt19937 rng(3);
-        std::uniform_real_distribution<double> u(-10.0, 10.0);
-        for (int mode = 1; mode <= 4; ++mode)
-            for (int k = 0; k < 2000; ++k) {
-                const TLimitSpec spec{mode, std::round(u(rng)), std::round(u(rng))};
-                double lo = std::round(u(rng) * 2) / 2, hi = std::round(u(rng) * 2) / 2;
-                if (k % 50 == 0) lo = -kInf;
-                if (k % 70 == 0) hi = kInf;
-                if (lo > hi) std::swap(lo, hi);
-                std::optional<bool> brute = spec.IsAlarm(lo);
-                for (double v = std::max(lo, -20.0); v <= std::min(hi, 20.0) && brute; v += 0.125)
-                    if (spec.IsAlarm(v) != *brute) brute.reset();
-                if (brute && spec.IsAlarm(hi) != *brute) brute.reset();
-                QCOMPARE(spec.Uniform(lo, hi), brute);
-            }
-    }
-
     // The block summaries give what a pass over every point gives, on random data with gaps,
     // NaN and infinite values, a signal that crosses its limits rarely and one that crosses
     // them often.
@@ -244,7 +226,8 @@ private Q_SLOTS:
         double t = kT0;
         for (qint64 i = 0; i < n; ++i) {
             t += 0.5 + (rng() % 3) * 0.25;
-            // Rare crossings fall on block starts, where a whole block changes the state.
+            // Rare crossings fall on block starts, where a whole block changes the state; frequent
+            // ones fall inside blocks.
             double v = often ? 5.0 + 6.0 * noise(rng)
                              : (i / TCurveSummary::kStatBlock) % 2 ? 12.0 + noise(rng) : 1.0 + noise(rng);
             TPointKind kind = TPointKind::Value;
@@ -272,8 +255,8 @@ private Q_SLOTS:
             }
             const TLimitTimes lf = CalcLimits(d, &summary, limits, r), lb = CalcLimits(d, nullptr, limits, r);
             QCOMPARE(lf.Valid, lb.Valid);
-            QCOMPARE(lf.Out, lb.Out);
-            QCOMPARE(lf.In, lb.In);
+            QVERIFY2(Near(lf.Out, lb.Out, 1e-9) && Near(lf.In, lb.In, 1e-9),
+                     qPrintable(QStringLiteral("%1 %2 / %3 %4").arg(lf.Out).arg(lb.Out).arg(lf.In).arg(lb.In)));
             const double x0 = d.Time(a) - 0.3, x1 = d.Time(b) + 0.3;
             const double fi = Integrate(d, &summary, x0, x1), bi = Integrate(d, nullptr, x0, x1);
             if (std::isfinite(bi)) QVERIFY2(Near(fi, bi, 1e-9), qPrintable(QStringLiteral("%1 %2").arg(fi).arg(bi)));
