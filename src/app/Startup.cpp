@@ -137,7 +137,7 @@ int RunViewer(int argc, char** argv, const TStartupObserver& observer) {
         return screen ? screen->availableGeometry().size() : QSize();
     });
     CheckZebScreenSize(ZebScreenSize());
-    QGuiApplication::setApplicationDisplayName(TxtFmt(TTextId::MainCaption, {s.ProductShort}));
+    // No display name: the platform would add it to every window caption a second time.
     step(TStartupStep::ApplicationCreated, nullptr);
 
     const TCommandLine cmd = ParseCommandLine(QCoreApplication::arguments().mid(1));

@@ -1,6 +1,7 @@
 #include "ZebDlg.h"
 
 #include "Texts.h"
+#include "ZebReg.h"
 
 #include <QApplication>
 #include <QColorDialog>
@@ -154,7 +155,7 @@ QString TitleOf(TMsgDlgType kind) {
     case TMsgDlgType::Custom:
         break;
     }
-    return QGuiApplication::applicationDisplayName();
+    return TxtFmt(TTextId::MainCaption, {ZebSettings().ProductShort});
 }
 
 // ---- file dialogs
