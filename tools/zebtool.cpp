@@ -7,8 +7,11 @@
 //   zebtool info FILE                 a short summary
 //   zebtool analyse [--from S] [--to S] FILE
 //                                     each curve's statistics, limit times and integral
+//   zebtool fft --curve I --from S --to S FILE
+//                                     the FFT view's spectrum of a band of one curve
 
 #include "Analysis.h"
+#include "Spectrum.h"
 #include "DataBase.h"
 #include "DataFile.h"
 #include "FileThread.h"
@@ -51,11 +54,15 @@ int Usage(bool asked = false) {
              "  zebtool dump [--answer N | --no-ask] [--variant CODE] FILE\n"
              "  zebtool info [--answer N | --no-ask] [--variant CODE] FILE\n"
              "  zebtool analyse [--from S] [--to S] [--answer N | --no-ask] [--variant CODE] FILE\n"
+             "  zebtool fft --curve I --from S --to S [--answer N | --no-ask] [--variant CODE] FILE\n"
              "dump writes JSON: a gap is null; a value that is not a finite number is one of the\n"
              "strings \"NaN\", \"Infinity\", \"-Infinity\".\n"
              "analyse writes JSON with each curve's statistics, limit times and integral over the\n"
              "points with from <= time <= to (seconds since 1 January 2000; default: all); a figure\n"
              "that does not exist for the range is null.\n"
+             "fft writes the FFT view's spectrum of curve I (from 0) between from and to as JSON:\n"
+             "{\"n\", \"dt\", \"first\", \"last\", \"lines\": [[hertz, magnitude], ...]}, or {\"n\": 0} when the\n"
+             "band holds six points or fewer.\n"
              "gen --odd-rate writes that share of the values as NaN or an infinity.\n";
     s.flush();
     return asked ? 0 : 2;
@@ -380,6 +387,57 @@ int Analyse(QStringList args) {
     return 0;
 }
 
+// ------------------------------------------------------------------ fft
+
+// The FFT view's computation on a band of one curve.
+int Fft(QStringList args) {
+    std::optional<double> from, to;
+    std::optional<int> curve;
+    for (int i = 0; i + 1 < args.size();) {
+        const QString& a = args[i];
+        if (a != QLatin1String("--from") && a != QLatin1String("--to") && a != QLatin1String("--curve")) {
+            ++i;
+            continue;
+        }
+        bool ok = false;
+        if (a == QLatin1String("--curve")) {
+            curve = args[i + 1].toInt(&ok);
+        } else {
+            const double v = args[i + 1].toDouble(&ok);
+            ok = ok && std::isfinite(v);
+            (a == QLatin1String("--from") ? from : to) = v;
+        }
+        if (!ok) {
+            Err() << "zebtool fft: bad value for " << a << "\n";
+            return 2;
+        }
+        args.remove(i, 2);
+    }
+    if (!curve || !from || !to) return Usage();
+    TDataBase db;
+    TLoad res;
+    QString path;
+    if (const int rc = LoadFromArgs("fft", args, db, res, path); rc >= 0) return rc;
+    if (!db.Curve_IsValid(*curve)) {
+        Err() << "zebtool fft: no curve " << *curve << " (the recording has " << db.Curve_Count() << ")\n";
+        return 2;
+    }
+    const TCurveData& d = db.Data(*curve);
+    TFastFourier fft(QStringLiteral("FFT1"));
+    const TBandSpectrum s = BandSpectrum(d, 0, d.Count() - 1, *from, *to, fft);
+    QTextStream& o = Out();
+    if (s.N == 0) {
+        o << "{\"n\": 0}\n";
+        return 0;
+    }
+    o << "{\"n\": " << s.N << ", \"dt\": " << Num(s.Dt) << ", \"first\": " << s.Points.First
+      << ", \"last\": " << s.Points.Last << ", \"lines\": [";
+    for (size_t k = 0; k < s.Frequency.size(); ++k)
+        o << (k ? ", [" : "[") << Num(s.Frequency[k]) << ", " << Num(s.Magnitude[k]) << "]";
+    o << "]}\n";
+    return 0;
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -401,5 +459,6 @@ int main(int argc, char** argv) {
     if (cmd == QLatin1String("dump")) return Dump(args);
     if (cmd == QLatin1String("info")) return Info(args);
     if (cmd == QLatin1String("analyse")) return Analyse(args);
+    if (cmd == QLatin1String("fft")) return Fft(args);
     return Usage();
 }

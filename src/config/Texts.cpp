@@ -352,6 +352,20 @@ constexpr std::array kTable{
     TTextRecord{FftBandStart, u"X1= ", u"X1= ", u"X1= "},
     TTextRecord{FftBandEnd, u"X2= ", u"X2= ", u"X2= "},
     TTextRecord{FftBandPoints, u"D = ", u"D = ", u"D = "},
+    TTextRecord{FftWeighting, u"Weighting window", u"Fensterfunktion", u"Fenêtre de pondération"},
+    TTextRecord{FftWindowNames,
+                u"\"Rectangle\",\"Triangle\",\"cos²\",\"Gauss\",\"Hamming\",\"Blackman\",\"Blackman-Harris\","
+                u"\"Blackman-Nuttall\",\"Tukey\"",
+                u"\"Rechteck\",\"Dreieck\",\"cos²\",\"Gauß\",\"Hamming\",\"Blackman\",\"Blackman-Harris\","
+                u"\"Blackman-Nuttall\",\"Tukey\"",
+                u"\"Rectangle\",\"Triangle\",\"cos²\",\"Gauss\",\"Hamming\",\"Blackman\",\"Blackman-Harris\","
+                u"\"Blackman-Nuttall\",\"Tukey\""},
+    TTextRecord{FftLogarithmic, u"Logarithmic", u"Logarithmisch", u"Logarithmique"},
+    TTextRecord{FftPeak, u"Strongest line", u"Stärkste Linie", u"Raie la plus forte"},
+    TTextRecord{FftPeakText, u"Strongest line: %s Hz", u"Stärkste Linie: %s Hz", u"Raie la plus forte : %s Hz"},
+    TTextRecord{ChartPropsCaption, u"Chart properties", u"Diagrammeigenschaften", u"Propriétés du graphique"},
+    TTextRecord{ChartPropsXAxis, u"X axis", u"X-Achse", u"Axe X"},
+    TTextRecord{ChartPropsYAxis, u"Y axis", u"Y-Achse", u"Axe Y"},
 
     // Additional flow channel
     TTextRecord{KessaCaption, u"Additional FLOW channel", u"zusätzlicher FLOW-Kanal",

@@ -265,6 +265,14 @@ enum class TTextId : int {
     FftBandStart,
     FftBandEnd,
     FftBandPoints,
+    FftWeighting,
+    FftWindowNames, // one comma-separated list, in the order of the weighting windows
+    FftLogarithmic,
+    FftPeak,
+    FftPeakText,
+    ChartPropsCaption,
+    ChartPropsXAxis,
+    ChartPropsYAxis,
 
     // Additional flow channel
     KessaCaption,

@@ -12,6 +12,7 @@
 #include "GoToDlg.h"
 #include "TableView.h"
 #include "ViewCalc.h"
+#include "ViewFFT.h"
 #include "ViewLimit.h"
 #include "Texts.h"
 #include "ZebChart.h"
@@ -472,6 +473,7 @@ void TForm1::BuildMenus() {
     menGraphFuncCalc = action("menGraphFuncCalc", &TForm1::menGraphFuncCalcClick);
     menGraphFuncLimit = action("menGraphFuncLimit", &TForm1::menGraphFuncLimitClick);
     menGraphFuncKessa = action("menGraphFuncKessa", &TForm1::menGraphFuncKessaClick);
+    menGraphFFT = action("menGraphFFT", &TForm1::menGraphFFTClick);
     menGraphFuncCalc->setCheckable(true);
     menGraphFuncLimit->setCheckable(true);
     for (QAction* a : {menGraphFuncIntegral, menGraphFuncFlow})
@@ -481,6 +483,8 @@ void TForm1::BuildMenus() {
         menGraphFunc->addAction(a);
     menGraphFunc->addSeparator();
     menGraphFunc->addAction(menGraphFuncKessa);
+    menGraphFunc->addSeparator();
+    menGraphFunc->addAction(menGraphFFT);
     menGraph->addSeparator();
     menGraphScale = action("menGraphScale", &TForm1::GUI_GraphScale);
     menGraphScale->setIcon(Glyph(TGlyph::Scale));
@@ -659,6 +663,7 @@ void TForm1::ApplyLanguage() {
     menGraphFuncCalc->setText(Txt(TTextId::MenuGraphFuncCalc));
     menGraphFuncLimit->setText(Txt(TTextId::MenuGraphFuncLimit));
     menGraphFuncKessa->setText(Txt(TTextId::MenuGraphFuncKessa));
+    menGraphFFT->setText(Txt(TTextId::Fft));
     menGraphScale->setText(Txt(TTextId::MenuGraphScale));
     menGraphRedo->setText(Txt(TTextId::Undo));
 
@@ -1109,6 +1114,12 @@ void TForm1::menGraphFuncKessaClick() {
     FChart->Rebuild();
 }
 
+void TForm1::menGraphFFTClick() {
+    if (FLoading || FCaptionFile.isEmpty()) return;
+    if (!FViewFFT) FViewFFT = new TfrmViewFFT(this);
+    FViewFFT->Execute(FDataBase, FChart->CrossHair());
+}
+
 // Shown or not is part of the display settings.
 void TForm1::Analyses_SetShown(bool calc, bool shown) {
     TfrmViewBase* view = calc ? static_cast<TfrmViewBase*>(FViewCalc) : FViewLimit;
@@ -1172,6 +1183,7 @@ bool TForm1::OpenFile(const QString& fileName) {
     FDataBase->Repaint(false);
     FViewCalc->SetInactive();
     FViewLimit->SetInactive();
+    if (FViewFFT) FViewFFT->hide(); // its input belongs to the old recording
     onbWork->setCurrentIndex(pgProgress);
     FCaptionFile.clear();
     FModified = false;

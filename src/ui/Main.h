@@ -33,6 +33,7 @@ class TTableView;
 class TZebChart;
 class TfrmBigDataDlg;
 class TfrmViewCalc;
+class TfrmViewFFT;
 class TfrmViewLimit;
 
 class TForm1 : public QMainWindow {
@@ -71,6 +72,8 @@ public:
     TCfgPage* CfgPage() const { return FCfgPage; }
     TfrmViewCalc* ViewCalc() const { return FViewCalc; }
     TfrmViewLimit* ViewLimit() const { return FViewLimit; }
+    // The FFT view, made when first asked for.
+    TfrmViewFFT* ViewFFT() const { return FViewFFT; }
     int ViewPage() const;
     // The configuration tab that the page opens on next; -1 keeps the tab it shows.
     int CfgTab() const { return FCfgTab; }
@@ -120,6 +123,7 @@ public Q_SLOTS:
     void menGraphFuncCalcClick();
     void menGraphFuncLimitClick();
     void menGraphFuncKessaClick();
+    void menGraphFFTClick();
 
 protected:
     void closeEvent(QCloseEvent* event) override; // Form_OnCloseQuery
@@ -190,6 +194,7 @@ private:
     QPointer<TfrmBigDataDlg> FBigDataDlg;
     TfrmViewCalc* FViewCalc = nullptr;
     TfrmViewLimit* FViewLimit = nullptr;
+    TfrmViewFFT* FViewFFT = nullptr;
     bool FLoading = false;
     bool FModified = false;
     int FCfgTab = 0;
@@ -242,6 +247,7 @@ private:
     QAction* menGraphFuncCalc = nullptr;
     QAction* menGraphFuncLimit = nullptr;
     QAction* menGraphFuncKessa = nullptr;
+    QAction* menGraphFFT = nullptr;
     QAction* menGraphScale = nullptr;
     QAction* menGraphRedo = nullptr;
     QAction* menTableGotoTime = nullptr;
