@@ -275,7 +275,9 @@ void TfrmViewFFT::btnCalcFFTClick() {
         // The strongest line apart from the mean at line 0.
         const auto peak = std::max_element(FSpectrum.Magnitude.begin() + 1, FSpectrum.Magnitude.end());
         const double hz = FSpectrum.Frequency[size_t(peak - FSpectrum.Magnitude.begin())];
-        lblPeak->setText(zeb::TxtFmt(TTextId::FftPeakText, {zeb::FormatFloat(QStringLiteral("0.000"), hz)}));
+        // Slow cycles (a day is 1.2E-05 Hz) need the exponent to show at all.
+        const QString pattern = hz >= 0.01 ? QStringLiteral("0.000") : QStringLiteral("0.000E+00");
+        lblPeak->setText(zeb::TxtFmt(TTextId::FftPeakText, {zeb::FormatFloat(pattern, hz)}));
     }
     ChartFFT->replot();
 }

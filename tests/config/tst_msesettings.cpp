@@ -204,22 +204,16 @@ private Q_SLOTS:
         QFETCH(QStringList, calcs);
         TMseSettings mse;
         QVERIFY(mse.OpenFile(WriteFile("lists.mse", file)));
-        QStringList got;
-        for (int i = 0; i < mse.Curves.Count(); ++i)
-            got << mse.Curves[i].Title.Value;
-        QCOMPARE(got, curves);
-        got.clear();
-        for (int i = 0; i < mse.Texts.Count(); ++i)
-            got << mse.Texts[i].Text.Value;
-        QCOMPARE(got, texts);
-        got.clear();
-        for (int i = 0; i < mse.TimeTexts.Count(); ++i)
-            got << mse.TimeTexts[i].Text.Value;
-        QCOMPARE(got, timeTexts);
-        got.clear();
-        for (int i = 0; i < mse.Calcs.Count(); ++i)
-            got << mse.Calcs[i].Formula.Value;
-        QCOMPARE(got, calcs);
+        const auto values = [](const auto& list, auto field) {
+            QStringList got;
+            for (int i = 0; i < list.Count(); ++i)
+                got << (list[i].*field).Value;
+            return got;
+        };
+        QCOMPARE(values(mse.Curves, &TMseSettingsCurve::Title), curves);
+        QCOMPARE(values(mse.Texts, &TMseText::Text), texts);
+        QCOMPARE(values(mse.TimeTexts, &TMseTimeText::Text), timeTexts);
+        QCOMPARE(values(mse.Calcs, &TMseCalc::Formula), calcs);
     }
 
     void listsComeBackRenumbered() {

@@ -25,16 +25,9 @@ const QStringList kViewerKeys = [] {
     QStringList keys;
     for (int i = 0; i < 10; ++i)
         keys << QStringLiteral("File%1").arg(i);
-    keys << "ScreenFull"
-         << "ScreenWidth"
-         << "ScreenHeight"
-         << "CustomApp0_Active"
-         << "CustomApp0_Curve"
-         << "CustomApp0_Name"
-         << "CustomApp0_Unit"
-         << "CustomApp0_Mul"
-         << "CustomApp0_Add";
-    return keys;
+    return keys + QStringList{"ScreenFull",      "ScreenWidth",     "ScreenHeight",   "CustomApp0_Active",
+                              "CustomApp0_Curve", "CustomApp0_Name", "CustomApp0_Unit", "CustomApp0_Mul",
+                              "CustomApp0_Add"};
 }();
 
 QStringList Prefixed(const QString& prefix, const QStringList& keys) {
@@ -275,24 +268,18 @@ private Q_SLOTS:
     void wrongValuesFallBack_data() {
         QTest::addColumn<QString>("key");
         QTest::addColumn<QString>("raw");
-        QTest::newRow("word for integer") << "Language"
-                                          << "german";
-        QTest::newRow("fraction for integer") << "Language"
-                                              << "1.5";
-        QTest::newRow("integer overflow") << "Language"
-                                          << "4294967297";
-        QTest::newRow("empty for integer") << "Language"
-                                           << "";
-        QTest::newRow("word for boolean") << "ShowTools"
-                                          << "yes";
-        QTest::newRow("word for double") << "zeb_viewer.exe/CustomApp0_Mul"
-                                         << "much";
-        QTest::newRow("nan for double") << "zeb_viewer.exe/CustomApp0_Mul"
-                                        << "NAN";
-        QTest::newRow("huge double") << "zeb_viewer.exe/CustomApp0_Mul"
-                                     << "1e999";
-        QTest::newRow("word for width") << "zeb_viewer.exe/ScreenWidth"
-                                        << "wide";
+        const auto row = [](const char* tag, const char* key, const char* raw) {
+            QTest::newRow(tag) << QString::fromLatin1(key) << QString::fromLatin1(raw);
+        };
+        row("word for integer", "Language", "german");
+        row("fraction for integer", "Language", "1.5");
+        row("integer overflow", "Language", "4294967297");
+        row("empty for integer", "Language", "");
+        row("word for boolean", "ShowTools", "yes");
+        row("word for double", "zeb_viewer.exe/CustomApp0_Mul", "much");
+        row("nan for double", "zeb_viewer.exe/CustomApp0_Mul", "NAN");
+        row("huge double", "zeb_viewer.exe/CustomApp0_Mul", "1e999");
+        row("word for width", "zeb_viewer.exe/ScreenWidth", "wide");
     }
     void wrongValuesFallBack() {
         QFETCH(QString, key);

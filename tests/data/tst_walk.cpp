@@ -31,19 +31,26 @@ class TstWalk : public QObject {
     }
 
 private Q_SLOTS:
-    void streamEndingAfterHeaderIsAnEmptyRecording() {
-        TCollectingReceiver r;
-        const auto res = Walk(B().Header(), r);
-        QCOMPARE(res.end, TEnd::EndOfStream);
-        QCOMPARE(res.blocks, 0);
-        QVERIFY(r.curves.empty());
+    // How a walk ends early, and the blocks it handed on before.
+    void earlyEnds_data() {
+        QTest::addColumn<QByteArray>("plain");
+        QTest::addColumn<int>("end");
+        QTest::addColumn<QList<int>>("blocks");
+        QTest::newRow("header only: an empty recording") << B().Header().Plain() << int(TEnd::EndOfStream)
+                                                         << QList<int>{};
+        QTest::newRow("bad header: before any block")
+            << B().Header("VELMORANTX").Block(3, B::Strs({"M1"})).Plain() << int(TEnd::BadHeader) << QList<int>{};
+        QTest::newRow("empty payload ends the walk")
+            << TwoCurves().Block(9, {}).Block(9, B::Str("never")).Plain() << int(TEnd::EmptyBlock) << QList<int>{3};
     }
-
-    void badHeaderEndsBeforeAnyBlock() {
+    void earlyEnds() {
+        QFETCH(QByteArray, plain);
+        QFETCH(int, end);
+        QFETCH(QList<int>, blocks);
         TCollectingReceiver r;
-        const auto res = Walk((B().Header("VELMORANTX").Block(3, B::Strs({"M1"}))), r);
-        QCOMPARE(res.end, TEnd::BadHeader);
-        QVERIFY(r.blockIds.isEmpty());
+        const auto res = Walk(B().Raw(plain), r);
+        QCOMPARE(int(res.end), end);
+        QCOMPARE(r.blockIds, blocks);
     }
 
     void creatorRules_data() {
@@ -242,14 +249,6 @@ private Q_SLOTS:
         QCOMPARE(r.zebName, QStringLiteral("name"));
     }
 
-    void emptyPayloadEndsTheWalk() {
-        TCollectingReceiver r;
-        const auto res = Walk((TwoCurves().Block(9, {}).Block(9, B::Str("never"))), r);
-        QCOMPARE(res.end, TEnd::EmptyBlock);
-        QCOMPARE(r.zebName, QString());
-        QCOMPARE(r.blockIds, QList<int>{3});
-    }
-
     void recordCutOffKeepsTheWholeRecords() {
         TCollectingReceiver r;
         const auto res = Walk((TwoCurves().Block(
@@ -260,28 +259,26 @@ private Q_SLOTS:
         QCOMPARE(r.curves[1].v, std::vector<double>{2});
     }
 
-    void readAheadStopsWhenTheReaderStops() {
-        // Many blocks, a reader that stops after the first: closing must not hang.
+    // Cancelled before a block or stopped after one, with and without reading ahead: the walk
+    // ends there, and a read-ahead thread with blocks still to go does not hang the close.
+    void cancelAndStop_data() {
+        QTest::addColumn<bool>("ahead");
+        QTest::newRow("block by block") << false;
+        QTest::newRow("reading ahead") << true;
+    }
+    void cancelAndStop() {
+        QFETCH(bool, ahead);
         B b = TwoCurves();
         for (int i = 0; i < 50; ++i) b.Block(8, B::Record(i, {B::F(1), B::F(2)}));
-        QVERIFY(b.Save(FDir.filePath(QStringLiteral("many.zeb"))));
-        TCollectingReceiver stop;
-        stop.stopAfterDataBlocks = 1;
-        const auto res = WalkFile(FDir.filePath(QStringLiteral("many.zeb")), stop, 0, true);
-        QCOMPARE(res.end, TEnd::Stopped);
-        QCOMPARE(res.values, 2);
-    }
-
-    void cancelAndStop() {
-        const B b = (TwoCurves().Block(8, B::Record(1, {B::F(1), B::F(2)})).Block(
-            8, B::Record(2, {B::F(1), B::F(2)})).Block(9, B::Str("z")));
+        const QString path = FDir.filePath(QStringLiteral("many.zeb"));
+        QVERIFY(b.Block(9, B::Str("z")).Save(path));
         TCollectingReceiver cancel;
         cancel.cancelBeforeBlock = 2;
-        QCOMPARE(Walk(b, cancel).end, TEnd::Cancelled);
+        QCOMPARE(WalkFile(path, cancel, 0, ahead).end, TEnd::Cancelled);
         QCOMPARE(cancel.blockIds, (QList<int>{3, 8}));
         TCollectingReceiver stop;
         stop.stopAfterDataBlocks = 1;
-        const auto res = Walk(b, stop);
+        const auto res = WalkFile(path, stop, 0, ahead);
         QCOMPARE(res.end, TEnd::Stopped);
         QCOMPARE(res.values, 2);
     }

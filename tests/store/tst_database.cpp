@@ -114,8 +114,6 @@ private Q_SLOTS:
     void firstRowIsClamped() {
         TDataBase db;
         TFill f{db};
-        std::initializer_list<std::pair<double, double>> none{};
-        Q_UNUSED(none);
         f.Curve("a", {{10, 1}, {20, 2}, {30, 3}});
         f.Curve("b", {{15, 1}, {35, 2}});
         db.Table_SetFirstRow(-1000);
@@ -129,7 +127,6 @@ private Q_SLOTS:
     void movingTheFirstRow() {
         TDataBase db;
         TFill f{db};
-        std::vector<std::pair<double, double>> a, b;
         TStoreReceiver& r = f.r;
         r.AddCurve(QStringLiteral("A"));
         r.AddCurve(QStringLiteral("B"));

@@ -4,12 +4,12 @@
 
 #include "CfgPage.h"
 #include "DataBase.h"
+#include "DialogHelpers.h"
 #include "Formats.h"
 #include "Texts.h"
 #include "ValidateEdit.h"
 #include "ZebDlg.h"
 
-#include <QApplication>
 #include <QCheckBox>
 #include <QColorDialog>
 #include <QComboBox>
@@ -24,12 +24,9 @@
 #include <QSpinBox>
 #include <QTabBar>
 #include <QTableView>
-#include <QTest>
 #include <QTimeEdit>
-#include <QTimer>
 #include <QToolButton>
 
-#include <functional>
 #include <memory>
 
 using namespace zeb;
@@ -62,31 +59,6 @@ void Fill(TDataBase& db, const QStringList& serials) {
     db.Axis_Get(axBottom).XType = 2;
 }
 
-void Shoot(QWidget* w, const QString& name) {
-    const QString dir = qEnvironmentVariable("ZEB_SCREENSHOT_DIR");
-    if (!dir.isEmpty()) w->grab().save(dir + QLatin1Char('/') + name + QStringLiteral(".png"));
-}
-
-// Runs the action on the next modal dialog of the given class once it is up.
-void WhenShown(const QString& objectName, std::function<void(QDialog*)> action, int tries = 200) {
-    QTimer::singleShot(5, [=] {
-        auto* dlg = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-        if (dlg && dlg->objectName() == objectName && dlg->isVisible()) {
-            action(dlg);
-            return;
-        }
-        if (tries > 0) WhenShown(objectName, action, tries - 1);
-    });
-}
-
-void Retype(QWidget* w, const QString& text) {
-    QTest::keyClick(w, Qt::Key_A, Qt::ControlModifier);
-    if (text.isEmpty())
-        QTest::keyClick(w, Qt::Key_Delete);
-    else
-        QTest::keyClicks(w, text);
-}
-
 } // namespace
 
 class TstCfgPage : public QObject {
@@ -95,11 +67,7 @@ class TstCfgPage : public QObject {
     std::unique_ptr<TDataBase> FDb;
     std::unique_ptr<TCfgPage> FPage;
 
-    template <typename T> T* C(const QString& name) const {
-        T* c = FPage->findChild<T*>(name);
-        if (!c) qWarning("missing %s", qPrintable(name));
-        return c;
-    }
+    template <typename T> T* C(const QString& name) const { return Child<T>(*FPage, name); }
     void Open(const QStringList& serials = {QStringLiteral("A1"), QStringLiteral("A1"),
                                             QStringLiteral("A1")}) {
         FDb = std::make_unique<TDataBase>();
@@ -133,8 +101,6 @@ private Q_SLOTS:
     void enterShowsWhatChartShows();
     void invalidEntryHoldsTab_data();
     void invalidEntryHoldsTab();
-    void invalidEntryHoldsView();
-    void leaveAppliesPage();
     void curveCells_data();
     void curveCells();
     void colourCell();
@@ -202,7 +168,6 @@ void TstCfgPage::enterShowsWhatChartShows() {
         ClickTab(t);
         QCOMPARE(FPage->currentIndex(), t);
         QCOMPARE(FPage->widget(t)->objectName(), tabs[t]);
-        Shoot(FPage.get(), QStringLiteral("cfgpage_") + FPage->widget(t)->objectName());
     }
 }
 
@@ -253,34 +218,6 @@ void TstCfgPage::invalidEntryHoldsTab() {
                           : edit.endsWith(QLatin1String("Max")) ? after.Max.Value
                                                                 : after.Inc.Value;
     QCOMPARE(stored, 7.0 + offset);
-}
-
-void TstCfgPage::invalidEntryHoldsView() {
-    Open();
-    FPage->Enter(TCfgPage::tabAxisRight);
-    auto* max = C<TValidateEdit>("vedCfgAxisRightMax");
-    Retype(max, QString());
-    C<QLineEdit>("edtCfgAxisRightName")->setFocus();
-    QVERIFY(!FPage->Leave());
-    QCOMPARE(QApplication::focusWidget(), max);
-    QVERIFY(FPage->IsEntered());
-    Retype(max, QStringLiteral("250"));
-    QVERIFY(FPage->Leave());
-    QVERIFY(!FPage->IsEntered());
-}
-
-void TstCfgPage::leaveAppliesPage() {
-    Open();
-    FPage->Enter(TCfgPage::tabGeneral);
-    Retype(C<QLineEdit>("edtCfgTitle"), QStringLiteral("Cold store"));
-    ClickTab(TCfgPage::tabAxisLeft);
-    Retype(C<TValidateEdit>("vedCfgAxisLeftMin"), QStringLiteral("-20"));
-    C<QCheckBox>("chkCfgAxisLeftAuto")->setChecked(false);
-    QVERIFY(FPage->Leave());
-    // The live view follows the page, for both the tab just left and the one left before.
-    QCOMPARE(FDb->Axis_Get(axLeft).Min, -20.0);
-    QVERIFY(!FDb->Axis_Get(axLeft).Auto);
-    QCOMPARE(FDb->General_Get().Title, QStringLiteral("Cold store"));
 }
 
 void TstCfgPage::curveCells_data() {

@@ -4,14 +4,13 @@
 #include "BigDataDlg.h"
 #include "DataBase.h"
 #include "FileThread.h"
-#include "Main.h"
+#include "MainFixture.h"
 #include "MseSettings.h"
 #include "Texts.h"
 #include "ZebChart.h"
 #include "ZebDlg.h"
 #include "ZebReg.h"
 
-#include <QAction>
 #include <QApplication>
 #include <QCheckBox>
 #include <QDir>
@@ -21,18 +20,12 @@
 #include <QMenu>
 #include <QMessageBox>
 #include <QMimeData>
-#include <QProcess>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QSignalSpy>
 #include <QStackedWidget>
 #include <QTemporaryDir>
-#include <QTest>
-#include <QTimer>
 #include <QToolButton>
 #include <QUrl>
-
-#include <functional>
 
 using namespace zeb;
 using namespace Qt::StringLiterals;
@@ -77,32 +70,8 @@ TMessages& Messages() {
     return m;
 }
 
-void Generate(const QStringList& args) {
-    QProcess p;
-    p.start(QStringLiteral(ZEBTOOL), QStringList{u"gen"_s, u"--quiet"_s} + args);
-    QVERIFY(p.waitForFinished(120000));
-    QCOMPARE(p.exitCode(), 0);
-}
-
-bool Load(TForm1& f, const QString& file, int* result = nullptr) {
-    QSignalSpy spy(&f, &TForm1::loadFinished);
-    if (!f.OpenFile(file)) return false;
-    if (!spy.wait(120000)) return false;
-    if (result) *result = spy.first().first().toInt();
-    return true;
-}
-
 QString Native(const QString& path) {
     return QDir::toNativeSeparators(QFileInfo(path).absoluteFilePath());
-}
-
-QAction* Action(TForm1& f, const char* name) {
-    return f.findChild<QAction*>(QLatin1String(name));
-}
-
-void Shoot(QWidget& w, const QString& name) {
-    const QString dir = qEnvironmentVariable("ZEB_SCREENSHOT_DIR");
-    if (!dir.isEmpty()) w.grab().save(dir + QLatin1Char('/') + name + u".png"_s);
 }
 
 } // namespace
@@ -119,8 +88,7 @@ private Q_SLOTS:
     void modifyingCommands_data();
     void modifyingCommands();
     void saveWritesSettingsNextToFile();
-    void commandLine_data();
-    void commandLine();
+    void commandLineOpensOnce();
     void stateWhileLoading();
     void loaderAnswers_data();
     void loaderAnswers();
@@ -136,7 +104,6 @@ private Q_SLOTS:
     void dropRecording_data();
     void dropRecording();
     void templateCommands();
-    void screenshots();
 
 private:
     QTemporaryDir FTmp;
@@ -278,40 +245,21 @@ void TstMain::saveWritesSettingsNextToFile() {
     QCOMPARE(back.Title.Value, u"Saved title"_s);
 }
 
-void TstMain::commandLine_data() {
-    QTest::addColumn<int>("arguments");
-    QTest::addColumn<bool>("opened");
-    QTest::newRow("none") << 0 << false;
-    QTest::newRow("one") << 1 << true;
-    QTest::newRow("two") << 2 << false;
-}
-
-void TstMain::commandLine() {
-    QFETCH(int, arguments);
-    QFETCH(bool, opened);
-    QStringList args;
-    for (int i = 0; i < arguments; ++i)
-        args << FSmall;
+// Which arguments open a file is the start-up's test; here: showing the window again does not
+// open the file again.
+void TstMain::commandLineOpensOnce() {
     TForm1 f;
-    f.SetCommandLine(args);
+    f.SetCommandLine({FSmall});
     QSignalSpy spy(&f, &TForm1::loadFinished);
     f.show();
     QVERIFY(QTest::qWaitForWindowExposed(&f));
-    if (opened) {
-        QVERIFY(spy.wait(60000));
-        QCOMPARE(spy.first().first().toInt(), int(TFileThread::kResultOk));
-        QCOMPARE(f.DataBase()->FileName(), QFileInfo(FSmall).absoluteFilePath());
-        QVERIFY(f.DataBase()->Curve_Count() > 0);
-    } else {
-        QVERIFY(!spy.wait(300));
-        QVERIFY(!f.IsLoading());
-        QVERIFY(f.DataBase()->FileName().isEmpty());
-    }
-    // Showing the window again does not open the file again.
+    QVERIFY(spy.wait(60000));
+    QCOMPARE(spy.first().first().toInt(), int(TFileThread::kResultOk));
+    QCOMPARE(f.DataBase()->FileName(), QFileInfo(FSmall).absoluteFilePath());
     f.hide();
     f.show();
     QVERIFY(!spy.wait(300));
-    QCOMPARE(spy.size(), opened ? 1 : 0);
+    QCOMPARE(spy.size(), 1);
 }
 
 // While the loader waits for the large-file answer, the window shows the load in progress.
@@ -344,12 +292,11 @@ void TstMain::stateWhileLoading() {
 }
 
 void TstMain::loaderAnswers_data() {
-    QTest::addColumn<QString>("choice"); // the radio button, or "close" for the close box
+    QTest::addColumn<QString>("choice"); // the radio button
     QTest::addColumn<int>("result");
     QTest::addColumn<bool>("open");
     QTest::addColumn<QString>("message");
     QTest::newRow("stop") << u"rbnCancel"_s << int(TFileThread::kResultCancelled) << false << QString();
-    QTest::newRow("close box") << u"close"_s << int(TFileThread::kResultCancelled) << false << QString();
     QTest::newRow("show what was read")
         << u"rbnShow"_s << int(TFileThread::kResultOk) << true << Txt(TTextId::MsgDataReductionNote);
     QTest::newRow("continue") << u"rbnContinue"_s << int(TFileThread::kResultOk) << true
@@ -368,10 +315,6 @@ void TstMain::loaderAnswers() {
     TfrmBigDataDlg dlg(&f);
     f.SetBigDataDlg(&dlg);
     TAutoAnswer answer(&dlg, [&](TfrmBigDataDlg* d) {
-        if (choice == u"close"_s) {
-            d->close();
-            return;
-        }
         d->findChild<QRadioButton*>(choice)->setChecked(true);
         QTest::mouseClick(d->findChild<QPushButton*>(u"btnOK"_s), Qt::LeftButton);
     });
@@ -668,35 +611,6 @@ void TstMain::templateCommands() {
     QCOMPARE(f.DataBase()->General_Get().Title, u"made"_s);
     QVERIFY(f.IsModified());
     QVERIFY(Messages().Texts.isEmpty());
-}
-
-void TstMain::screenshots() {
-    if (qEnvironmentVariableIsEmpty("ZEB_SCREENSHOT_DIR"))
-        QSKIP("set ZEB_SCREENSHOT_DIR to get the pictures");
-    const QString demo = FTmp.filePath(u"demo.zeb"_s);
-    Generate({u"--seed"_s, u"7"_s, u"--channels"_s, u"4"_s, u"--records"_s, u"20000"_s, u"--gaps"_s, demo});
-    for (int language : {int(LangGerman), int(LangEnglish)}) {
-        SwitchTexts(language);
-        TForm1 f;
-        f.setWindowState(Qt::WindowNoState);
-        f.resize(1280, 800);
-        f.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&f));
-        QVERIFY(Load(f, demo));
-        QTest::qWait(50);
-        const QString lang = language == LangGerman ? u"de"_s : u"en"_s;
-        Shoot(f, u"main_"_s + lang);
-        // The progress page and the question behind it, while a large file loads.
-        TfrmBigDataDlg dlg(&f);
-        f.SetBigDataDlg(&dlg);
-        TAutoAnswer answer(&dlg, [&](TfrmBigDataDlg* d) {
-            Shoot(f, u"progress_"_s + lang);
-            Shoot(*d, u"bigdata_"_s + lang);
-            d->reject();
-        });
-        QVERIFY(Load(f, FBig));
-    }
-    SwitchTexts(LangEnglish);
 }
 
 QTEST_MAIN(TstMain)

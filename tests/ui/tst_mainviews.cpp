@@ -3,10 +3,11 @@
 // an invalid entry, the clicks on chart elements that open it, and the table's jumps.
 
 #include "CfgPage.h"
+#include "ChartHelpers.h"
 #include "DataBase.h"
 #include "Formats.h"
 #include "GoToDlg.h"
-#include "Main.h"
+#include "MainFixture.h"
 #include "TableView.h"
 #include "Texts.h"
 #include "ValidateEdit.h"
@@ -14,56 +15,22 @@
 #include "ZebDlg.h"
 #include "ZebReg.h"
 
-#include <QAction>
-#include <QApplication>
 #include <QCheckBox>
-#include <QDir>
-#include <QFile>
-#include <QFileDialog>
 #include <QFrame>
 #include <QLineEdit>
 #include <QMenu>
-#include <QMessageBox>
-#include <QProcess>
 #include <QPushButton>
 #include <QScrollBar>
-#include <QSignalSpy>
 #include <QStackedWidget>
-#include <QTableView>
 #include <QTemporaryDir>
-#include <QTest>
-#include <QTimer>
 #include <QToolButton>
 
-#include <functional>
 #include <memory>
 
 using namespace zeb;
 using namespace Qt::StringLiterals;
 
 namespace {
-
-void Generate(const QStringList& args) {
-    QProcess p;
-    p.start(QStringLiteral(ZEBTOOL), QStringList{u"gen"_s, u"--quiet"_s} + args);
-    QVERIFY(p.waitForFinished(120000));
-    QCOMPARE(p.exitCode(), 0);
-}
-
-bool Load(TForm1& f, const QString& file) {
-    QSignalSpy spy(&f, &TForm1::loadFinished);
-    return f.OpenFile(file) && spy.wait(120000);
-}
-
-template <typename T> T* Child(QObject& o, const QString& name) {
-    T* c = o.findChild<T*>(name);
-    if (!c) qWarning("no %s", qPrintable(name));
-    return c;
-}
-
-QAction* Action(TForm1& f, const QString& name) {
-    return Child<QAction>(f, name);
-}
 
 // The toolbar panel that belongs to each view, and the view's own menu.
 const QStringList kPanels = {u"panSpeedButtonsGraph"_s, u"panSpeedButtonsTable"_s, u"panSpeedButtonsCfg"_s};
@@ -80,25 +47,6 @@ void VerifyPage(TForm1& f, int page) {
     }
     QVERIFY(Child<QFrame>(f, u"Panel1"_s)->isVisibleTo(&f));
     QVERIFY(Child<QFrame>(f, u"Panel3"_s)->isVisibleTo(&f));
-}
-
-// Runs act on the first modal dialog of type T once it is up.
-template <typename T> void WhenModal(std::function<void(T*)> act) {
-    auto* timer = new QTimer;
-    timer->setInterval(10);
-    QObject::connect(timer, &QTimer::timeout, timer, [timer, act] {
-        if (auto* dlg = qobject_cast<T*>(QApplication::activeModalWidget())) {
-            timer->stop();
-            timer->deleteLater();
-            act(dlg);
-        }
-    });
-    timer->start();
-}
-
-void Shoot(QWidget& w, const QString& name) {
-    const QString dir = qEnvironmentVariable("ZEB_SCREENSHOT_DIR");
-    if (!dir.isEmpty()) QVERIFY(w.grab().save(dir + QLatin1Char('/') + name + u".png"_s));
 }
 
 } // namespace
@@ -127,7 +75,6 @@ private Q_SLOTS:
     void tableGotoTime_data();
     void tableGotoTime();
     void tableStatusTexts();
-    void screenshots();
 
 private:
     // A shown window with the recording loaded.
@@ -419,36 +366,18 @@ void TstMainViews::cfgUndo() {
 
 // ---------------------------------------------------------------------- chart clicks
 
+// Which click names which tab is the chart's own test; here what the window does with it.
 void TstMainViews::elementClicks_data() {
     QTest::addColumn<QString>("element");
     QTest::addColumn<int>("modifier");
     QTest::addColumn<int>("button");
     QTest::addColumn<int>("tab");
-    const std::pair<const char*, Qt::KeyboardModifier> mods[] = {
-        {"shift", Qt::ShiftModifier}, {"alt", Qt::AltModifier}, {"ctrl", Qt::ControlModifier}};
-    const std::pair<const char*, int> elements[] = {
-        {"title", 0}, {"curve", 1}, {"bottom axis", 2}, {"left axis", 3}, {"right axis", 4}, {"legend", 1},
-    };
-    for (const auto& [m, mod] : mods)
-        for (const auto& [e, tab] : elements)
-            QTest::addRow("%s %s", m, e) << QString::fromLatin1(e) << int(mod) << int(Qt::LeftButton) << tab;
-    // The other button on a legend entry needs no key.
-    QTest::newRow("right button legend") << u"legend"_s << 0 << int(Qt::RightButton) << 1;
-}
-
-// Where on the chart an element is.
-static QPoint ElementPos(TZebChart& chart, const QString& element) {
-    QCPAxisRect* rect = chart.axisRect();
-    const QRect r = rect->rect();
-    if (element == u"title"_s) return chart.TitleElement()->outerRect().center();
-    if (element == u"bottom axis"_s) return QPoint(r.center().x(), r.bottom() + 4);
-    if (element == u"left axis"_s) return QPoint(r.left() - 4, r.center().y());
-    if (element == u"right axis"_s) return QPoint(r.right() + 4, r.center().y());
-    if (element == u"legend"_s) return chart.legend->item(0)->outerRect().center();
-    // On a curve: down the middle of the plot until a curve answers.
-    for (int y = r.top(); y <= r.bottom(); ++y)
-        if (chart.plottableAt(QPointF(r.center().x(), y), false)) return QPoint(r.center().x(), y);
-    return {};
+    const int left = Qt::LeftButton;
+    QTest::newRow("shift on the title") << u"title"_s << int(Qt::ShiftModifier) << left << 0;
+    QTest::newRow("alt on the right axis") << u"right axis"_s << int(Qt::AltModifier) << left << 4;
+    QTest::newRow("ctrl on the curve") << u"curve"_s << int(Qt::ControlModifier) << left << 1;
+    QTest::newRow("ctrl on a legend entry") << u"legend"_s << int(Qt::ControlModifier) << left << 1;
+    QTest::newRow("right button on a legend entry") << u"legend"_s << 0 << int(Qt::RightButton) << 1;
 }
 
 void TstMainViews::elementClicks() {
@@ -498,17 +427,11 @@ void TstMainViews::plainClicksStayOnChart() {
     f->DataBase()->General_Get().Title = u"Title"_s;
     chart.Rebuild();
     QTest::qWait(20);
-    for (const QString& element : {u"title"_s, u"left axis"_s, u"bottom axis"_s}) {
+    // The legend's plain click switches limit lines (the main window's own test) and stays too.
+    for (const QString& element : {u"title"_s, u"left axis"_s, u"bottom axis"_s, u"legend"_s}) {
         QTest::mouseClick(&chart, Qt::LeftButton, Qt::NoModifier, ElementPos(chart, element));
         VerifyPage(*f, TForm1::pgGraph);
     }
-    // A plain legend click switches the curve's limit lines and stays too.
-    const int curve = chart.LegendCurve(0);
-    const bool limits = f->DataBase()->Curve_LimitLinesOn(curve);
-    QTest::mouseClick(&chart, Qt::LeftButton, Qt::NoModifier, ElementPos(chart, u"legend"_s));
-    VerifyPage(*f, TForm1::pgGraph);
-    QCOMPARE(f->DataBase()->Curve_LimitLinesOn(curve), !limits);
-    QVERIFY(f->IsModified());
 }
 
 // ---------------------------------------------------------------------- table commands
@@ -567,11 +490,11 @@ void TstMainViews::tableGotoTime() {
     auto go = [&](const QString& text, bool ok) {
         int mode = -1;
         double base = -1.0;
-        WhenModal<TfrmGoToDlg>([&](TfrmGoToDlg* dlg) {
-            mode = dlg->Mode();
-            base = dlg->Base();
-            Child<TValidateEdit>(*dlg, u"vedTime"_s)->setText(text);
-            Child<QPushButton>(*dlg, ok ? u"btnOK"_s : u"btnCancel"_s)->click();
+        WhenShown(u"frmGoToDlg"_s, [&](QDialog* dlg) {
+            mode = static_cast<TfrmGoToDlg*>(dlg)->Mode();
+            base = static_cast<TfrmGoToDlg*>(dlg)->Base();
+            Child<TValidateEdit>(dlg, u"vedTime"_s)->setText(text);
+            Child<QPushButton>(dlg, ok ? u"btnOK"_s : u"btnCancel"_s)->click();
         });
         if (viaButton)
             QTest::mouseClick(Child<QToolButton>(*f, u"spbTableGotoT"_s), Qt::LeftButton);
@@ -595,41 +518,15 @@ void TstMainViews::tableStatusTexts() {
     QScrollBar* bar = f->TableView()->ScrollBar();
     double first = 0.0, last = 0.0;
     f->DataBase()->GetXMinXMax(first, last, false);
-    bar->setValue(50);
-    Q_EMIT bar->sliderMoved(50);
+    bar->setSliderDown(true); // dragged to the middle
+    bar->setSliderPosition((bar->minimum() + bar->maximum()) / 2);
     QCOMPARE(f->StatusText(),
              Txt(TTextId::StatusScrollX) + TDataBase::GetXValueStr(1, first + (last - first) / 2.0));
-    Q_EMIT bar->sliderReleased();
+    bar->setSliderDown(false);
     QCOMPARE(f->StatusText(), QString());
     // Back on the chart its hint returns.
     f->GUI_ViewGraph();
     QCOMPARE(f->StatusText(), Txt(TTextId::StatusZoomHint));
-}
-
-void TstMainViews::screenshots() {
-    if (qEnvironmentVariableIsEmpty("ZEB_SCREENSHOT_DIR"))
-        QSKIP("set ZEB_SCREENSHOT_DIR to get the pictures");
-    const QString demo = FTmp.filePath(u"demo.zeb"_s);
-    Generate({u"--seed"_s, u"7"_s, u"--channels"_s, u"4"_s, u"--records"_s, u"20000"_s, u"--gaps"_s, demo});
-    TForm1 f;
-    f.setWindowState(Qt::WindowNoState);
-    f.resize(1280, 800);
-    f.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&f));
-    QVERIFY(Load(f, demo));
-    QTest::qWait(50);
-    Shoot(f, u"view_graph"_s);
-    f.GUI_ViewTable();
-    QTest::qWait(50);
-    Shoot(f, u"view_table"_s);
-    f.GUI_ViewCfg();
-    QTest::qWait(50);
-    Shoot(f, u"view_cfg_general"_s);
-    f.CfgPage()->setCurrentIndex(TCfgPage::tabCurve);
-    QTest::qWait(50);
-    Shoot(f, u"view_cfg_curves"_s);
-    f.GUI_ViewGraph();
-    f.SetModified(false);
 }
 
 QTEST_MAIN(TstMainViews)

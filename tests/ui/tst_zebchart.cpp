@@ -2,6 +2,7 @@
 // (curves, legend texts, limit lines, axes), the clicks on its elements, the switches, the
 // time-axis texts, and its care with samples the store has thrown away.
 
+#include "ChartHelpers.h"
 #include "CrossHair.h"
 #include "DataBase.h"
 #include "Formats.h"
@@ -58,10 +59,6 @@ void FillTwo(TDataBase& db) {
             QStringLiteral("Logger 2"));
     f.r.SetLimits(0, 4, 0, 12.0, 18.0);
     f.r.SetLimits(1, 2, 0, 55.0, 0.0);
-}
-
-QPoint LegendEntry(TZebChart& chart, int index) {
-    return chart.legend->item(index)->outerRect().center();
 }
 
 } // namespace
@@ -181,15 +178,8 @@ private Q_SLOTS:
         QTest::mouseClick(&chart, Qt::LeftButton, Qt::NoModifier, LegendEntry(chart, 0));
         QVERIFY(db.Curve_LimitLinesOn(0));
         QCOMPARE(chart.LimitLineItems().size(), size_t(3));
-    }
 
-    // "Limits" switches all curves; a legend click still switches its own curve afterwards.
-    void legendClickAfterAllLimitsOff() {
-        TDataBase db;
-        FillTwo(db);
-        TZebChart chart(&db);
-        chart.resize(900, 500);
-        chart.show();
+        // "Limits" switches all curves; a legend click still switches its own curve afterwards.
         db.Curve_SetAllLimitLines(false);
         chart.Rebuild();
         QCOMPARE(chart.LimitLineItems().size(), size_t(0));
@@ -200,23 +190,6 @@ private Q_SLOTS:
         db.Curve_SetAllLimitLines(true);
         chart.Rebuild();
         QCOMPARE(chart.LimitLineItems().size(), size_t(3));
-    }
-
-    // The other button on a legend entry: the series on or off, and the curves tab.
-    void rightClickOnLegendEntry() {
-        TDataBase db;
-        FillTwo(db);
-        TZebChart chart(&db);
-        chart.resize(900, 500);
-        chart.show();
-        chart.replot();
-        QSignalSpy element(&chart, &TZebChart::elementClicked);
-        QTest::mouseClick(&chart, Qt::RightButton, Qt::NoModifier, LegendEntry(chart, 1));
-        QVERIFY(!db.Curve_IsActive(1));
-        QVERIFY(db.Curve_LimitLinesOn(1));
-        QCOMPARE(element.count(), 1);
-        QCOMPARE(element.at(0).at(0).toInt(), 1);
-        QVERIFY(!chart.IsUndoPossible());
     }
 
     // Forty curves: the legend shows what fits and scrolls through the rest, by its bar and by
@@ -267,18 +240,24 @@ private Q_SLOTS:
     void modifiedClicksOpenConfiguration_data() {
         QTest::addColumn<QString>("target");
         QTest::addColumn<int>("modifier");
+        QTest::addColumn<int>("button");
         QTest::addColumn<int>("tab");
-        QTest::newRow("title, shift") << u"title"_s << int(Qt::ShiftModifier) << 0;
-        QTest::newRow("bottom axis, ctrl") << u"bottom"_s << int(Qt::ControlModifier) << 2;
-        QTest::newRow("left axis, alt") << u"left"_s << int(Qt::AltModifier) << 3;
-        QTest::newRow("right axis, shift") << u"right"_s << int(Qt::ShiftModifier) << 4;
-        QTest::newRow("curve, shift") << u"curve"_s << int(Qt::ShiftModifier) << 1;
-        QTest::newRow("legend entry, ctrl") << u"legend"_s << int(Qt::ControlModifier) << 1;
+        const std::pair<const char*, int> keys[] = {
+            {"shift", Qt::ShiftModifier}, {"alt", Qt::AltModifier}, {"ctrl", Qt::ControlModifier}};
+        const std::pair<const char*, int> targets[] = {{"title", 0},     {"curve", 1},      {"bottom axis", 2},
+                                                       {"left axis", 3}, {"right axis", 4}, {"legend", 1}};
+        for (const auto& [key, modifier] : keys)
+            for (const auto& [target, tab] : targets)
+                QTest::addRow("%s, %s", target, key)
+                    << QString::fromLatin1(target) << modifier << int(Qt::LeftButton) << tab;
+        // The other button on a legend entry needs no key.
+        QTest::newRow("legend, right button") << u"legend"_s << 0 << int(Qt::RightButton) << 1;
     }
 
     void modifiedClicksOpenConfiguration() {
         QFETCH(QString, target);
         QFETCH(int, modifier);
+        QFETCH(int, button);
         QFETCH(int, tab);
         TDataBase db;
         FillTwo(db);
@@ -287,22 +266,10 @@ private Q_SLOTS:
         chart.resize(900, 500);
         chart.show();
         chart.replot();
-        QPoint at;
-        const QRect plot = chart.axisRect()->rect();
-        if (target == u"title")
-            at = chart.TitleElement()->outerRect().center();
-        else if (target == u"bottom")
-            at = QPoint(plot.center().x(), plot.bottom() + 12);
-        else if (target == u"left")
-            at = QPoint(plot.left() - 12, plot.center().y());
-        else if (target == u"right")
-            at = QPoint(plot.right() + 12, plot.center().y());
-        else if (target == u"curve")
-            at = QPoint(int(chart.xAxis->coordToPixel(kT0 + 500)), int(chart.yAxis->coordToPixel(Ramp(500))));
-        else
-            at = LegendEntry(chart, 0);
+        const QPoint at = ElementPos(chart, target);
+        QVERIFY(!at.isNull());
         QSignalSpy element(&chart, &TZebChart::elementClicked);
-        QTest::mouseClick(&chart, Qt::LeftButton, Qt::KeyboardModifiers(modifier), at);
+        QTest::mouseClick(&chart, Qt::MouseButton(button), Qt::KeyboardModifiers(modifier), at);
         QCOMPARE(element.count(), 1);
         QCOMPARE(element.at(0).at(0).toInt(), tab);
         // A click with a key held never zooms.

@@ -9,7 +9,6 @@
 #include <QDialogButtonBox>
 #include <QDir>
 #include <QFile>
-#include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
@@ -40,12 +39,6 @@ void TypeAndAccept(QDialog* dlg, const QString& name) {
     QVERIFY(edit);
     edit->setText(name);
     dlg->accept();
-}
-
-// With ZEB_SCREENSHOT_DIR set, dialogs are saved as pictures for a look by eye.
-void Shoot(QWidget* w, const QString& name) {
-    const QString dir = qEnvironmentVariable("ZEB_SCREENSHOT_DIR");
-    if (!dir.isEmpty()) w->grab().save(dir + QLatin1Char('/') + name + u".png"_s);
 }
 
 } // namespace
@@ -463,13 +456,11 @@ void TstZebDlg::dialogsInEachLanguage() {
     QFETCH(QString, yes);
     QFETCH(QString, qtCancel);
     QFETCH(QString, zebFilter);
-    const QString tag = QString::fromLatin1(QTest::currentDataTag());
     SwitchTexts(language);
     if (!InstallQtTranslations()) QSKIP("Qt's translations are not installed");
 
     QString shownTitle, shownYes;
     TZebDlg::SetDialogHook([&](QDialog* dlg) {
-        Shoot(dlg, u"msgbox_"_s + tag);
         shownTitle = dlg->windowTitle();
         shownYes = Button(dlg, u"Yes"_s)->text();
         Button(dlg, u"No"_s)->click();
@@ -483,8 +474,6 @@ void TstZebDlg::dialogsInEachLanguage() {
     QString cancel;
     QStringList filters;
     TZebDlg::SetDialogHook([&](QDialog* dlg) {
-        dlg->resize(640, 420);
-        Shoot(dlg, u"filedialog_"_s + tag);
         auto* box = dlg->findChild<QDialogButtonBox*>();
         cancel = box->button(QDialogButtonBox::Cancel)->text();
         filters = qobject_cast<QFileDialog*>(dlg)->nameFilters();
