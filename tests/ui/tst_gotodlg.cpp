@@ -248,7 +248,7 @@ void TstGoToDlg::dotsOpensPopupOnField() {
     WhenShown(kGoTo, [&](QDialog* d) {
         auto* ved = Child<TValidateEdit>(d, "vedTime");
         QTest::keyClicks(ved, typed);
-                WhenShown(kPopup, [&seen](QDialog* p) {
+        WhenShown(kPopup, [&seen](QDialog* p) {
             seen = Shown(p);
             ClickOk(p);
         });

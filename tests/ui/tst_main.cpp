@@ -2,6 +2,7 @@
 // the menu and a drop, every answer of the loader, closing, settings.
 
 #include "BigDataDlg.h"
+#include "ChartHelpers.h"
 #include "DataBase.h"
 #include "FileThread.h"
 #include "MainFixture.h"
@@ -212,7 +213,7 @@ void TstMain::modifyingCommands() {
     } else if (command == u"legend"_s) {
         const int curve = chart->LegendCurve(0);
         const bool limits = db.Curve_LimitLinesOn(curve);
-        QTest::mouseClick(chart, Qt::LeftButton, Qt::NoModifier, chart->legend->item(0)->outerRect().center());
+        QTest::mouseClick(chart, Qt::LeftButton, Qt::NoModifier, LegendEntry(*chart, 0));
         QCOMPARE(db.Curve_LimitLinesOn(curve), !limits);
     } else {
         QAction* a = f.findChild<QAction*>(command);

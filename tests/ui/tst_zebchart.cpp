@@ -244,8 +244,9 @@ private Q_SLOTS:
         QTest::addColumn<int>("tab");
         const std::pair<const char*, int> keys[] = {
             {"shift", Qt::ShiftModifier}, {"alt", Qt::AltModifier}, {"ctrl", Qt::ControlModifier}};
-        const std::pair<const char*, int> targets[] = {{"title", 0},     {"curve", 1},      {"bottom axis", 2},
-                                                       {"left axis", 3}, {"right axis", 4}, {"legend", 1}};
+        const std::pair<const char*, int> targets[] = {{"title", 0},       {"curve", 1},
+                                                       {"bottom axis", 2}, {"left axis", 3},
+                                                       {"right axis", 4},  {"legend", 1}};
         for (const auto& [key, modifier] : keys)
             for (const auto& [target, tab] : targets)
                 QTest::addRow("%s, %s", target, key)
