@@ -25,9 +25,9 @@ const QStringList kViewerKeys = [] {
     QStringList keys;
     for (int i = 0; i < 10; ++i)
         keys << QStringLiteral("File%1").arg(i);
-    return keys + QStringList{"ScreenFull",      "ScreenWidth",     "ScreenHeight",   "CustomApp0_Active",
-                              "CustomApp0_Curve", "CustomApp0_Name", "CustomApp0_Unit", "CustomApp0_Mul",
-                              "CustomApp0_Add"};
+    return keys + QStringList{"ScreenFull",        "ScreenWidth",      "ScreenHeight",
+                              "CustomApp0_Active", "CustomApp0_Curve", "CustomApp0_Name",
+                              "CustomApp0_Unit",   "CustomApp0_Mul",   "CustomApp0_Add"};
 }();
 
 QStringList Prefixed(const QString& prefix, const QStringList& keys) {

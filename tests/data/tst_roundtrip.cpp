@@ -62,6 +62,18 @@ TExpected Expect(const TGenOptions& o) {
     return e;
 }
 
+struct TToolRun {
+    int exitCode = -1;
+    QByteArray out;
+};
+// Runs zebtool as a user does; what it prints on standard output comes back.
+TToolRun Zebtool(const QStringList& args) {
+    QProcess p;
+    p.start(QStringLiteral(ZEBTOOL), args);
+    if (!p.waitForFinished(120000)) return {};
+    return {p.exitCode(), p.readAllStandardOutput()};
+}
+
 template <typename T> T At(const QByteArray& b, qsizetype pos) {
     T v;
     std::memcpy(&v, b.constData() + pos, sizeof(T));
@@ -159,21 +171,13 @@ private Q_SLOTS:
 
     void zebtoolWritesAndDumps() {
         const QString path = FDir.filePath(QStringLiteral("tool.zeb"));
-        QProcess gen;
-        gen.start(QStringLiteral(ZEBTOOL), {QStringLiteral("gen"), QStringLiteral("--seed"), QStringLiteral("3"),
-                                            QStringLiteral("--channels"), QStringLiteral("3"),
-                                            QStringLiteral("--records"), QStringLiteral("700"),
-                                            QStringLiteral("--gap-rate"), QStringLiteral("0.01"),
-                                            QStringLiteral("--quiet"), path});
-        QVERIFY(gen.waitForFinished(60000));
-        QCOMPARE(gen.exitCode(), 0);
-
-        QProcess dump;
-        dump.start(QStringLiteral(ZEBTOOL), {QStringLiteral("dump"), path});
-        QVERIFY(dump.waitForFinished(60000));
-        QCOMPARE(dump.exitCode(), 0);
+        const QStringList gen{"gen", "--seed", "3", "--channels", "3", "--records", "700", "--gap-rate", "0.01",
+                              "--quiet", path};
+        QCOMPARE(Zebtool(gen).exitCode, 0);
+        const TToolRun dump = Zebtool({"dump", path});
+        QCOMPARE(dump.exitCode, 0);
         QJsonParseError perr;
-        const QJsonObject j = QJsonDocument::fromJson(dump.readAllStandardOutput(), &perr).object();
+        const QJsonObject j = QJsonDocument::fromJson(dump.out, &perr).object();
         QCOMPARE(perr.error, QJsonParseError::NoError);
 
         TGenOptions o;
@@ -219,11 +223,8 @@ private Q_SLOTS:
                                   B::Record(3, {B::F(-inf)}) + B::Record(4, {0xFFFFFFFEu}) +
                                   B::Record(5, {B::F(1.5f)}))
                     .Save(path));
-        QProcess dump;
-        dump.start(QStringLiteral(ZEBTOOL), {QStringLiteral("dump"), path});
-        QVERIFY(dump.waitForFinished(60000));
         QJsonParseError perr;
-        const QJsonDocument doc = QJsonDocument::fromJson(dump.readAllStandardOutput(), &perr);
+        const QJsonDocument doc = QJsonDocument::fromJson(Zebtool({"dump", path}).out, &perr);
         QVERIFY2(perr.error == QJsonParseError::NoError, qPrintable(perr.errorString()));
         const QJsonObject curve = doc.object()[QStringLiteral("curves")].toArray()[0].toObject();
         QCOMPARE(curve[QStringLiteral("value1")].toString(), QStringLiteral("NaN"));
@@ -245,18 +246,14 @@ private Q_SLOTS:
         QVERIFY(f.open(QIODevice::ReadWrite));
         QVERIFY(f.resize(f.size() / 2));
         f.close();
-        QProcess p;
-        p.start(QStringLiteral(ZEBTOOL), {QStringLiteral("blocks"), path});
-        QVERIFY(p.waitForFinished(60000));
-        const QString out = QString::fromUtf8(p.readAllStandardOutput());
+        const QString out = QString::fromUtf8(Zebtool({"blocks", path}).out);
         QVERIFY2(out.contains(QStringLiteral("file truncated inside the stream")), qPrintable(out));
         QVERIFY(out.contains(QStringLiteral("channel list")));
 
         QVERIFY(TRecordingBuilder::SaveBytes(path, "not a recording"));
-        p.start(QStringLiteral(ZEBTOOL), {QStringLiteral("blocks"), path});
-        QVERIFY(p.waitForFinished(60000));
-        QCOMPARE(p.exitCode(), 1);
-        QVERIFY(QString::fromUtf8(p.readAllStandardOutput()).contains(QStringLiteral("bad header")));
+        const TToolRun bad = Zebtool({"blocks", path});
+        QCOMPARE(bad.exitCode, 1);
+        QVERIFY(QString::fromUtf8(bad.out).contains(QStringLiteral("bad header")));
     }
 
     void largeFileQuestion_data() {
@@ -280,11 +277,7 @@ private Q_SLOTS:
             o.records = 2600000;
             QVERIFY(WriteRecording(path, o));
         }
-        QProcess p;
-        p.start(QStringLiteral(ZEBTOOL), QStringList{QStringLiteral("dump")} + args + QStringList{path});
-        QVERIFY(p.waitForFinished(120000));
-        const QByteArray out = p.readAllStandardOutput();
-        const QJsonObject j = QJsonDocument::fromJson(out).object();
+        const QJsonObject j = QJsonDocument::fromJson(Zebtool(QStringList{"dump"} + args << path).out).object();
         QCOMPARE(j[QStringLiteral("status")].toInt(), status);
         const qint64 values = j[QStringLiteral("values")].toInteger();
         if (all) QCOMPARE(values, 2600000);

@@ -246,8 +246,6 @@ private Q_SLOTS:
         f.Curve("Temp", {{1, 1}});
         f.r.SetUnit(0, QStringLiteral("°C"));
         QCOMPARE(db.Curve_NameUnitGet(0), QStringLiteral("Temp [°C]"));
-        db.Curve_NameSet(0, QStringLiteral("Inside"));
-        QCOMPARE(db.Curve_NameGet(0), QStringLiteral("Inside"));
         QCOMPARE(db.Curve_NameGet(5), QString());
         QCOMPARE(TDataBase::AddUnit(QStringLiteral("x"), QString()), QStringLiteral("x"));
         // Flow curves are litres per minute, whatever the spelling.
