@@ -193,26 +193,80 @@ void TMseCalc::Write(TIniFile& ini, const QString& section, bool all) const {
     Put(ini, section, QStringLiteral("Formula"), Formula, all);
 }
 
+namespace {
+
+// A line of an INI file holds no line break: a text keeps its breaks as "\n" (and "\r"), and a
+// backslash that would read as such a pair is doubled. Any other backslash stays as it is, so
+// texts written before, paths among them, read back unchanged.
+QString EscapeLines(const QString& text) {
+    QString out;
+    out.reserve(text.size());
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const QChar c = text[i];
+        if (c == QLatin1Char('\n')) {
+            out += QStringLiteral("\\n");
+        } else if (c == QLatin1Char('\r')) {
+            out += QStringLiteral("\\r");
+        } else if (c == QLatin1Char('\\') && i + 1 < text.size() &&
+                   (text[i + 1] == QLatin1Char('n') || text[i + 1] == QLatin1Char('r') ||
+                    text[i + 1] == QLatin1Char('\\'))) {
+            out += QStringLiteral("\\\\");
+        } else {
+            out += c;
+        }
+    }
+    return out;
+}
+
+QString UnescapeLines(const QString& text) {
+    QString out;
+    out.reserve(text.size());
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const QChar c = text[i];
+        if (c == QLatin1Char('\\') && i + 1 < text.size()) {
+            const QChar n = text[i + 1];
+            if (n == QLatin1Char('n') || n == QLatin1Char('r') || n == QLatin1Char('\\')) {
+                out += n == QLatin1Char('n') ? QLatin1Char('\n') : n == QLatin1Char('r') ? QLatin1Char('\r') : n;
+                ++i;
+                continue;
+            }
+        }
+        out += c;
+    }
+    return out;
+}
+
+void GetLines(const TIniFile& ini, const QString& sec, const QString& key, TOpt<QString>& o) {
+    Get(ini, sec, key, o);
+    if (o.IsSet) o.Value = UnescapeLines(o.Value);
+}
+
+void PutLines(TIniFile& ini, const QString& sec, const QString& key, const TOpt<QString>& o, bool all) {
+    if (all || o.IsSet) ini.WriteString(sec, key, EscapeLines(o.Value));
+}
+
+} // namespace
+
 void TMseText::Read(const TIniFile& ini, const QString& section) {
-    Get(ini, section, QStringLiteral("Text"), Text);
+    GetLines(ini, section, QStringLiteral("Text"), Text);
     Get(ini, section, QStringLiteral("X"), X);
     Get(ini, section, QStringLiteral("Y"), Y);
 }
 
 void TMseText::Write(TIniFile& ini, const QString& section, bool all) const {
-    Put(ini, section, QStringLiteral("Text"), Text, all);
+    PutLines(ini, section, QStringLiteral("Text"), Text, all);
     Put(ini, section, QStringLiteral("X"), X, all);
     Put(ini, section, QStringLiteral("Y"), Y, all);
 }
 
 void TMseTimeText::Read(const TIniFile& ini, const QString& section) {
-    Get(ini, section, QStringLiteral("Text"), Text);
+    GetLines(ini, section, QStringLiteral("Text"), Text);
     Get(ini, section, QStringLiteral("X"), X);
     Get(ini, section, QStringLiteral("Y"), Y);
 }
 
 void TMseTimeText::Write(TIniFile& ini, const QString& section, bool all) const {
-    Put(ini, section, QStringLiteral("Text"), Text, all);
+    PutLines(ini, section, QStringLiteral("Text"), Text, all);
     Put(ini, section, QStringLiteral("X"), X, all);
     Put(ini, section, QStringLiteral("Y"), Y, all);
 }

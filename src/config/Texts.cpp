@@ -297,6 +297,7 @@ constexpr std::array kTable{
     TTextRecord{NoteModify, u"Change", u"Ändern", u"Modifier"},
     TTextRecord{NoteModifyTitle, u"modify notice", u"Notiz ändern", u"modifier la note"},
     TTextRecord{NoteNewTitle, u"New notice", u"Neue Notiz", u"Nouvelle note"},
+    TTextRecord{NoteNewBox, u"New text box..", u"Neues Textfeld..", u"Nouvelle zone de texte.."},
 
     // Print preview
     TTextRecord{PrintProportional, u"&proportional", u"&proportional", u"&proportionnel"},

@@ -214,6 +214,7 @@ enum class TTextId : int {
     NoteModify,
     NoteModifyTitle,
     NoteNewTitle,
+    NoteNewBox,
 
     // Print preview
     PrintProportional,

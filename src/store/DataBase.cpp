@@ -82,6 +82,9 @@ void TDataBase::Reset() {
     FExtView = 0;
     FCurves.clear();
     FSettings.Curves.Clear();
+    // Texts and notices belong to the recording they were written on.
+    FSettings.Texts.Clear();
+    FSettings.TimeTexts.Clear();
     for (auto& w : FWork) w.Clear();
     FRows.Clear();
     FPrintRow.Clear();

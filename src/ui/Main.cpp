@@ -5,6 +5,7 @@
 #include "CalcKessa.h"
 #include "CalcKessaDlg.h"
 #include "CfgPage.h"
+#include "ChartTexts.h"
 #include "CrossHair.h"
 #include "DataBase.h"
 #include "FileThread.h"
@@ -24,6 +25,7 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QCloseEvent>
+#include <QCursor>
 #include <QDir>
 #include <QDragEnterEvent>
 #include <QDropEvent>
@@ -92,7 +94,9 @@ enum class TGlyph {
     ViewTable,
     ViewCfg,
     TableGotoTMin,
-    TableGotoTime
+    TableGotoTime,
+    TextModify,
+    TextInsert
 };
 
 QIcon Glyph(TGlyph g) {
@@ -252,6 +256,25 @@ QIcon Glyph(TGlyph g) {
         p.setPen(Qt::NoPen);
         p.setBrush(accent);
         p.drawPath(head);
+        break;
+    }
+    case TGlyph::TextModify:
+    case TGlyph::TextInsert: {
+        // A text box; a hand to move it, or a plus to add one.
+        p.setPen(QPen(ink, 1.2));
+        p.setBrush(QColor(255, 250, 205));
+        p.drawRect(QRectF(2.5, 4.5, 14, 9));
+        p.setPen(QPen(ink, 1.0));
+        for (double y : {7.5, 10.5})
+            p.drawLine(QPointF(5, y), QPointF(13, y));
+        p.setPen(QPen(accent, 2.0, Qt::SolidLine, Qt::RoundCap));
+        if (g == TGlyph::TextInsert) {
+            p.drawLine(QPointF(16, 13), QPointF(16, 20));
+            p.drawLine(QPointF(12.5, 16.5), QPointF(19.5, 16.5));
+        } else {
+            p.drawLine(QPointF(11, 17), QPointF(19, 17));
+            p.drawLine(QPointF(15, 13), QPointF(15, 21));
+        }
         break;
     }
     case TGlyph::TableGotoTime: {
@@ -492,6 +515,15 @@ void TForm1::BuildMenus() {
     menGraphRedo->setIcon(Glyph(TGlyph::Undo));
     menGraph->addAction(menGraphScale);
     menGraph->addAction(menGraphRedo);
+    menGraph->addSeparator();
+    menGraphNote = action("menGraphNote", &TForm1::menGraphNoteClick);
+    menGraphNote->setCheckable(true);
+    menGraph->addAction(menGraphNote);
+    menTextModify = action("menTextModify", &TForm1::spbTextModifyClick);
+    menTextModify->setCheckable(true);
+    menTextModify->setIcon(Glyph(TGlyph::TextModify));
+    menTextInsert = action("menTextInsert", &TForm1::spbTextInsertClick);
+    menTextInsert->setIcon(Glyph(TGlyph::TextInsert));
 
     menTable = menuBar()->addMenu(QString());
     menTable->setObjectName(QStringLiteral("menTable"));
@@ -546,6 +578,11 @@ void TForm1::BuildWorkPage() {
     SpeedButton(panSpeedButtonsGraph, "spbGraphScale", menGraphScale);
     SpeedButton(panSpeedButtonsGraph, "spbGraphRedo", menGraphRedo);
     h->addWidget(panSpeedButtonsGraph);
+
+    panSpeedButtonsText = ToolPanel(bar, "panSpeedButtonsText");
+    SpeedButton(panSpeedButtonsText, "spbTextModify", menTextModify);
+    SpeedButton(panSpeedButtonsText, "spbTextInsert", menTextInsert);
+    h->addWidget(panSpeedButtonsText);
 
     panSpeedButtonsTable = ToolPanel(bar, "panSpeedButtonsTable");
     SpeedButton(panSpeedButtonsTable, "spbTableGotoTMin", menTableGotoTMin);
@@ -664,6 +701,11 @@ void TForm1::ApplyLanguage() {
     menGraphFuncLimit->setText(Txt(TTextId::MenuGraphFuncLimit));
     menGraphFuncKessa->setText(Txt(TTextId::MenuGraphFuncKessa));
     menGraphFFT->setText(Txt(TTextId::Fft));
+    menGraphNote->setText(Txt(TTextId::MenuGraphNote));
+    menTextModify->setText(Txt(TTextId::TextModify));
+    menTextModify->setToolTip(Txt(TTextId::TextModify));
+    menTextInsert->setText(Txt(TTextId::TextInsert));
+    menTextInsert->setToolTip(Txt(TTextId::TextInsert));
     menGraphScale->setText(Txt(TTextId::MenuGraphScale));
     menGraphRedo->setText(Txt(TTextId::Undo));
 
@@ -782,6 +824,7 @@ bool TForm1::CfgPageApply() {
 void TForm1::View_OnPageChanged(int page) {
     const bool graph = page == pgGraph, table = page == pgTable, cfg = page == pgCfg;
     panSpeedButtonsGraph->setVisible(graph);
+    panSpeedButtonsText->setVisible(graph);
     menGraph->menuAction()->setVisible(graph);
     panSpeedButtonsTable->setVisible(table);
     menTable->menuAction()->setVisible(table);
@@ -1046,6 +1089,7 @@ void TForm1::GUI_Graph() {
     menGraphLimits->setChecked(FDataBase->LimitLinesOn());
     menGraphFuncFlow->setVisible(FDataBase->ExistsFlowModul());
     menGraphFuncCalc->setChecked(FViewCalc->IsActive());
+    menGraphNote->setChecked(FChart->Texts()->NoticesShown());
     menGraphFuncLimit->setChecked(FViewLimit->IsActive());
     for (int k = 0; k < 2; ++k)
         menGraphCursor[k]->setChecked(FChart->CrossHair()->GetActive(k) != -1);
@@ -1118,6 +1162,32 @@ void TForm1::menGraphFFTClick() {
     if (FLoading || FCaptionFile.isEmpty()) return;
     if (!FViewFFT) FViewFFT = new TfrmViewFFT(this);
     FViewFFT->Execute(FDataBase, FChart->CrossHair());
+}
+
+// ====================================================================== texts
+
+// The notices are drawn on the left axis: without it they can only be hidden.
+void TForm1::menGraphNoteClick() {
+    TChartTexts& texts = *FChart->Texts();
+    if (!FChart->ChartAxis(axLeft)->visible()) {
+        texts.SetNoticesShown(false);
+        menGraphNote->setChecked(false);
+        ShowError(Txt(TTextId::MsgActivateLeftAxis));
+        return;
+    }
+    texts.SetNoticesShown(!texts.NoticesShown());
+    menGraphNote->setChecked(texts.NoticesShown());
+}
+
+void TForm1::spbTextModifyClick() {
+    FChart->SetTextMode(menTextModify->isChecked());
+}
+
+void TForm1::spbTextInsertClick() {
+    if (FLoading || FCaptionFile.isEmpty()) return;
+    QString text;
+    if (!TZebDlg::InputBox(Txt(TTextId::TextInsert), QString(), text, QCursor::pos()) || text.isEmpty()) return;
+    FChart->Texts()->InsertText(text);
 }
 
 // Shown or not is part of the display settings.
@@ -1317,6 +1387,7 @@ void TForm1::FileLoaded() {
     db.GetXMinXMax(tMin, tMax, false);
     db.Table_SetFirstRow(tMin);
     UpdateCaption();
+    FChart->Texts()->SetNoticesShown(false); // the notice series starts hidden with every file
     db.Repaint(true);
     FChart->Rebuild();
     onbWork->setCurrentIndex(pgWork);

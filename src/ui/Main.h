@@ -124,6 +124,9 @@ public Q_SLOTS:
     void menGraphFuncLimitClick();
     void menGraphFuncKessaClick();
     void menGraphFFTClick();
+    void menGraphNoteClick();
+    void spbTextModifyClick();
+    void spbTextInsertClick();
 
 protected:
     void closeEvent(QCloseEvent* event) override; // Form_OnCloseQuery
@@ -219,6 +222,7 @@ private:
     QFrame* panSpeedButtonsGraph = nullptr;
     QFrame* panSpeedButtonsTable = nullptr;
     QFrame* panSpeedButtonsCfg = nullptr;
+    QFrame* panSpeedButtonsText = nullptr;
     QFrame* panSpeedButtonsBigData = nullptr;
     QCheckBox* chkBigDataOn = nullptr;
 
@@ -248,6 +252,9 @@ private:
     QAction* menGraphFuncLimit = nullptr;
     QAction* menGraphFuncKessa = nullptr;
     QAction* menGraphFFT = nullptr;
+    QAction* menGraphNote = nullptr;
+    QAction* menTextModify = nullptr; // the tool buttons' actions
+    QAction* menTextInsert = nullptr;
     QAction* menGraphScale = nullptr;
     QAction* menGraphRedo = nullptr;
     QAction* menTableGotoTime = nullptr;

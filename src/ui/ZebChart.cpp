@@ -1,6 +1,7 @@
 #include "ZebChart.h"
 
 #include "CalcKessa.h"
+#include "ChartTexts.h"
 #include "CrossHair.h"
 #include "CurvePlottable.h"
 #include "DataBase.h"
@@ -364,6 +365,8 @@ TZebChart::TZebChart(TDataBase* db, QWidget* parent) : QCustomPlot(parent), FDb(
     }
     FCrossHair = new TCrossHair(FDb, this, labels, this);
     FZoom = new TZoomAndScroll(FCrossHair, this, this);
+    FTexts = new TChartTexts(FDb, this, FCrossHair, this);
+    connect(FTexts, &TChartTexts::modified, this, &TZebChart::modified);
     connect(FZoom, &TZoomAndScroll::rangesChanged, this, &TZebChart::OnRangesChanged);
     connect(FDb, &TDataBase::repaintRequested, this, &TZebChart::OnRepaintRequested);
     Rebuild();
@@ -508,6 +511,7 @@ void TZebChart::Rebuild() {
     ApplyAxes(withData);
     ApplyTexts();
     BuildLayout();
+    FTexts->Rebuild();
     FCrossHair->Rebind();
     replot();
     Q_EMIT viewChanged();
@@ -743,6 +747,17 @@ bool TZebChart::IsUndoPossible() const {
 
 // ---------------------------------------------------------------------- mouse
 
+void TZebChart::mouseDoubleClickEvent(QMouseEvent* event) {
+    QCustomPlot::mouseDoubleClickEvent(event);
+    if (FMouseTools && FTextMode) FTexts->MouseDoubleClick(event); // Text_OnDblClick
+}
+
+// Free text boxes are pulled inside a chart that became smaller.
+void TZebChart::resizeEvent(QResizeEvent* event) {
+    QCustomPlot::resizeEvent(event);
+    FTexts->PlaceBoxes();
+}
+
 bool TZebChart::ElementClick(const QPoint& pos, Qt::KeyboardModifiers modifiers) {
     if (legend->visible() && legend->outerRect().contains(pos)) {
         const int curve = LegendCurveAt(pos);
@@ -775,6 +790,10 @@ bool TZebChart::ElementClick(const QPoint& pos, Qt::KeyboardModifiers modifiers)
 void TZebChart::mousePressEvent(QMouseEvent* event) {
     QCustomPlot::mousePressEvent(event);
     if (!FMouseTools) return;
+    if (FTextMode) {
+        FTexts->MousePress(event);
+        return;
+    }
     const QPoint pos = event->position().toPoint();
     const Qt::KeyboardModifiers mods =
         event->modifiers() & (Qt::ShiftModifier | Qt::AltModifier | Qt::ControlModifier);
@@ -810,6 +829,10 @@ void TZebChart::mousePressEvent(QMouseEvent* event) {
 void TZebChart::mouseMoveEvent(QMouseEvent* event) {
     QCustomPlot::mouseMoveEvent(event);
     if (!FMouseTools) return;
+    if (FTextMode) {
+        FTexts->MouseMove(event);
+        return;
+    }
     const QPoint pos = event->position().toPoint();
     if (FDragCursor >= 0) {
         FCrossHair->MoveTo(FDragCursor, xAxis->pixelToCoord(pos.x()));
@@ -828,6 +851,10 @@ void TZebChart::mouseMoveEvent(QMouseEvent* event) {
 void TZebChart::mouseReleaseEvent(QMouseEvent* event) {
     QCustomPlot::mouseReleaseEvent(event);
     if (!FMouseTools) return;
+    if (FTextMode) {
+        FTexts->MouseRelease(event);
+        return;
+    }
     const QPoint pos = event->position().toPoint();
     if (FDragCursor >= 0) {
         FDragCursor = -1;

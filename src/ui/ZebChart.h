@@ -16,6 +16,7 @@
 
 class QLabel;
 class QScrollBar;
+class TChartTexts;
 class TCrossHair;
 class TCurveData;
 class TDataBase;
@@ -70,6 +71,11 @@ public:
 
     TCrossHair* CrossHair() const { return FCrossHair; }
     TZoomAndScroll* Zoom() const { return FZoom; }
+    // The free text boxes and notices.
+    TChartTexts* Texts() const { return FTexts; }
+    // While on, the mouse belongs to the texts (the text-modify button is down).
+    void SetTextMode(bool on) { FTextMode = on; }
+    bool TextMode() const { return FTextMode; }
     // The read-out panel below the chart ("panelX" with "Label1" to "Label6"); the main
     // window puts it into its layout and then owns it.
     QWidget* ReadoutPanel() const { return FPanel; }
@@ -117,6 +123,8 @@ protected:
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
     void updateLayout() override;
 
@@ -135,6 +143,8 @@ private:
     TDataBase* FDb;
     TCrossHair* FCrossHair = nullptr;
     TZoomAndScroll* FZoom = nullptr;
+    TChartTexts* FTexts = nullptr;
+    bool FTextMode = false;
     QPointer<QWidget> FPanel;
     std::vector<TCurvePlottable*> FCurves; // by curve index, nullptr when not on the chart
     std::vector<TLimitLineItem*> FLimitItems;

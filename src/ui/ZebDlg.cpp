@@ -9,6 +9,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QGuiApplication>
+#include <QInputDialog>
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
@@ -477,6 +478,21 @@ QString TZebDlg::DataFileExtension() {
 void TZebDlg::SetNativeDialogs(bool on) {
     Env().NativeDialogs = on;
 }
+bool TZebDlg::InputBox(const QString& title, const QString& label, QString& text, QPoint at) {
+    QInputDialog dlg(MainWindow());
+    dlg.setObjectName(QStringLiteral("InputBox"));
+    dlg.setWindowTitle(title);
+    dlg.setLabelText(label);
+    dlg.setOptions(QInputDialog::UsePlainTextEditForTextInput);
+    dlg.setTextValue(text);
+    dlg.setOkButtonText(Txt(TTextId::BtnOk));
+    dlg.setCancelButtonText(Txt(TTextId::BtnCancel));
+    dlg.move(at);
+    if (Exec(dlg) != QDialog::Accepted) return false;
+    text = dlg.textValue();
+    return true;
+}
+
 void TZebDlg::SetDialogHook(TDialogHook hook) {
     Env().Hook = std::move(hook);
 }

@@ -127,6 +127,11 @@ public:
     static bool SaveCsvFile(const QString& title, const QString& initialDir, QString& fileName,
                             bool promptOverwrite = true, TOptions options = {});
 
+    // ---- text input
+    // A text asked for in a small box whose top-left corner is at the screen point (the mouse);
+    // line breaks may be typed. True when confirmed; text is in/out.
+    static bool InputBox(const QString& title, const QString& label, QString& text, QPoint at);
+
     // ---- folder and colour
     // Centred on the screen, starting at folder; an empty caption means "Select folder".
     static bool SelectDirectory(const QString& caption, QString& folder);
