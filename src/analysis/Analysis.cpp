@@ -233,3 +233,106 @@ QString DurationText(double seconds) {
     const double rest = seconds - days * zeb::kSecondsPerDay;
     return QString::number(qint64(days)) + QLatin1Char('+') + zeb::FormatTime(2, rest);
 }
+
+// ---------------------------------------------------------------------- report figures
+
+qint64 FirstIndexOf(const TCurveData& d, const TCurveSummary* summary, TIndexRange range, double value) {
+    if (range.IsEmpty() || std::isnan(value)) return -1;
+    const qint64 end = range.Last + 1;
+    const std::vector<TCurveSummary::TBlockStats>* blocks = summary ? &summary->Blocks() : nullptr;
+    qint64 found = -1;
+    // A block at a time, so the search stops at the block that holds the value.
+    for (qint64 i = range.First; i < end && found < 0;) {
+        const qint64 next = std::min(end, (i / kBlock + 1) * kBlock);
+        if (blocks) {
+            const TCurveSummary::TBlockStats& b = (*blocks)[size_t(i / kBlock)];
+            if (b.Count == 0 || value < b.Min || value > b.Max) {
+                i = next;
+                continue;
+            }
+        }
+        ForPoints(d, i, next, [&](qint64 j, double, double y, bool measured) {
+            if (found < 0 && measured && y == value) found = j;
+        });
+        i = next;
+    }
+    return found;
+}
+
+namespace {
+
+// Whether every value of [min, max] is in alarm (1), none is (0), or it depends (-1).
+int UniformAlarm(const TLimitSpec& limits, double min, double max) {
+    const bool a = limits.IsAlarm(min), b = limits.IsAlarm(max);
+    switch (limits.Mode) {
+    case 1:
+    case 2: // a half-line and its complement
+        return a == b ? int(a) : -1;
+    case 3: // inside an open band
+        if (a && b) return 1;
+        if (!a && !b && (max <= limits.L1 || min >= limits.L2)) return 0;
+        return -1;
+    case 4: // outside a closed band
+        if (!a && !b) return 0;
+        if (a && b && (max < limits.L1 || min > limits.L2)) return 1;
+        return -1;
+    default:
+        return 0;
+    }
+}
+
+} // namespace
+
+TLimitViolations LimitViolations(const TCurveData& d, const TCurveSummary* summary, const TLimitSpec& limits,
+                                 TIndexRange range) {
+    TLimitViolations out;
+    if (limits.Mode < 1 || limits.Mode > 4 || range.IsEmpty()) return out;
+    bool inAlarm = false; // the point before was a measured value in alarm
+    auto enter = [&](qint64 i, bool alarm) {
+        if (alarm && !inAlarm && out.Count++ == 0) out.FirstIndex = i;
+        inAlarm = alarm;
+    };
+    auto point = [&](qint64 i, double, double y, bool measured) { enter(i, measured && limits.IsAlarm(y)); };
+    const qint64 end = range.Last + 1;
+    const std::vector<TCurveSummary::TBlockStats>* blocks = summary ? &summary->Blocks() : nullptr;
+    for (qint64 i = range.First; i < end;) {
+        const qint64 next = std::min(end, (i / kBlock + 1) * kBlock);
+        if (blocks && i % kBlock == 0 && next == i + kBlock) {
+            const TCurveSummary::TBlockStats& b = (*blocks)[size_t(i / kBlock)];
+            const int uniform = b.Clean ? UniformAlarm(limits, b.Min, b.Max) : -1;
+            if (uniform >= 0) {
+                enter(i, uniform == 1);
+                i = next;
+                continue;
+            }
+        }
+        ForPoints(d, i, next, point);
+        i = next;
+    }
+    return out;
+}
+
+double MeanKineticTemperature(const TCurveData& d, TIndexRange range, double activationEnergy) {
+    constexpr double kGasConstant = 8.3144; // J/(mol·K), as the customary ΔH/R = 10000 K takes it
+    constexpr double kZeroCelsius = 273.15;
+    if (range.IsEmpty()) return std::numeric_limits<double>::quiet_NaN();
+    const double k = activationEnergy * 1000.0 / kGasConstant;
+    // ln Σ e^x kept as top + ln(sum of e^(x - top)): the terms are near 1e-15 and underflow in
+    // the cold.
+    qint64 n = 0;
+    double top = -std::numeric_limits<double>::infinity(), sum = 0.0;
+    ForPoints(d, range.First, range.Last + 1, [&](qint64, double, double y, bool measured) {
+        const double kelvin = y + kZeroCelsius;
+        if (!measured || !std::isfinite(y) || kelvin <= 0.0) return;
+        const double x = -k / kelvin;
+        ++n;
+        if (x > top) {
+            sum = sum * std::exp(top - x) + 1.0;
+            top = x;
+        } else {
+            sum += std::exp(x - top);
+        }
+    });
+    if (n == 0) return std::numeric_limits<double>::quiet_NaN();
+    return k / -(top + std::log(sum / double(n))) - kZeroCelsius;
+}

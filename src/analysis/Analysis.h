@@ -76,3 +76,32 @@ inline double FlowTotal(double integral) {
 
 // A duration as whole days, "+" and the rest in the long time format: 90061 s is "1+01:01:01".
 QString DurationText(double seconds);
+
+// ---------------------------------------------------------------------- report figures
+
+// The first point of the range whose measured value equals value (the time of a range's
+// minimum or maximum), -1 when there is none. With the summary, blocks that cannot hold the
+// value are skipped.
+qint64 FirstIndexOf(const TCurveData& d, const TCurveSummary* summary, TIndexRange range, double value);
+
+struct TLimitViolations {
+    qint64 Count = 0;       // separate violations
+    qint64 FirstIndex = -1; // the first point of the first one, -1 with none
+};
+
+// A violation is a run of measured values in alarm. A point without a measured value ends it,
+// as it ends a stretch of the limit times, so an alarm on both sides of a gap counts twice. A
+// range that begins in alarm begins with a violation. With the summary, blocks whose values
+// all lie on one side of the limits are taken whole.
+TLimitViolations LimitViolations(const TCurveData& d, const TCurveSummary* summary, const TLimitSpec& limits,
+                                 TIndexRange range);
+
+// The customary activation energy of the mean kinetic temperature, in kJ/mol: ΔH/R = 10000 K.
+inline constexpr double kMktActivationEnergy = 83.144;
+
+// The mean kinetic temperature in °C of the measured values in °C:
+// (ΔH/R) / (−ln(Σ e^(−ΔH/(R·Tk)) / n)) − 273.15, with R = 8.3144 J/(mol·K) and the activation
+// energy ΔH in kJ/mol. Infinite values and values at or below absolute zero are left out; NaN
+// when no value is left.
+double MeanKineticTemperature(const TCurveData& d, TIndexRange range,
+                              double activationEnergy = kMktActivationEnergy);

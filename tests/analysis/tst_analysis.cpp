@@ -291,6 +291,111 @@ private Q_SLOTS:
         k.setInactive();
         QVERIFY(!k.isCalcCurve(2));
     }
+
+    // The time of an extreme is its first point; gap markers hold no value.
+    void firstIndexOfExtremes() {
+        const qint64 n = 3 * TCurveSummary::kStatBlock + 100;
+        TCurveData d = Curve(n, [n](qint64 i) {
+            return i == 5000 || i == 9000 ? -7.0 : i == n - 50 ? 99.0 : double(i % 50);
+        });
+        d.Append(kT0 + double(n), -9.0, TPointKind::Gap);
+        const TCurveSummary summary(d);
+        for (const TCurveSummary* s : {static_cast<const TCurveSummary*>(nullptr), &summary}) {
+            QCOMPARE(FirstIndexOf(d, s, All(d), -7.0), qint64(5000));
+            QCOMPARE(FirstIndexOf(d, s, {5001, n - 1}, -7.0), qint64(9000));
+            QCOMPARE(FirstIndexOf(d, s, All(d), 99.0), n - 50);
+            QCOMPARE(FirstIndexOf(d, s, {0, 4999}, -7.0), qint64(-1));
+            QCOMPARE(FirstIndexOf(d, s, All(d), 3.5), qint64(-1));
+            QCOMPARE(FirstIndexOf(d, s, All(d), -9.0), qint64(-1));
+        }
+    }
+
+    void limitViolations_data() {
+        QTest::addColumn<int>("mode");
+        QTest::addColumn<double>("l1");
+        QTest::addColumn<double>("l2");
+        QTest::addColumn<QList<double>>("values");
+        QTest::addColumn<qint64>("count");
+        QTest::addColumn<qint64>("first");
+        QTest::newRow("three excursions above") << 2 << 10.0 << 0.0 << QList<double>{0, 11, 12, 0, 0, 15, 0, 20, 20}
+                                                << qint64(3) << qint64(1);
+        QTest::newRow("range begins in alarm") << 1 << 0.0 << 0.0 << QList<double>{-1, -2, 3, -1} << qint64(2)
+                                               << qint64(0);
+        QTest::newRow("on the limit is no alarm") << 2 << 10.0 << 0.0 << QList<double>{10, 10, 10.5, 10} << qint64(1)
+                                                  << qint64(2);
+        QTest::newRow("NaN splits a violation") << 2 << 10.0 << 0.0 << QList<double>{11, kNaN, 12, 0} << qint64(2)
+                                                << qint64(0);
+        QTest::newRow("inside the band") << 3 << 0.0 << 5.0 << QList<double>{-1, 0, 1, 5, 6, 4, 4} << qint64(2)
+                                         << qint64(2);
+        QTest::newRow("outside the band, both sides in a row")
+            << 4 << 0.0 << 5.0 << QList<double>{2, -1, 6, 2, 7} << qint64(2) << qint64(1);
+        QTest::newRow("no limits") << 0 << 0.0 << 0.0 << QList<double>{-1, 1, -1} << qint64(0) << qint64(-1);
+    }
+    void limitViolations() {
+        QFETCH(int, mode);
+        QFETCH(double, l1);
+        QFETCH(double, l2);
+        QFETCH(QList<double>, values);
+        QFETCH(qint64, count);
+        QFETCH(qint64, first);
+        const TCurveData d = Curve(values.size(), [&](qint64 i) { return values[i]; });
+        const TLimitViolations v = LimitViolations(d, nullptr, {mode, l1, l2}, All(d));
+        QCOMPARE(v.Count, count);
+        QCOMPARE(v.FirstIndex, first);
+    }
+
+    // Whole blocks on one side of the limits are taken from the summary: the same count as a
+    // pass over every point, for every mode, with gaps and ranges cutting blocks.
+    void limitViolationsFromBlocks() {
+        std::mt19937_64 rng(11);
+        std::normal_distribution<double> noise(0.0, 0.3);
+        const qint64 n = 40 * TCurveSummary::kStatBlock;
+        TCurveData d;
+        for (qint64 i = 0; i < n; ++i) {
+            // A slow sine, so many blocks lie wholly in one state and some cross, then steps
+            // -10, 0, 10 within a block: both ends of a band in one state, the middle not.
+            const double level = (i < n / 2 ? 10.0 * std::sin(2.0 * M_PI * double(i) / 70000.0)
+                                            : 10.0 * double(i / 1000 % 3 - 1)) +
+                                 noise(rng);
+            const bool gap = i % 23456 == 100;
+            d.Append(kT0 + double(i), gap ? 0.0 : i % 51234 == 7 ? kNaN : level,
+                     gap ? TPointKind::Gap : TPointKind::Value);
+        }
+        const TCurveSummary summary(d);
+        const TLimitSpec specs[] = {{1, -8.0, 0}, {2, 8.0, 0}, {3, -3.0, 3.0}, {4, -8.0, 8.0}};
+        std::uniform_int_distribution<qint64> at(0, n - 1);
+        for (const TLimitSpec& spec : specs) {
+            for (int k = 0; k < 20; ++k) {
+                qint64 a = at(rng), b = at(rng);
+                if (a > b) std::swap(a, b);
+                if (k == 0) a = 0, b = n - 1;
+                const TLimitViolations fast = LimitViolations(d, &summary, spec, {a, b});
+                const TLimitViolations brute = LimitViolations(d, nullptr, spec, {a, b});
+                QCOMPARE(fast.Count, brute.Count);
+                QCOMPARE(fast.FirstIndex, brute.FirstIndex);
+                if (k == 0) QVERIFY(brute.Count > 5);
+            }
+        }
+    }
+
+    // Against values worked out by hand from the formula with ΔH/R = 10000 K.
+    void meanKineticTemperature() {
+        const TCurveData two = Curve(2, [](qint64 i) { return i == 0 ? 20.0 : 30.0; });
+        QVERIFY(Near(MeanKineticTemperature(two, All(two)), 26.2598869160, 1e-10));
+        QVERIFY(Near(MeanKineticTemperature(two, All(two), 2.0 * kMktActivationEnergy), 27.2994860505, 1e-10));
+        // What is no temperature is left out.
+        TCurveData d;
+        const double values[] = {5, kNaN, 5, 25, kInf, 25, -300, 40};
+        for (int i = 0; i < 8; ++i)
+            d.Append(kT0 + i, values[i]);
+        d.Append(kT0 + 8, 0.0, TPointKind::Gap);
+        QVERIFY(Near(MeanKineticTemperature(d, All(d)), 28.2329162858, 1e-10));
+        QVERIFY(std::isnan(MeanKineticTemperature(d, {1, 1})));
+        QVERIFY(std::isnan(MeanKineticTemperature(d, {})));
+        // A long constant run keeps its value: no terms lost to underflow or summing.
+        const TCurveData cold = Curve(200000, [](qint64) { return -180.5; });
+        QVERIFY(Near(MeanKineticTemperature(cold, All(cold)), -180.5, 1e-9));
+    }
 };
 
 QTEST_GUILESS_MAIN(TstAnalysis)
