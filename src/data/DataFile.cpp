@@ -193,7 +193,9 @@ bool TDataFile::FlushDeflate(int flush) {
     return flush != Z_FINISH || rc == Z_STREAM_END;
 }
 
-qint64 TDataFile::CompressedPos() const { return FIn ? FIn->pos() - (FZ ? qint64(FZ->z.avail_in) : 0) : 0; }
+qint64 TDataFile::InflatedUpTo() const { return FIn ? FIn->pos() - (FZ ? qint64(FZ->z.avail_in) : 0) : 0; }
+// The reader thread owns the stream while read-ahead runs: its position travels with each block.
+qint64 TDataFile::CompressedPos() const { return FAhead ? FAheadPos : InflatedUpTo(); }
 qint64 TDataFile::CompressedSize() const { return FIn ? FIn->size() : 0; }
 
 // ---------------------------------------------------------------- blocks
@@ -259,6 +261,7 @@ bool TDataFile::ReadBlock() {
     FAhead->Queue.pop_front();
     lock.unlock();
     FAhead->Changed.notify_all();
+    FAheadPos = e.CompressedPos;
     if (e.Error) {
         FBuf.clear();
         std::rethrow_exception(e.Error);
@@ -278,8 +281,10 @@ void TDataFile::EnableReadAhead(int depth) {
             TReadAhead::TEntry e;
             try {
                 e.Ok = InflateBlock(e.Id, e.Payload, e.End);
+                e.CompressedPos = InflatedUpTo();
             } catch (...) {
                 e.Error = std::current_exception();
+                e.CompressedPos = InflatedUpTo();
             }
             const bool last = !e.Ok;
             std::unique_lock lock(FAhead->Mutex);

@@ -65,7 +65,8 @@ public:
     // Inflates the following blocks in a thread of its own, up to depth blocks ahead, so that
     // decompression goes on while the caller handles a block. Call before the first read.
     void EnableReadAhead(int depth = 8);
-    // Bytes of the compressed file consumed so far (for progress).
+    // Bytes of the compressed file consumed up to the current block (for progress); with
+    // read-ahead, as far as the block last handed out, so the reading thread may ask.
     qint64 CompressedPos() const;
     qint64 CompressedSize() const;
 
@@ -113,6 +114,7 @@ private:
     void Append(const void* data, int bytes);
     qint64 ReadRaw(char* dst, qint64 n);
     bool InflateBlock(quint16& id, QByteArray& buf, TReadEnd& end);
+    qint64 InflatedUpTo() const;
     void StopReadAhead();
     bool WriteRaw(const char* data, qint64 n);
     bool FlushDeflate(int flush);
@@ -126,6 +128,7 @@ private:
             quint16 Id = 0;
             QByteArray Payload;
             TReadEnd End = TReadEnd::None;
+            qint64 CompressedPos = 0;
             bool Ok = false;
             std::exception_ptr Error;
         };
@@ -144,6 +147,7 @@ private:
     int FPos = 0;
     quint16 FBlockId = 0;
     TReadEnd FReadEnd = TReadEnd::None;
+    qint64 FAheadPos = 0; // CompressedPos of the block last taken from the read-ahead queue
     bool FStreamEnded = false;
     bool FClosed = false;
     QString FError;

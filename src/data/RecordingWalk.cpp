@@ -189,9 +189,20 @@ template <typename Emit> bool TRecordingWalk::DecodeRecords(Emit&& emit) {
     return damaged;
 }
 
+void TRecordingWalk::HandleData() {
+    const int start = FFile.BlockPos();
+    const bool damaged = FReceiver.WantsPoints() ? StagePoints()
+                                                 : DecodeRecords([](size_t, double, float, TPointKind) {});
+    const int end = FFile.BlockPos();
+    if (end > start)
+        FReceiver.OnRecords(std::span(FFile.BlockData().constData() + start, size_t(end - start)),
+                            8 + 4 * FCurveCount);
+    if (damaged) throw TDataFileError("data record cut off at the end of block " + std::to_string(FCounter));
+}
+
 // A block's points are staged per curve and handed over in one call per curve: the store
 // appends them chunk-wise, which measured faster than writing each point into its columns.
-void TRecordingWalk::HandleData() {
+bool TRecordingWalk::StagePoints() {
     const size_t n = size_t(FCurveCount);
     // Staging sized for the most records the block can hold, reused from block to block.
     const size_t capacity = size_t(FFile.BlockSize() / (8 + 4 * int(n)) + 1);
@@ -220,5 +231,5 @@ void TRecordingWalk::HandleData() {
             FReceiver.AddPoints(int(c), std::span(FTimes[c].data(), k), std::span(FValues[c].data(), k),
                                 std::span(FKinds[c].data(), k));
     }
-    if (damaged) throw TDataFileError("data record cut off at the end of block " + std::to_string(FCounter));
+    return damaged;
 }

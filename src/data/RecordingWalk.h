@@ -67,6 +67,14 @@ public:
     virtual void ReportDefect(const QString& /*text*/) {}
     // After each data block, with the running count of measured values; false ends the walk.
     virtual bool AfterDataBlock(qint64 /*valueCount*/) { return true; }
+
+    // The data records of a block as they stand in the file, for readers that copy or scan
+    // records rather than collect points: each record is a Double time stamp in days and one
+    // 32-bit pattern per curve (recordSize = 8 + 4 * curves). Only the records the walk
+    // accepts are passed: the block's run up to an invalid stamp or a cut-off record.
+    virtual void OnRecords(std::span<const char> /*records*/, int /*recordSize*/) {}
+    // False spares the per-curve staging of AddPoints for readers that only use OnRecords.
+    virtual bool WantsPoints() const { return true; }
 };
 
 class TRecordingWalk {
@@ -103,6 +111,8 @@ public:
 private:
     void HandleBlock();
     void HandleData();
+    // Hands a data block's points to AddPoints, curve by curve; answers whether a record was cut off.
+    bool StagePoints();
     template <typename Emit> bool DecodeRecords(Emit&& emit);
     template <typename F> void ForEachRecord(F&& read);
 
