@@ -403,6 +403,157 @@ constexpr std::array kTable{
     TTextRecord{CliBadArgument, u"Invalid argument: %s", u"Ungültiges Argument: %s", u"Argument invalide : %s"},
     TTextRecord{CliCannotWritePicture, u"Cannot write picture [%s] !", u"Kann Bild [%s] nicht schreiben !",
                 u"Impossible d’écrire l’image [%s] !"},
+
+    // Companion programs: cutter, text converter, previewer
+    TTextRecord{CmpCutterUsage,
+                u"Usage: zeb_cutter \"SOURCE\" \"TARGET\" \"START\" \"END\" \"N\" \"LIST\" [\"csv\"]\r\n"
+                u"Writes the values of the channels in LIST with START <= time <= END as a new recording TARGET.\r\n"
+                u"  START, END  seconds since 1 January 2000, \".\" as the decimal point\r\n"
+                u"  N           the number of channels in LIST\r\n"
+                u"  LIST        channel numbers from 0, separated by commas, e.g. 0,2,3\r\n"
+                u"  csv         TARGET becomes text, as zeb2csv writes it (zeb2csv --help)\r\n"
+                u"Exit codes: 0 done, 1 invalid argument or unknown channel, 2 the source cannot be read,\r\n"
+                u"3 the target is the source, 4 the target cannot be written, 5 the source is damaged\r\n"
+                u"(what could be read up to the damage was written).",
+                u"Aufruf: zeb_cutter \"QUELLE\" \"ZIEL\" \"START\" \"ENDE\" \"N\" \"LISTE\" [\"csv\"]\r\n"
+                u"Schreibt die Messwerte der Kanäle in LISTE mit START <= Zeit <= ENDE als neue Aufzeichnung ZIEL.\r\n"
+                u"  START, ENDE  Sekunden seit dem 1. Januar 2000, \".\" als Dezimalzeichen\r\n"
+                u"  N            die Anzahl der Kanäle in LISTE\r\n"
+                u"  LISTE        Kanalnummern ab 0, durch Kommas getrennt, z. B. 0,2,3\r\n"
+                u"  csv          ZIEL wird Text, wie zeb2csv ihn schreibt (zeb2csv --help)\r\n"
+                u"Rückgabewerte: 0 fertig, 1 ungültiges Argument oder unbekannter Kanal, 2 die Quelle kann nicht\r\n"
+                u"gelesen werden, 3 das Ziel ist die Quelle, 4 das Ziel kann nicht geschrieben werden, 5 die Quelle\r\n"
+                u"ist beschädigt (was bis zur Beschädigung lesbar war, wurde geschrieben).",
+                u"Usage : zeb_cutter \"SOURCE\" \"CIBLE\" \"DÉBUT\" \"FIN\" \"N\" \"LISTE\" [\"csv\"]\r\n"
+                u"Écrit les mesures des voies de LISTE avec DÉBUT <= temps <= FIN dans un nouvel enregistrement CIBLE.\r\n"
+                u"  DÉBUT, FIN  secondes depuis le 1er janvier 2000, \".\" comme séparateur décimal\r\n"
+                u"  N           le nombre de voies de LISTE\r\n"
+                u"  LISTE       numéros de voie à partir de 0, séparés par des virgules, p. ex. 0,2,3\r\n"
+                u"  csv         CIBLE devient un texte, tel que zeb2csv l’écrit (zeb2csv --help)\r\n"
+                u"Codes de sortie : 0 terminé, 1 argument invalide ou voie inconnue, 2 la source ne peut pas être lue,\r\n"
+                u"3 la cible est la source, 4 la cible ne peut pas être écrite, 5 la source est endommagée\r\n"
+                u"(ce qui était lisible jusqu’au dommage a été écrit)."},
+    TTextRecord{CmpConverterUsage,
+                u"Usage: zeb2csv \"SOURCE\" \"TARGET\"\r\n"
+                u"Writes the recording SOURCE as text TARGET for a spreadsheet: a header line with the time and\r\n"
+                u"each channel's name and unit, then one line for each distinct time stamp. The text is UTF-8,\r\n"
+                u"lines end in CR LF, values that are no number read NAN, INF or -INF. A TARGET without an\r\n"
+                u"extension gets the one of iFileExt.\r\n"
+                u"Settings, section \"\\zeb2csv.exe\" of the program settings (any other value means 0):\r\n"
+                u"  iListSeparator    0 automatic (\";\" where the decimal separator is \",\", else \",\"),\r\n"
+                u"                    1 \";\", 2 \",\", 3 tab, 4 blank\r\n"
+                u"  iDecimalSeparator 0 automatic (that of the system's locale), 1 \".\", 2 \",\"\r\n"
+                u"  iNumberFormat     0 as many digits as the value needs, 1 to 9 that many decimals,\r\n"
+                u"                    10 scientific (0.000000E+00)\r\n"
+                u"  iNanFormat        text of a missing value: 0 empty, 1 NaN, 2 #N/A, 3 -\r\n"
+                u"  iTimeColumn       0 date and time, 1 seconds from the first line, 2 both,\r\n"
+                u"                    3 seconds since 1 January 2000\r\n"
+                u"  iDateFormat       0 yyyy-MM-dd, 1 dd/MM/yyyy, 2 MM/dd/yyyy, 3 dd.MM.yyyy, 4 dd-MMM-yyyy,\r\n"
+                u"                    5 yyyy-MMM-dd, 6 the pattern sDateFormat\r\n"
+                u"  iTimeFormat       0 HH:mm:ss with milliseconds, 1 HH:mm:ss, 2 HH:mm, 3 the pattern sTimeFormat\r\n"
+                u"  iFileExt          0 .csv, 1 .txt, 2 sFileExt\r\n"
+                u"Exit codes: 0 done, 1 invalid argument, 2 the source cannot be read, 3 the target is the source,\r\n"
+                u"4 the target cannot be written, 5 the source is damaged (what could be read up to the damage\r\n"
+                u"was written).",
+                u"Aufruf: zeb2csv \"QUELLE\" \"ZIEL\"\r\n"
+                u"Schreibt die Aufzeichnung QUELLE als Text ZIEL für eine Tabellenkalkulation: eine Kopfzeile mit\r\n"
+                u"der Zeit und Name und Einheit jedes Kanals, dann eine Zeile für jeden Zeitstempel. Der Text ist\r\n"
+                u"UTF-8, Zeilen enden mit CR LF, Werte, die keine Zahl sind, lauten NAN, INF oder -INF. Ein ZIEL\r\n"
+                u"ohne Endung erhält die von iFileExt.\r\n"
+                u"Einstellungen, Abschnitt \"\\zeb2csv.exe\" der Programmeinstellungen (jeder andere Wert gilt als 0):\r\n"
+                u"  iListSeparator    0 automatisch (\";\", wo das Dezimalzeichen \",\" ist, sonst \",\"),\r\n"
+                u"                    1 \";\", 2 \",\", 3 Tabulator, 4 Leerzeichen\r\n"
+                u"  iDecimalSeparator 0 automatisch (das der Ländereinstellung), 1 \".\", 2 \",\"\r\n"
+                u"  iNumberFormat     0 so viele Stellen, wie der Wert braucht, 1 bis 9 so viele Nachkommastellen,\r\n"
+                u"                    10 wissenschaftlich (0.000000E+00)\r\n"
+                u"  iNanFormat        Text eines fehlenden Werts: 0 leer, 1 NaN, 2 #N/A, 3 -\r\n"
+                u"  iTimeColumn       0 Datum und Uhrzeit, 1 Sekunden ab der ersten Zeile, 2 beides,\r\n"
+                u"                    3 Sekunden seit dem 1. Januar 2000\r\n"
+                u"  iDateFormat       0 yyyy-MM-dd, 1 dd/MM/yyyy, 2 MM/dd/yyyy, 3 dd.MM.yyyy, 4 dd-MMM-yyyy,\r\n"
+                u"                    5 yyyy-MMM-dd, 6 das Muster sDateFormat\r\n"
+                u"  iTimeFormat       0 HH:mm:ss mit Millisekunden, 1 HH:mm:ss, 2 HH:mm, 3 das Muster sTimeFormat\r\n"
+                u"  iFileExt          0 .csv, 1 .txt, 2 sFileExt\r\n"
+                u"Rückgabewerte: 0 fertig, 1 ungültiges Argument, 2 die Quelle kann nicht gelesen werden, 3 das Ziel\r\n"
+                u"ist die Quelle, 4 das Ziel kann nicht geschrieben werden, 5 die Quelle ist beschädigt (was bis zur\r\n"
+                u"Beschädigung lesbar war, wurde geschrieben).",
+                u"Usage : zeb2csv \"SOURCE\" \"CIBLE\"\r\n"
+                u"Écrit l’enregistrement SOURCE en texte CIBLE pour un tableur : une ligne d’en-tête avec le temps\r\n"
+                u"et le nom et l’unité de chaque voie, puis une ligne par horodatage distinct. Le texte est en UTF-8,\r\n"
+                u"les lignes finissent par CR LF, les valeurs qui ne sont pas des nombres s’écrivent NAN, INF ou -INF.\r\n"
+                u"Une CIBLE sans extension reçoit celle de iFileExt.\r\n"
+                u"Paramètres, section \"\\zeb2csv.exe\" des paramètres du programme (toute autre valeur vaut 0) :\r\n"
+                u"  iListSeparator    0 automatique (\";\" si le séparateur décimal est \",\", sinon \",\"),\r\n"
+                u"                    1 \";\", 2 \",\", 3 tabulation, 4 espace\r\n"
+                u"  iDecimalSeparator 0 automatique (celui des paramètres régionaux), 1 \".\", 2 \",\"\r\n"
+                u"  iNumberFormat     0 autant de chiffres que la valeur en demande, 1 à 9 autant de décimales,\r\n"
+                u"                    10 scientifique (0.000000E+00)\r\n"
+                u"  iNanFormat        texte d’une valeur manquante : 0 vide, 1 NaN, 2 #N/A, 3 -\r\n"
+                u"  iTimeColumn       0 date et heure, 1 secondes depuis la première ligne, 2 les deux,\r\n"
+                u"                    3 secondes depuis le 1er janvier 2000\r\n"
+                u"  iDateFormat       0 yyyy-MM-dd, 1 dd/MM/yyyy, 2 MM/dd/yyyy, 3 dd.MM.yyyy, 4 dd-MMM-yyyy,\r\n"
+                u"                    5 yyyy-MMM-dd, 6 le modèle sDateFormat\r\n"
+                u"  iTimeFormat       0 HH:mm:ss avec millisecondes, 1 HH:mm:ss, 2 HH:mm, 3 le modèle sTimeFormat\r\n"
+                u"  iFileExt          0 .csv, 1 .txt, 2 sFileExt\r\n"
+                u"Codes de sortie : 0 terminé, 1 argument invalide, 2 la source ne peut pas être lue, 3 la cible est\r\n"
+                u"la source, 4 la cible ne peut pas être écrite, 5 la source est endommagée (ce qui était lisible\r\n"
+                u"jusqu’au dommage a été écrit)."},
+    TTextRecord{CmpBadArgument, u"Invalid argument \"%s\" (%s --help shows the call)",
+                u"Ungültiges Argument \"%s\" (%s --help zeigt den Aufruf)",
+                u"Argument invalide \"%s\" (%s --help montre l’appel)"},
+    TTextRecord{CmpArgumentCount, u"Wrong number of arguments (%s --help shows the call)",
+                u"Falsche Anzahl von Argumenten (%s --help zeigt den Aufruf)",
+                u"Nombre d’arguments incorrect (%s --help montre l’appel)"},
+    TTextRecord{CmpChannelCount, u"N is %s, but the list holds %s channels",
+                u"N ist %s, die Liste enthält aber %s Kanäle", u"N vaut %s, mais la liste contient %s voies"},
+    TTextRecord{CmpWindowReversed, u"The start %s lies after the end %s", u"Der Start %s liegt nach dem Ende %s",
+                u"Le début %s est après la fin %s"},
+    TTextRecord{CmpNoSuchChannel, u"The recording has no channel %s", u"Die Aufzeichnung hat keinen Kanal %s",
+                u"L’enregistrement n’a pas de voie %s"},
+    TTextRecord{CmpCannotRead, u"Cannot read \"%s\"", u"\"%s\" kann nicht gelesen werden",
+                u"Impossible de lire \"%s\""},
+    TTextRecord{CmpNotARecording, u"\"%s\" is not a recording", u"\"%s\" ist keine Aufzeichnung",
+                u"\"%s\" n’est pas un enregistrement"},
+    TTextRecord{CmpTargetIsSource, u"The target \"%s\" is the source itself", u"Das Ziel \"%s\" ist die Quelle selbst",
+                u"La cible \"%s\" est la source elle-même"},
+    TTextRecord{CmpCannotWrite, u"Cannot write \"%s\"", u"\"%s\" kann nicht geschrieben werden",
+                u"Impossible d’écrire \"%s\""},
+    TTextRecord{CmpDamaged, u"\"%s\" is damaged: what could be read up to the damage was written to \"%s\"",
+                u"\"%s\" ist beschädigt: was bis zur Beschädigung lesbar war, steht in \"%s\"",
+                u"\"%s\" est endommagé : ce qui était lisible jusqu’au dommage a été écrit dans \"%s\""},
+    TTextRecord{PrvCaption, u"ZEB Previewer", u"ZEB Previewer", u"ZEB Previewer"},
+    TTextRecord{PrvReading, u"Reading %s ...", u"Lese %s ...", u"Lecture de %s ..."},
+    TTextRecord{PrvInfo, u"%s channels, %s values, from %s to %s", u"%s Kanäle, %s Messwerte, von %s bis %s",
+                u"%s voies, %s mesures, du %s au %s"},
+    TTextRecord{PrvChannel, u"Channel", u"Kanal", u"Voie"},
+    TTextRecord{PrvUnit, u"Unit", u"Einheit", u"Unité"},
+    TTextRecord{PrvValues, u"Values", u"Messwerte", u"Mesures"},
+    TTextRecord{PrvMinimum, u"Minimum", u"Minimum", u"Minimum"},
+    TTextRecord{PrvMaximum, u"Maximum", u"Maximum", u"Maximum"},
+    TTextRecord{PrvWindow, u"Time window: %s to %s", u"Zeitfenster: %s bis %s", u"Fenêtre de temps : %s à %s"},
+    TTextRecord{PrvHint,
+                u"Drag over the chart with the left mouse button to choose the time window; tick the channels to keep.",
+                u"Mit gedrückter linker Maustaste über das Diagramm ziehen, um das Zeitfenster zu wählen; die "
+                u"gewünschten Kanäle anhaken.",
+                u"Faire glisser sur le graphique avec le bouton gauche pour choisir la fenêtre de temps ; cocher les "
+                u"voies à garder."},
+    TTextRecord{PrvWhole, u"Whole recording", u"Ganze Aufzeichnung", u"Tout l’enregistrement"},
+    TTextRecord{PrvCutAndOpen, u"Cut and open", u"Zuschneiden und öffnen", u"Découper et ouvrir"},
+    TTextRecord{PrvNoChannel, u"Tick at least one channel.", u"Bitte mindestens einen Kanal anhaken.",
+                u"Cocher au moins une voie."},
+    TTextRecord{PrvSaveAs, u"Save time window as", u"Zeitfenster speichern unter",
+                u"Enregistrer la fenêtre de temps sous"},
+    TTextRecord{PrvCutting, u"Cutting %s ...", u"Schneide %s zu ...", u"Découpage de %s ..."},
+    TTextRecord{PrvOpened, u"\"%s\" written and opened in ZEB Viewer", u"\"%s\" geschrieben und in ZEB Viewer geöffnet",
+                u"\"%s\" écrit et ouvert dans ZEB Viewer"},
+    TTextRecord{PrvCutFailed, u"The cut failed: %s", u"Das Zuschneiden ist fehlgeschlagen: %s",
+                u"Le découpage a échoué : %s"},
+    TTextRecord{PrvMissingProgram, u"Program \"%s\" not found", u"Programm \"%s\" nicht gefunden",
+                u"Programme \"%s\" introuvable"},
+    TTextRecord{PrvDamaged, u"The file is damaged; the overview shows what could be read up to the damage.",
+                u"Die Datei ist beschädigt; die Übersicht zeigt, was bis zur Beschädigung lesbar war.",
+                u"Le fichier est endommagé ; l’aperçu montre ce qui était lisible jusqu’au dommage."},
+    TTextRecord{PrvEmpty, u"The recording holds no measured values.", u"Die Aufzeichnung enthält keine Messwerte.",
+                u"L’enregistrement ne contient aucune mesure."},
 };
 
 static_assert(kTable.size() == size_t(TTextId::Count), "one record per text identity");
