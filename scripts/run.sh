@@ -8,7 +8,7 @@ cmake --preset default >/dev/null
 cmake --build --preset default -j "$(nproc)"
 
 mkdir -p demo
-./build/default/tools/zebtool gen --seed 7 --channels 4 --records 20000 --gaps demo/demo.zeb
+./build/default/bin/zebtool gen --seed 7 --channels 4 --records 20000 --gaps demo/demo.zeb
 # The recording's own display settings: the viewer reads them from the file of the same name.
 cat > demo/demo.mse <<'MSE'
 [General]
@@ -19,7 +19,7 @@ ChannelName='Pressure'
 Axis=2
 MSE
 
-viewer=./build/default/src/app/zeb_viewer
+viewer=./build/default/bin/zeb_viewer
 if [ -n "${DISPLAY:-}" ] || [ -n "${WAYLAND_DISPLAY:-}" ] || [ "${QT_QPA_PLATFORM:-}" = "windows" ]; then
   exec "$viewer" demo/demo.zeb
 else

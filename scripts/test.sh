@@ -29,11 +29,11 @@ if [ "${ZEB_SKIP_FUZZ:-0}" != "1" ] && command -v clang++ >/dev/null; then
   corpus=$(mktemp -d)
   trap 'rm -rf "$corpus"' EXIT
   mkdir "$corpus/walk" "$corpus/template" "$corpus/settings"
-  ./build/ci/tools/zebtool gen --quiet --records 50 --channels 2 --gaps "$corpus/walk/seed.zeb"
+  ./build/ci/bin/zebtool gen --quiet --records 50 --channels 2 --gaps "$corpus/walk/seed.zeb"
   fuzz() { # target, seconds, corpus folders
     local target=$1 seconds=$2
     shift 2
-    ./build/fuzz/fuzz/"$target" -max_total_time="$seconds" -timeout=5 -rss_limit_mb=2048 \
+    ./build/fuzz/bin/"$target" -max_total_time="$seconds" -timeout=5 -rss_limit_mb=2048 \
       -print_final_stats=0 "$@" 2>&1 | tail -n 1
     return "${PIPESTATUS[0]}"
   }
