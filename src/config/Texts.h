@@ -290,6 +290,40 @@ enum class TTextId : int {
     DateTimeCancel,
     DateTimeIntervals, // one comma-separated list
 
+    // Report
+    ReportTitle, // also the caption of its preview
+    ReportCompany,
+    ReportFile,
+    ReportCreator,
+    ReportZebName,
+    ReportLoggers,
+    ReportStartTime,
+    ReportTimeRange,
+    ReportPrinted,
+    ReportChannels,
+    ReportNotices,
+    ReportNoticeText,
+    ReportMinimum,
+    ReportMaximum,
+    ReportAverage,
+    ReportStdDev,
+    ReportSpan,
+    ReportMkt, // %s: the activation energy
+    ReportLimitMode,
+    ReportLimitModes, // quoted list by limit mode, %s for L1 and L2
+    ReportOutOfLimits,
+    ReportWithinLimits,
+    ReportViolations,
+    ReportNoValues,
+    ReportPage, // %s: the page and the number of pages
+    ReportCheckedBy,
+    ReportDate,
+    ReportSavePdf,
+    ReportZoomIn,
+    ReportZoomOut,
+    ReportPdfFilter,
+    ReportCannotWrite,
+
     // Command-line picture export
     CliUsage,
     CliBadArgument,
