@@ -1,0 +1,282 @@
+// The report as a reader of its PDF sees it: each curve's figures as the calculation and limit
+// views show them, the times of extremes and violations on a signal with known crossings, the
+// mean kinetic temperature, notices, page numbers, lines to sign, and the language.
+
+#include "DataBase.h"
+#include "Formats.h"
+#include "Report.h"
+#include "ReportDlg.h"
+#include "Texts.h"
+#include "ViewCalc.h"
+#include "ViewLimit.h"
+#include "ZebChart.h"
+#include "ZebDlg.h"
+#include "ZebReg.h"
+
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QPdfWriter>
+#include <QPrintPreviewWidget>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <cmath>
+
+using namespace zeb;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr double kT0 = 7.6e8; // seconds since 2000, a minute per point below
+constexpr int kPoints = 1000;
+
+// The time of point i.
+double At(int i) {
+    return kT0 + 60.0 * i;
+}
+
+// Three curves as the loader leaves them: a temperature swinging 12..28 °C with a period of
+// 240 points and an alarm above 25 °C; a pressure with a band of limits; a hidden curve.
+void Fill(TDataBase& db, const QString& file) {
+    db.AddFile(file);
+    TStoreReceiver r(db);
+    r.SetCreator(u"QA lab"_s);
+    r.SetStartTime(kT0 / kSecondsPerDay);
+    r.SetZebName(u"Cold room 3"_s);
+    const QString names[3] = {u"Temp"_s, u"Pressure"_s, u"Hidden"_s};
+    const QString units[3] = {u"°C"_s, u"hPa"_s, u"V"_s};
+    for (int c = 0; c < 3; ++c) {
+        r.AddCurve(u"M%1"_s.arg(c));
+        r.SetChannelName(c, names[c]);
+        r.SetUnit(c, units[c]);
+        r.SetLoggerName(c, u"Logger A"_s);
+    }
+    r.LoggerNamesDone();
+    r.SetLimits(0, 2, 0, 25.0, 0.0);
+    r.SetLimits(1, 4, 0, 1000.0, 1020.0);
+    std::vector<double> t, v[3];
+    for (int i = 0; i < kPoints; ++i) {
+        t.push_back(At(i));
+        v[0].push_back(20.0 + 8.0 * std::sin(2.0 * M_PI * i / 240.0));
+        v[1].push_back(1010.0 + 15.0 * std::cos(2.0 * M_PI * i / 333.0));
+        v[2].push_back(i);
+    }
+    const std::vector<TPointKind> kinds(kPoints, TPointKind::Value);
+    for (int c = 0; c < 3; ++c)
+        r.AddPoints(c, t, v[c], kinds);
+    db.Curve_FormatSet(0, u"0.000"_s);
+    db.Curve_FormatSet(1, u"0.0"_s);
+    db.Curve_SetActive(2, false);
+    // The chart shows points 10 to 900.
+    db.View().Axes[axBottom].Auto = false;
+    db.View().Axes[axBottom].Min = At(10);
+    db.View().Axes[axBottom].Max = At(900);
+    TMseTimeText& n1 = db.Settings().TimeTexts.Add();
+    n1.Text.Set(u"Door opened"_s);
+    n1.X.Set(At(500));
+    TMseTimeText& n0 = db.Settings().TimeTexts.Add();
+    n0.Text.Set(u"Defrost started"_s);
+    n0.X.Set(At(100));
+}
+
+QString PdfText(const QString& pdf) {
+    QProcess p;
+    p.start(u"pdftotext"_s, {u"-layout"_s, pdf, u"-"_s});
+    if (!p.waitForFinished(60000) || p.exitCode() != 0) return {};
+    return QString::fromUtf8(p.readAllStandardOutput());
+}
+
+// The lines from the one holding `from` up to the next holding any of `until`.
+QStringList Section(const QString& text, const QString& from, const QStringList& until) {
+    QStringList out;
+    bool in = false;
+    for (const QString& line : text.split(u'\n')) {
+        if (in && std::any_of(until.begin(), until.end(), [&](const QString& u) { return line.contains(u); }))
+            break;
+        if (line.contains(from)) in = true;
+        if (in) out << line;
+    }
+    return out;
+}
+
+// The line of a section that begins with the label.
+QString Row(const QStringList& section, const QString& label) {
+    for (const QString& line : section)
+        if (line.trimmed().startsWith(label)) return line;
+    return {};
+}
+
+} // namespace
+
+class TstReport : public QObject {
+    Q_OBJECT
+
+    QTemporaryDir FTmp;
+
+    // The report's PDF and its text.
+    QString Make(const TDataBase& db, QCustomPlot* chart, const QString& name, TReportOptions options = {}) {
+        const QString pdf = FTmp.filePath(name);
+        if (!WriteReportPdf(db, chart, pdf, options)) return {};
+        return PdfText(pdf);
+    }
+
+private Q_SLOTS:
+    void initTestCase() {
+        if (QStandardPaths::findExecutable(u"pdftotext"_s).isEmpty()) QSKIP("pdftotext is not installed");
+        QVERIFY(FTmp.isValid());
+        qputenv("ZEB_SETTINGS_FILE", FTmp.filePath(u"settings.ini"_s).toLocal8Bit());
+        SetFormats(2);
+        TZebDlg::SetNativeDialogs(false);
+        ZebSettings().ValReportFirma = u"Velmorant Test GmbH"_s;
+    }
+    void init() { SwitchTexts(LangEnglish); }
+
+    // Every figure of every shown curve, with the views' own texts for the same span.
+    void figuresAsTheViewsShowThem() {
+        TDataBase db;
+        Fill(db, FTmp.filePath(u"cold room.zeb"_s));
+        TZebChart chart(&db);
+        chart.resize(1000, 560);
+        chart.Rebuild();
+        TfrmViewCalc calc(&db);
+        TfrmViewLimit limit(&db);
+        calc.SetActive();
+        limit.SetActive();
+        calc.ReCalc();
+        limit.ReCalc();
+        const QString all = Make(db, &chart, u"figures.pdf"_s);
+        QVERIFY(!all.isEmpty());
+        // The chart comes first, drawn as vectors: its texts are texts of the PDF.
+        const qsizetype channels = all.indexOf(u"Channels"_s);
+        QVERIFY(all.left(channels).contains(u"Start time :"_s));
+        QVERIFY(all.left(channels).contains(u"Pressure [hPa]"_s));
+        const QString text = all.mid(channels);
+
+        const QStringList names = {db.Curve_NameUnitGet(0), db.Curve_NameUnitGet(1), u"Notices"_s};
+        for (int i = 0; i < 2; ++i) {
+            const TMseSettingsCurve& c = db.Cfg_Curve_Get(i);
+            QVERIFY(c.CalcCount == 2 && c.LimitValid);
+            const QStringList s = Section(text, names[i], names);
+            QVERIFY2(!s.isEmpty(), qPrintable(names[i]));
+            QVERIFY(Row(s, u"Minimum"_s).contains(c.CalcMinText));
+            QVERIFY(Row(s, u"Maximum"_s).contains(c.CalcMaxText));
+            QVERIFY(Row(s, u"Average"_s).contains(c.CalcAverageText));
+            QVERIFY(Row(s, u"Standard deviation"_s).contains(c.CalcStdDevText));
+            QVERIFY(Row(s, u"Span"_s).contains(c.CalcSpanText));
+            QVERIFY(Row(s, u"Out of limits time"_s).contains(c.LimitOutText));
+            QVERIFY(Row(s, u"Within limits time"_s).contains(c.LimitInText));
+        }
+        // The temperature over points 10..900: extremes first at 180 (12 °C) and 60 (28 °C),
+        // above 25 °C from point 26 on, once in each of four periods; the mean kinetic
+        // temperature of its values worked out by hand.
+        const QStringList temp = Section(text, names[0], names);
+        QVERIFY(Row(temp, u"Minimum"_s).contains(u"12.000"_s + u' ') &&
+                Row(temp, u"Minimum"_s).contains(TDataBase::GetXValueStr(0, At(180))));
+        QVERIFY(Row(temp, u"Maximum"_s).contains(TDataBase::GetXValueStr(0, At(60))));
+        QVERIFY(Row(temp, u"Limits"_s).contains(u"alarm above L1 = 25.000"_s));
+        const QString violations = Row(temp, u"Limit violations"_s);
+        QVERIFY2(violations.contains(u" 4 "_s) && violations.contains(TDataBase::GetXValueStr(0, At(26))),
+                 qPrintable(violations));
+        QVERIFY(Row(temp, u"Mean kinetic temperature (ΔH = 83.144 kJ/mol)"_s).contains(u"21.970"_s));
+        // Only temperatures have one; the pressure's band is named with its format.
+        QCOMPARE(text.count(u"Mean kinetic temperature"_s), 1);
+        QVERIFY(Row(Section(text, names[1], names), u"Limits"_s)
+                    .contains(u"alarm below L1 = 1000.0 or above L2 = 1020.0"_s));
+        QVERIFY(!text.contains(u"Hidden"_s));
+
+        // The header, the notices in time order, the lines to sign.
+        QVERIFY(all.contains(u"Velmorant Test GmbH"_s));
+        for (const char* s : {"QA lab", "Cold room 3", "Logger A", "cold room.zeb", "Checked by", "Date"})
+            QVERIFY2(all.contains(QLatin1String(s)), s);
+        QVERIFY(all.contains(TDataBase::GetXValueStr(0, At(10)) + u" – "_s +
+                             TDataBase::GetXValueStr(0, At(900))));
+        const QString defrost = Row(Section(text, u"Notices"_s, {}), TDataBase::GetXValueStr(0, At(100)));
+        QVERIFY2(defrost.contains(u"Defrost started"_s), qPrintable(defrost));
+        QVERIFY(text.indexOf(u"Defrost started"_s) < text.indexOf(u"Door opened"_s));
+        QVERIFY(text.lastIndexOf(u"Checked by"_s) > text.lastIndexOf(u"Door opened"_s));
+
+        // A printer that keeps a resolution of its own gets the same pages, the chart as a
+        // picture.
+        {
+            const QString pdf = FTmp.filePath(u"printer.pdf"_s);
+            QPdfWriter printer(pdf);
+            printer.setPageSize(QPageSize(QPageSize::A4));
+            printer.setPageMargins({});
+            printer.setResolution(600);
+            QVERIFY(TReport(db, &chart).Print(printer));
+        }
+        const QString printed = PdfText(FTmp.filePath(u"printer.pdf"_s));
+        QVERIFY(!printed.contains(u"Start time :"_s));
+        QCOMPARE(printed.count(u'\f'), all.count(u'\f'));
+        QStringList printedLines;
+        for (const QString& line : printed.split(u'\n'))
+            printedLines << line.simplified();
+        for (const QString& line : text.split(u'\n'))
+            QVERIFY2(line.contains(u'\f') || printedLines.contains(line.simplified()), qPrintable(line));
+
+        // Each page numbered, out of the number of pages.
+        const QStringList pages = all.split(u'\f', Qt::SkipEmptyParts);
+        QVERIFY(pages.size() >= 2);
+        for (int p = 0; p < pages.size(); ++p)
+            QVERIFY2(pages[p].contains(u"Page %1 of %2"_s.arg(p + 1).arg(pages.size())),
+                     qPrintable(pages[p]));
+    }
+
+    // The energy is the report's setting; German texts in a German run.
+    void activationEnergyAndLanguage() {
+        TDataBase db;
+        Fill(db, FTmp.filePath(u"cold room.zeb"_s));
+        TReportOptions options;
+        options.ActivationEnergy = 2.0 * kMktActivationEnergy;
+        QString text = Make(db, nullptr, u"energy.pdf"_s, options);
+        QVERIFY(text.contains(u"(ΔH = 166.288 kJ/mol)"_s));
+        QVERIFY(!text.contains(u"21.970"_s)); // a higher energy weighs the warm values more
+
+        SwitchTexts(LangGerman);
+        text = Make(db, nullptr, u"deutsch.pdf"_s);
+        for (const char* s :
+             {"Messbericht", "Mittelwert", "Standardabweichung", "Zeit außerhalb der Grenzwerte",
+              "Grenzwertverletzungen", "Seite 1 von 1", "Geprüft von", "Datum", "Notizen"})
+            QVERIFY2(text.contains(QString::fromUtf8(s)), s);
+        QVERIFY(!text.contains(u"Average"_s));
+    }
+
+    // The form previews every page, saves the PDF under the name asked for, and reports a file
+    // that cannot be written.
+    void previewAndSave() {
+        TDataBase db;
+        Fill(db, FTmp.filePath(u"cold room.zeb"_s));
+        TfrmReport form(db, nullptr);
+        form.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&form));
+        QTRY_VERIFY(form.Preview()->pageCount() > 0);
+        QCOMPARE(form.Preview()->pageCount(), form.Report().PageCount());
+
+        const QString target = FTmp.filePath(u"saved.pdf"_s);
+        QString proposed;
+        TZebDlg::SetDialogHook([&](QDialog* d) {
+            auto* fd = qobject_cast<QFileDialog*>(d);
+            if (!fd) return d->reject();
+            proposed = fd->selectedFiles().value(0);
+            fd->findChild<QLineEdit*>(u"fileNameEdit"_s)->setText(target);
+            d->accept();
+        });
+        form.GUI_ReportSavePdf();
+        QCOMPARE(QFileInfo(proposed).fileName(), u"cold room.pdf"_s);
+        QVERIFY(PdfText(target).contains(u"Velmorant Test GmbH"_s));
+
+        bool told = false;
+        TZebDlg::SetDialogHook([&](QDialog* d) {
+            told = true;
+            d->reject();
+        });
+        QVERIFY(!form.SavePdf(FTmp.filePath(u"no such folder/x.pdf"_s)));
+        QVERIFY(told);
+        TZebDlg::SetDialogHook(nullptr);
+    }
+};
+
+QTEST_MAIN(TstReport)
+#include "tst_report.moc"
