@@ -1,6 +1,7 @@
 #include "Previewer.h"
 
 #include "CompanionCli.h"
+#include "DataBase.h"
 #include "Formats.h"
 #include "Texts.h"
 #include "ZebReg.h"
@@ -21,6 +22,7 @@
 #include <QLabel>
 #include <QProcess>
 #include <QProgressBar>
+#include <QScrollArea>
 #include <QPushButton>
 #include <QSplitter>
 #include <QStatusBar>
@@ -76,19 +78,15 @@ void TfrmPreviewer::BuildUi() {
     layout->addWidget(lblInfo);
 
     auto* split = new QSplitter(Qt::Horizontal, central);
-    chtOverview = new QCustomPlot(split);
+    // One row per ticked channel, each on its own value axis: a pressure near 1000 hPa would
+    // flatten a temperature drawn on the same axis. Many channels scroll.
+    auto* scroll = new QScrollArea(split);
+    scroll->setWidgetResizable(true);
+    scroll->setFrameShape(QFrame::NoFrame);
+    chtOverview = new QCustomPlot;
     chtOverview->setObjectName(QStringLiteral("chtOverview"));
     chtOverview->setMinimumSize(400, 250);
-    auto ticker = QSharedPointer<QCPAxisTickerDateTime>::create();
-    ticker->setDateTimeSpec(Qt::UTC);
-    ticker->setDateTimeFormat(QStringLiteral("yyyy-MM-dd\nHH:mm:ss"));
-    chtOverview->xAxis->setTicker(ticker);
-    FBand = new QCPItemRect(chtOverview);
-    FBand->topLeft->setTypeY(QCPItemPosition::ptAxisRectRatio);
-    FBand->bottomRight->setTypeY(QCPItemPosition::ptAxisRectRatio);
-    FBand->setPen(QPen(QColor(0, 90, 200)));
-    FBand->setBrush(QColor(0, 90, 200, 40));
-    FBand->setVisible(false);
+    scroll->setWidget(chtOverview);
     connect(chtOverview, &QCustomPlot::mousePress, this, [this](QMouseEvent* e) {
         if (e->button() != Qt::LeftButton || !FOverview.HasTime() || IsReading()) return;
         FDragging = true;
@@ -96,8 +94,9 @@ void TfrmPreviewer::BuildUi() {
     });
     connect(chtOverview, &QCustomPlot::mouseMove, this, [this](QMouseEvent* e) {
         if (!FDragging || std::abs(e->position().x() - FDragFrom) < kClickSlop) return;
-        const double a = chtOverview->xAxis->pixelToCoord(FDragFrom) - kUnix2000;
-        const double b = chtOverview->xAxis->pixelToCoord(e->position().x()) - kUnix2000;
+        const QCPAxis* x = chtOverview->axisRect()->axis(QCPAxis::atBottom);
+        const double a = x->pixelToCoord(FDragFrom) - kUnix2000;
+        const double b = x->pixelToCoord(e->position().x()) - kUnix2000;
         SetWindow(std::min(a, b), std::max(a, b));
     });
     connect(chtOverview, &QCustomPlot::mouseRelease, this, [this](QMouseEvent*) { FDragging = false; });
@@ -111,6 +110,7 @@ void TfrmPreviewer::BuildUi() {
     connect(lvwChannels, &QTreeWidget::itemChanged, this, [this] { UpdateGraphs(); });
     split->setStretchFactor(0, 3);
     split->setStretchFactor(1, 1);
+    split->setSizes({2800, 1200});
     layout->addWidget(split, 1);
 
     auto* hint = new QLabel(Txt(TTextId::PrvHint), central);
@@ -151,9 +151,7 @@ void TfrmPreviewer::OpenFile(const QString& fileName) {
     FFileName = fileName;
     FOverview.Reset();
     lvwChannels->clear();
-    chtOverview->clearGraphs();
-    FBand->setVisible(false);
-    chtOverview->replot();
+    UpdateGraphs();
     lblWindow->clear();
     btnWhole->setEnabled(false);
     btnCutAndOpen->setEnabled(false);
@@ -217,26 +215,69 @@ void TfrmPreviewer::ShowOverview() {
                                                zeb::FormatTime(1, FOverview.LastTime())}));
 
     const QSignalBlocker block(lvwChannels);
-    QVector<double> keys(FOverview.BucketCount());
-    for (int b = 0; b < FOverview.BucketCount(); ++b)
-        keys[b] = FOverview.BucketStart(b) + FOverview.BucketWidth() / 2 + kUnix2000;
-    for (size_t c = 0; c < channels.size(); ++c) {
-        const TOverviewChannel& ch = channels[c];
+    for (const TOverviewChannel& ch : channels) {
         auto* item = new QTreeWidgetItem(lvwChannels, {ch.Title(), ch.Unit, QString::number(ch.Count), Number(ch.Min),
                                                         Number(ch.Max)});
         item->setFlags(item->flags() | Qt::ItemIsUserCheckable);
         item->setCheckState(0, Qt::Checked);
+    }
+    btnWhole->setEnabled(true);
+    btnCutAndOpen->setEnabled(!channels.empty());
+    UpdateGraphs();
+    SelectWhole();
+}
 
-        const QColor color = kColors[c % std::size(kColors)];
+void TfrmPreviewer::UpdateGraphs() {
+    chtOverview->clearItems();
+    chtOverview->clearGraphs();
+    chtOverview->plotLayout()->clear();
+    FBands.clear();
+    const QList<int> rows = CheckedChannels();
+    const bool data = FOverview.HasTime();
+    double from = data ? FOverview.FirstTime() : 0.0, to = data ? FOverview.LastTime() : 1.0;
+    if (to <= from) to = from + 1.0;
+    QVector<double> keys(FOverview.BucketCount());
+    for (int b = 0; b < FOverview.BucketCount(); ++b)
+        keys[b] = FOverview.BucketStart(b) + FOverview.BucketWidth() / 2 + kUnix2000;
+
+    auto* margins = new QCPMarginGroup(chtOverview);
+    auto ticker = QSharedPointer<QCPAxisTickerDateTime>::create();
+    ticker->setDateTimeSpec(Qt::UTC);
+    ticker->setDateTimeFormat(QStringLiteral("yyyy-MM-dd\nHH:mm:ss"));
+    const int count = std::max<int>(1, int(rows.size())); // an empty row keeps the time axis
+    for (int r = 0; r < count; ++r) {
+        auto* rect = new QCPAxisRect(chtOverview);
+        chtOverview->plotLayout()->addElement(r, 0, rect);
+        rect->setMarginGroup(QCP::msLeft | QCP::msRight, margins);
+        QCPAxis* x = rect->axis(QCPAxis::atBottom);
+        QCPAxis* y = rect->axis(QCPAxis::atLeft);
+        x->setTicker(ticker);
+        x->setTickLabels(r == count - 1);
+        x->setRange(from + kUnix2000, to + kUnix2000);
+        auto* band = new QCPItemRect(chtOverview);
+        band->setClipAxisRect(rect);
+        for (QCPItemPosition* p : {band->topLeft, band->bottomRight}) {
+            p->setAxes(x, y);
+            p->setAxisRect(rect);
+            p->setTypeY(QCPItemPosition::ptAxisRectRatio);
+        }
+        band->setPen(QPen(QColor(0, 90, 200)));
+        band->setBrush(QColor(0, 90, 200, 40));
+        band->setVisible(data);
+        FBands.push_back(band);
+        if (rows.isEmpty()) break;
+
+        const int c = rows[r];
+        const TOverviewChannel& ch = FOverview.Channels()[size_t(c)];
+        const QColor color = kColors[size_t(c) % std::size(kColors)];
         QVector<double> lo(keys.size()), hi(keys.size());
         for (int b = 0; b < keys.size(); ++b) {
             const float mn = ch.BucketMin[size_t(b)], mx = ch.BucketMax[size_t(b)];
-            const bool empty = mn > mx;
-            lo[b] = empty ? qQNaN() : double(mn);
-            hi[b] = empty ? qQNaN() : double(mx);
+            lo[b] = mn > mx ? qQNaN() : double(mn); // NaN: an empty bucket breaks the line
+            hi[b] = mn > mx ? qQNaN() : double(mx);
         }
-        QCPGraph* gMin = chtOverview->addGraph();
-        QCPGraph* gMax = chtOverview->addGraph();
+        QCPGraph* gMin = chtOverview->addGraph(x, y);
+        QCPGraph* gMax = chtOverview->addGraph(x, y);
         gMin->setData(keys, lo, true);
         gMax->setData(keys, hi, true);
         gMin->setPen(QPen(color));
@@ -245,43 +286,14 @@ void TfrmPreviewer::ShowOverview() {
         fill.setAlpha(70);
         gMax->setBrush(fill);
         gMax->setChannelFillGraph(gMin);
-        gMin->setName(ch.Title());
-        gMax->setName(ch.Title());
-    }
-    chtOverview->xAxis->setRange(FOverview.FirstTime() + kUnix2000, FOverview.LastTime() + kUnix2000);
-    if (FOverview.FirstTime() == FOverview.LastTime())
-        chtOverview->xAxis->setRange(FOverview.FirstTime() + kUnix2000, 1.0, Qt::AlignCenter);
-    FBand->setVisible(true);
-    btnWhole->setEnabled(true);
-    btnCutAndOpen->setEnabled(!channels.empty());
-    UpdateGraphs();
-    SelectWhole();
-}
-
-void TfrmPreviewer::UpdateGraphs() {
-    for (int i = 0; i < lvwChannels->topLevelItemCount(); ++i) {
-        const bool on = lvwChannels->topLevelItem(i)->checkState(0) == Qt::Checked;
-        for (int k : {2 * i, 2 * i + 1})
-            if (k < chtOverview->graphCount()) chtOverview->graph(k)->setVisible(on);
-    }
-    bool found = false;
-    const QCPRange range = [&] {
-        QCPRange r;
-        for (int k = 0; k < chtOverview->graphCount(); ++k) {
-            if (!chtOverview->graph(k)->visible()) continue;
-            bool ok = false;
-            const QCPRange g = chtOverview->graph(k)->getValueRange(ok);
-            if (!ok) continue;
-            r = found ? QCPRange(std::min(r.lower, g.lower), std::max(r.upper, g.upper)) : g;
-            found = true;
+        y->setLabel(TDataBase::AddUnit(ch.Title(), ch.Unit));
+        if (ch.Min <= ch.Max) {
+            const double pad = ch.Max > ch.Min ? (ch.Max - ch.Min) * 0.05 : 1.0;
+            y->setRange(ch.Min - pad, ch.Max + pad);
         }
-        return r;
-    }();
-    if (found) {
-        const double pad = range.size() > 0 ? range.size() * 0.05 : 1.0;
-        chtOverview->yAxis->setRange(range.lower - pad, range.upper + pad);
     }
-    chtOverview->replot();
+    chtOverview->setMinimumHeight(std::max(250, 110 * count));
+    UpdateBand();
 }
 
 // ---------------------------------------------------------------- the window
@@ -302,9 +314,13 @@ void TfrmPreviewer::SelectWhole() {
 }
 
 void TfrmPreviewer::UpdateBand() {
-    FBand->topLeft->setCoords(FStart + kUnix2000, 0.0);
-    FBand->bottomRight->setCoords(FEnd + kUnix2000, 1.0);
-    lblWindow->setText(TxtFmt(TTextId::PrvWindow, {zeb::FormatTime(1, FStart), zeb::FormatTime(1, FEnd)}));
+    for (QCPItemRect* band : FBands) {
+        band->topLeft->setCoords(FStart + kUnix2000, 0.0);
+        band->bottomRight->setCoords(FEnd + kUnix2000, 1.0);
+    }
+    if (FOverview.HasTime())
+        lblWindow->setText(TxtFmt(TTextId::PrvWindow, {zeb::FormatTime(1, FStart), zeb::FormatTime(1, FEnd)}));
+    else lblWindow->clear();
     chtOverview->replot();
 }
 

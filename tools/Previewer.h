@@ -11,6 +11,7 @@
 
 #include <atomic>
 #include <functional>
+#include <vector>
 
 class QCPItemRect;
 class QCustomPlot;
@@ -69,6 +70,7 @@ private:
     void OnPassDone();
     void ShowOverview();
     void UpdateBand();
+    // One row per ticked channel: its min/max band over the buckets and the chosen window.
     void UpdateGraphs();
     void OnCutterFinished(int exitCode, bool crashed);
     void StopPass();
@@ -80,7 +82,7 @@ private:
     QPushButton* btnWhole = nullptr;
     QPushButton* btnCutAndOpen = nullptr;
     QProgressBar* pgbRead = nullptr;
-    QCPItemRect* FBand = nullptr;
+    std::vector<QCPItemRect*> FBands; // the chosen window, one band per row
     QTimer* FProgressTimer = nullptr;
 
     QString FFileName;

@@ -1,0 +1,273 @@
+// The text converter: its rows are those of the store's merged walk (also for stamps that
+// differ by a hair, equal stamps across rounds and records out of time order), every
+// settings code, and the program as a process.
+
+#include "CompanionCli.h"
+#include "Cutter.h"
+#include "Formats.h"
+#include "Language.h"
+#include "RecordingBuilder.h"
+#include "ToolHelpers.h"
+
+#include <QRandomGenerator>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace tooltest;
+using namespace Qt::StringLiterals;
+using B = TRecordingBuilder;
+
+namespace {
+
+constexpr quint32 kNo = 0xFFFFFFFFu, kGap = 0xFFFFFFFEu;
+
+QByteArray Header3() {
+    B b;
+    b.Header().Block(3, B::Strs({"M0", "M1", "M2"})).Block(6, B::Strs({"A", "B"})).Block(7, B::Strs({"V", "", "g"}));
+    return b.Plain();
+}
+
+// Records with missing values, gaps and runs of equal stamps; with shuffle, some records
+// trade places so the file leaves time order.
+QByteArray RandomRecording(quint32 seed, int records, bool shuffle) {
+    QRandomGenerator rnd(seed);
+    std::vector<QByteArray> recs;
+    double seconds = 762566400.0;
+    for (int i = 0; i < records; ++i) {
+        if (rnd.bounded(4) != 0) seconds += rnd.bounded(1, 5) * 0.25; // else: the same stamp again
+        std::vector<quint32> bits;
+        for (int c = 0; c < 3; ++c) {
+            const int k = rnd.bounded(10);
+            bits.push_back(k < 3 ? kNo : k == 3 ? kGap : B::F(float(rnd.bounded(-1000, 1000)) / 7.0f));
+        }
+        recs.push_back(B::Double(seconds / 86400.0) + B::Bits(bits[0]) + B::Bits(bits[1]) + B::Bits(bits[2]));
+    }
+    if (shuffle)
+        for (int i = 0; i < records / 50; ++i) std::swap(recs[size_t(rnd.bounded(records))], recs[size_t(rnd.bounded(records))]);
+    QByteArray plain = Header3();
+    QByteArray block;
+    for (const QByteArray& r : recs) {
+        if (block.size() + r.size() > 65535) {
+            plain += B::Word(8) + B::Word(quint16(block.size())) + block;
+            block.clear();
+        }
+        block += r;
+    }
+    plain += B::Word(8) + B::Word(quint16(block.size())) + block;
+    return B::Compress(plain);
+}
+
+QString Bits(float v) { return QString::number(std::bit_cast<quint32>(v), 16); }
+
+QStringList Lines(const QString& path) {
+    QFile f(path);
+    if (!f.open(QIODevice::ReadOnly)) return {};
+    QByteArray all = f.readAll();
+    if (!all.startsWith("\xEF\xBB\xBF")) return {u"no byte order mark"_s};
+    QString text = QString::fromUtf8(all.mid(3));
+    if (!text.endsWith(u"\r\n"_s)) return {u"no line end at the end"_s};
+    text.chop(2);
+    return text.split(u"\r\n"_s);
+}
+
+} // namespace
+
+class TstZeb2Csv : public QObject {
+    Q_OBJECT
+    QTemporaryDir FDir;
+    QString FSmall, FSettings;
+
+    QString Path(const QString& name) const { return FDir.filePath(name); }
+
+    QStringList Convert(const QString& source, const TCsvFormat& format, const QString& target = u"out.csv"_s) {
+        TCutRequest r;
+        r.Source = source;
+        r.Target = Path(target);
+        r.Csv = true;
+        r.Format = format;
+        if (TCutter(r).Run() != TCutResult::Ok) return {u"failed"_s};
+        return Lines(format.Target(r.Target));
+    }
+
+private Q_SLOTS:
+    void initTestCase() {
+        zeb::SetSystemLocaleOverride(QLocale::c());
+        zeb::ApplyStartupLanguage(1, 0, 0);
+        // Two records a second apart at 2024-03-01 12:34:56.789.
+        const double day = 8826.0 + (12 * 3600 + 34 * 60 + 56.789) / 86400.0;
+        B b;
+        b.Header()
+            .Block(3, B::Strs({"M0", "M1"}))
+            .Block(6, B::Strs({"A", "B"}))
+            .Block(7, B::Strs({"V", ""}))
+            .Block(8, B::Record(day, {B::F(1.5f), kNo}) + B::Record(day + 1.0 / 86400.0, {kGap, B::F(-0.25f)}));
+        FSmall = Path(u"small.zeb"_s);
+        QVERIFY(b.Save(FSmall));
+        FSettings = Path(u"settings.ini"_s);
+        qputenv("ZEB_SETTINGS_FILE", QFile::encodeName(FSettings));
+        PutSetting(FSettings, u"Language"_s, 1);
+    }
+
+    void settingsCodes_data() {
+        QTest::addColumn<QVariantMap>("codes");
+        QTest::addColumn<bool>("german");
+        QTest::addColumn<QStringList>("lines");
+        const QString t1 = u"2024-03-01 12:34:56.789"_s, t2 = u"2024-03-01 12:34:57.789"_s;
+        auto row = [](const char* name, QVariantMap codes, bool german, QStringList lines) {
+            QTest::newRow(name) << codes << german << lines;
+        };
+        row("defaults", {}, false, {u"Time,A [V],B"_s, t1 + u",1.5,"_s, t2 + u",,-0.25"_s});
+        row("German locale", {}, true,
+            {u"Time;A [V];B"_s, u"2024-03-01 12:34:56,789;1,5;"_s, u"2024-03-01 12:34:57,789;;-0,25"_s});
+        row("German locale, decimal point", {{u"iDecimalSeparator"_s, 1}}, true,
+            {u"Time,A [V],B"_s, t1 + u",1.5,"_s, t2 + u",,-0.25"_s});
+        row("list ;", {{u"iListSeparator"_s, 1}}, false, {u"Time;A [V];B"_s, t1 + u";1.5;"_s, t2 + u";;-0.25"_s});
+        row("list tab", {{u"iListSeparator"_s, 3}}, false,
+            {u"Time\tA [V]\tB"_s, t1 + u"\t1.5\t"_s, t2 + u"\t\t-0.25"_s});
+        row("list blank quotes", {{u"iListSeparator"_s, 4}}, false,
+            {u"Time \"A [V]\" B"_s, u"\""_s + t1 + u"\" 1.5 "_s, u"\""_s + t2 + u"\"  -0.25"_s});
+        row("list , and decimal , quote", {{u"iListSeparator"_s, 2}, {u"iDecimalSeparator"_s, 2}}, false,
+            {u"Time,A [V],B"_s, u"\"2024-03-01 12:34:56,789\",\"1,5\","_s, u"\"2024-03-01 12:34:57,789\",,\"-0,25\""_s});
+        row("three decimals", {{u"iNumberFormat"_s, 3}}, false, {u"Time,A [V],B"_s, t1 + u",1.500,"_s, t2 + u",,-0.250"_s});
+        row("scientific", {{u"iNumberFormat"_s, 10}}, false,
+            {u"Time,A [V],B"_s, t1 + u",1.500000E+00,"_s, t2 + u",,-2.500000E-01"_s});
+        row("number code out of range", {{u"iNumberFormat"_s, 11}}, false,
+            {u"Time,A [V],B"_s, t1 + u",1.5,"_s, t2 + u",,-0.25"_s});
+        row("missing NaN", {{u"iNanFormat"_s, 1}}, false, {u"Time,A [V],B"_s, t1 + u",1.5,NaN"_s, t2 + u",NaN,-0.25"_s});
+        row("missing #N/A", {{u"iNanFormat"_s, 2}}, false,
+            {u"Time,A [V],B"_s, t1 + u",1.5,#N/A"_s, t2 + u",#N/A,-0.25"_s});
+        row("missing -", {{u"iNanFormat"_s, 3}}, false, {u"Time,A [V],B"_s, t1 + u",1.5,-"_s, t2 + u",-,-0.25"_s});
+        row("seconds from the first row", {{u"iTimeColumn"_s, 1}}, false,
+            {u"Time [s],A [V],B"_s, u"0.000000,1.5,"_s, u"1.000000,,-0.25"_s});
+        row("date and seconds", {{u"iTimeColumn"_s, 2}}, false,
+            {u"Time,Time [s],A [V],B"_s, t1 + u",0.000000,1.5,"_s, t2 + u",1.000000,,-0.25"_s});
+        row("seconds since 2000", {{u"iTimeColumn"_s, 3}}, false,
+            {u"Time [s],A [V],B"_s, u"762611696.789000,1.5,"_s, u"762611697.789000,,-0.25"_s});
+        const QStringList dates{u"01/03/2024"_s, u"03/01/2024"_s, u"01.03.2024"_s, u"01-Mar-2024"_s, u"2024-Mar-01"_s};
+        for (int i = 1; i <= 5; ++i)
+            QTest::addRow("date format %d", i) << QVariantMap{{u"iDateFormat"_s, i}} << false
+                                               << QStringList{u"Time,A [V],B"_s, dates[i - 1] + u" 12:34:56.789,1.5,"_s,
+                                                              dates[i - 1] + u" 12:34:57.789,,-0.25"_s};
+        row("date pattern", {{u"iDateFormat"_s, 6}, {u"sDateFormat"_s, u"yy/MM/dd"_s}}, false,
+            {u"Time,A [V],B"_s, u"24/03/01 12:34:56.789,1.5,"_s, u"24/03/01 12:34:57.789,,-0.25"_s});
+        row("time seconds", {{u"iTimeFormat"_s, 1}}, false,
+            {u"Time,A [V],B"_s, u"2024-03-01 12:34:56,1.5,"_s, u"2024-03-01 12:34:57,,-0.25"_s});
+        row("time minutes", {{u"iTimeFormat"_s, 2}}, false,
+            {u"Time,A [V],B"_s, u"2024-03-01 12:34,1.5,"_s, u"2024-03-01 12:34,,-0.25"_s});
+        row("time pattern", {{u"iTimeFormat"_s, 3}, {u"sTimeFormat"_s, u"HH'h'mm:ss"_s}}, false,
+            {u"Time,A [V],B"_s, u"2024-03-01 12h34:56,1.5,"_s, u"2024-03-01 12h34:57,,-0.25"_s});
+    }
+    void settingsCodes() {
+        QFETCH(QVariantMap, codes);
+        QFETCH(bool, german);
+        QFETCH(QStringList, lines);
+        TZebSettings::TCsv s;
+        s.iListSeparator = codes.value(u"iListSeparator"_s).toInt();
+        s.iDecimalSeparator = codes.value(u"iDecimalSeparator"_s).toInt();
+        s.iNumberFormat = codes.value(u"iNumberFormat"_s).toInt();
+        s.iNanFormat = codes.value(u"iNanFormat"_s).toInt();
+        s.iTimeColumn = codes.value(u"iTimeColumn"_s).toInt();
+        s.iDateFormat = codes.value(u"iDateFormat"_s).toInt();
+        s.sDateFormat = codes.value(u"sDateFormat"_s).toString();
+        s.iTimeFormat = codes.value(u"iTimeFormat"_s).toInt();
+        s.sTimeFormat = codes.value(u"sTimeFormat"_s).toString();
+        const QLocale locale = german ? QLocale(QLocale::German, QLocale::Germany) : QLocale::c();
+        QCOMPARE(Convert(FSmall, TCsvFormat::FromSettings(s, locale)), lines);
+    }
+
+    void fileExtension_data() {
+        QTest::addColumn<int>("code");
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("target");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("csv") << 0 << QString() << u"/d/out"_s << u"/d/out.csv"_s;
+        QTest::newRow("txt") << 1 << QString() << u"/d/out"_s << u"/d/out.txt"_s;
+        QTest::newRow("own") << 2 << u"dat"_s << u"/d/out"_s << u"/d/out.dat"_s;
+        QTest::newRow("own with dot") << 2 << u".tsv"_s << u"/d/out"_s << u"/d/out.tsv"_s;
+        QTest::newRow("own empty") << 2 << QString() << u"/d/out"_s << u"/d/out.csv"_s;
+        QTest::newRow("target has one") << 1 << QString() << u"/d/out.csv"_s << u"/d/out.csv"_s;
+        QTest::newRow("dot in the folder") << 1 << QString() << u"/d.x/out"_s << u"/d.x/out.txt"_s;
+        QTest::newRow("hidden name") << 0 << QString() << u"/d/.out"_s << u"/d/.out.csv"_s;
+    }
+    void fileExtension() {
+        QFETCH(int, code);
+        QFETCH(QString, text);
+        QFETCH(QString, target);
+        QFETCH(QString, expected);
+        TZebSettings::TCsv s;
+        s.iFileExt = code;
+        s.sFileExt = text;
+        QCOMPARE(TCsvFormat::FromSettings(s, QLocale::c()).Target(target), expected);
+    }
+
+    // Row for row the store's merged walk: its time, and per curve the value or nothing.
+    void rowsOfTheMergedWalk_data() {
+        QTest::addColumn<QByteArray>("file");
+        QTest::addColumn<int>("rows"); // -1: not known beforehand
+        B hair;
+        hair.Header()
+            .Block(3, B::Strs({"M0", "M1"}))
+            .Block(8, B::Record(10.0 / 86400.0, {B::F(1), kNo}) + B::Record(10.0000001 / 86400.0, {kNo, B::F(2)}));
+        QTest::newRow("10.0 s and 10.0000001 s") << hair.Compressed() << 2;
+        QTest::newRow("in time order, rounds") << RandomRecording(1, 30000, false) << -1;
+        QTest::newRow("out of time order") << RandomRecording(2, 30000, true) << -1;
+    }
+    void rowsOfTheMergedWalk() {
+        QFETCH(QByteArray, file);
+        QFETCH(int, rows);
+        const QString source = Path(u"walk.zeb"_s);
+        QVERIFY(B::SaveBytes(source, file));
+        TCsvFormat f;
+        f.TimeColumn = 3;
+        const QStringList lines = Convert(source, f);
+        const auto db = Load(source);
+        QStringList expected;
+        for (int c = 0; c < db->Curve_Count(); ++c) db->Curve_FormatSet(c, u"0.000000000E+00"_s);
+        if (db->Table2_start()) {
+            do {
+                QStringList cells(db->Curve_Count());
+                for (int k = 0; k < db->Table2_getVisibleColumns(); ++k) {
+                    const QString v = db->Table2_getValueStr(k);
+                    // Ten significant digits give the single back.
+                    if (!v.isEmpty()) cells[db->Table2_getCurve(k)] = Bits(float(v.toDouble()));
+                }
+                expected << QString::number(db->Table2_getTime(), 'f', 6) + u","_s + cells.join(u',');
+            } while (db->Table2_next());
+        }
+        QStringList actual = lines.mid(1);
+        for (QString& line : actual) {
+            QStringList cells = line.split(u',');
+            for (int c = 1; c < cells.size(); ++c)
+                if (!cells[c].isEmpty()) cells[c] = Bits(cells[c].toFloat());
+            line = cells.join(u',');
+        }
+        if (rows >= 0) QCOMPARE(actual.size(), rows);
+        QVERIFY(actual.size() > 0);
+        QCOMPARE(actual, expected);
+    }
+
+    void asAProgram() {
+        PutSetting(FSettings, u"zeb2csv.exe/iListSeparator"_s, 1);
+        PutSetting(FSettings, u"zeb2csv.exe/iNanFormat"_s, 2);
+        PutSetting(FSettings, u"zeb2csv.exe/iFileExt"_s, 1);
+        TRun run = RunProgram(QStringLiteral(ZEB2CSV), {FSmall, Path(u"prog"_s)});
+        QCOMPARE(run.code, 0);
+        QVERIFY(run.err.isEmpty());
+        QCOMPARE(Lines(Path(u"prog.txt"_s)).value(1), u"2024-03-01 12:34:56.789;1.5;#N/A"_s);
+
+        run = RunProgram(QStringLiteral(ZEB2CSV), {u"--help"_s});
+        QCOMPARE(run.code, 0);
+        for (const char* key : {"iListSeparator", "iDecimalSeparator", "iNumberFormat", "iNanFormat", "iTimeColumn",
+                                "iDateFormat", "sDateFormat", "iTimeFormat", "sTimeFormat", "iFileExt", "sFileExt"})
+            QVERIFY2(run.out.contains(QLatin1String(key)), key);
+
+        run = RunProgram(QStringLiteral(ZEB2CSV), {FSmall});
+        QCOMPARE(run.code, 1);
+        QCOMPARE(run.err, u"Wrong number of arguments (zeb2csv --help shows the call)\n"_s);
+        run = RunProgram(QStringLiteral(ZEB2CSV), {FSmall, FSmall});
+        QCOMPARE(run.code, 3);
+    }
+};
+
+QTEST_GUILESS_MAIN(TstZeb2Csv)
+#include "tst_zeb2csv.moc"
