@@ -35,7 +35,7 @@ void PrintErr(QString text) {
 // because the platform cannot change afterwards.
 bool WantsExport(int argc, char** argv) {
     for (int i = 1; i < argc; ++i)
-        if (std::strncmp(argv[i], "--export-", 9) == 0) return true;
+        if (std::strncmp(argv[i], "--export-", 9) == 0 || std::strcmp(argv[i], "--report") == 0) return true;
     return false;
 }
 
@@ -54,8 +54,12 @@ int RunExport(TForm1& form, const TCommandLine& cmd) {
         return 1;
     }
     if (!cmd.Template.isEmpty() && !form.ApplyTemplate(cmd.Template)) return 1;
-    if (!form.SaveChartPicture(cmd.Picture, cmd.Size)) {
+    if (!cmd.Picture.isEmpty() && !form.SaveChartPicture(cmd.Picture, cmd.Size)) {
         PrintErr(TxtFmt(TTextId::CliCannotWritePicture, {QDir::toNativeSeparators(cmd.Picture)}));
+        return 3;
+    }
+    if (!cmd.Report.isEmpty() && !form.SaveReport(cmd.Report)) {
+        PrintErr(TxtFmt(TTextId::ReportCannotWrite, {QDir::toNativeSeparators(cmd.Report)}));
         return 3;
     }
     return 0;
@@ -76,12 +80,15 @@ TCommandLine ParseCommandLine(const QStringList& args) {
         const bool hasValue = i + 1 < args.size();
         if (a.startsWith(QLatin1String("--export-"))) {
             const QString format = a.mid(9);
-            if (format != QLatin1String("png") && format != QLatin1String("jpg") &&
-                format != QLatin1String("bmp"))
-                return invalid(a);
+            static const QStringList kFormats = {QStringLiteral("png"), QStringLiteral("jpg"), QStringLiteral("bmp"),
+                                                 QStringLiteral("pdf"), QStringLiteral("svg")};
+            if (!kFormats.contains(format)) return invalid(a);
             if (!cmd.Picture.isEmpty() || !hasValue) return invalid(a);
             cmd.Format = format;
             cmd.Picture = args[++i];
+        } else if (a == QLatin1String("--report")) {
+            if (!cmd.Report.isEmpty() || !hasValue) return invalid(a);
+            cmd.Report = args[++i];
         } else if (a == QLatin1String("--size")) {
             if (!hasValue || sizeGiven) return invalid(a);
             static const QRegularExpression re(QStringLiteral("^(\\d{1,5})[xX](\\d{1,5})$"));
@@ -101,7 +108,7 @@ TCommandLine ParseCommandLine(const QStringList& args) {
             cmd.Files << a;
         }
     }
-    if (!cmd.Picture.isEmpty()) {
+    if (!cmd.Picture.isEmpty() || !cmd.Report.isEmpty()) {
         if (cmd.Files.size() != 1) return invalid(cmd.Files.value(1, QStringLiteral("FILE")));
         cmd.Mode = TCommandLine::TMode::Export;
     } else if (sizeGiven || templateGiven) {

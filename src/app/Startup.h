@@ -24,7 +24,8 @@ struct TCommandLine {
     TMode Mode = TMode::Window;
     QStringList Files; // the plain arguments; a window opens exactly one
     QString Picture;   // export: the picture file
-    QString Format;    // export: "png", "jpg" or "bmp"
+    QString Report;    // export: the report's PDF file
+    QString Format;    // export: "png", "jpg", "bmp", "pdf" or "svg"
     QSize Size{1200, 800};
     QString Template; // export: a display template applied after the recording's own settings
     QString Error;    // invalid: the offending argument

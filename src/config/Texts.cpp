@@ -78,6 +78,11 @@ constexpr std::array kTable{
     TTextRecord{MsgCannotSaveSettings, u"Warning: the settings could not be saved [%s] !",
                 u"Warnung: Die Einstellungen konnten nicht gespeichert werden [%s] !",
                 u"Attention : les paramètres n’ont pas pu être enregistrés [%s] !"},
+    TTextRecord{MsgPrintFailed, u"The chart could not be printed on \"%s\".",
+                u"Die Grafik konnte nicht auf \"%s\" gedruckt werden.",
+                u"Le graphique n’a pas pu être imprimé sur \"%s\"."},
+    TTextRecord{MsgCannotWritePicture, u"The picture \"%s\" cannot be written.",
+                u"Das Bild \"%s\" kann nicht geschrieben werden.", u"L’image \"%s\" ne peut pas être écrite."},
 
     // Large-file question
     TTextRecord{BigDataInfo, u"This file contains more than 2.5 million measurements.",
@@ -151,6 +156,12 @@ constexpr std::array kTable{
                 u"Exporter le graphique en bitmap.."},
     TTextRecord{MenuFileExportJpg, u"Export graphic as JPEG..", u"Grafik als JPEG exportieren..",
                 u"Exporter le graphique en JPEG.."},
+    TTextRecord{MenuFileExportPng, u"Export graphic as PNG..", u"Grafik als PNG exportieren..",
+                u"Exporter le graphique en PNG.."},
+    TTextRecord{MenuFileExportPdf, u"Export graphic as PDF..", u"Grafik als PDF exportieren..",
+                u"Exporter le graphique en PDF.."},
+    TTextRecord{MenuFileExportSvg, u"Export graphic as SVG..", u"Grafik als SVG exportieren..",
+                u"Exporter le graphique en SVG.."},
     TTextRecord{MenuFilePrintPreview, u"Print preview..", u"Druckvorschau..", u"Aperçu avant impression.."},
     TTextRecord{MenuFilePrint, u"Print", u"Drucken", u"Imprimer"},
     TTextRecord{HintFilePrint, u"Print graph", u"Grafik drucken", u"Imprimer le graphique"},
@@ -313,6 +324,26 @@ constexpr std::array kTable{
     TTextRecord{PrintProperties, u"&Properties", u"&Eigenschaften", u"&Propriétés"},
     TTextRecord{PrintPrint, u"Pri&nt", u"&Drucken", u"&Imprimer"},
     TTextRecord{PrintBack, u"&Back", u"&Zurück", u"&Retour"},
+    TTextRecord{PrintToPdf, u"PDF file", u"PDF-Datei", u"Fichier PDF"},
+
+    // Chart editor
+    TTextRecord{EdTitles, u"Titles", u"Titel", u"Titres"},
+    TTextRecord{EdAxes, u"Axes", u"Achsen", u"Axes"},
+    TTextRecord{EdLegend, u"Legend", u"Legende", u"Légende"},
+    TTextRecord{EdBackground, u"Background", u"Hintergrund", u"Arrière-plan"},
+    TTextRecord{EdVisible, u"Visible", u"Sichtbar", u"Visible"},
+    TTextRecord{EdGrid, u"Grid lines", u"Gitterlinien", u"Quadrillage"},
+    TTextRecord{EdGridColor, u"Grid colour", u"Gitterfarbe", u"Couleur du quadrillage"},
+    TTextRecord{EdLineStyle, u"Line style", u"Linienart", u"Style de ligne"},
+    TTextRecord{EdLineStyles, u"\"solid\",\"dashed\",\"dotted\",\"dash-dotted\"",
+                u"\"durchgezogen\",\"gestrichelt\",\"gepunktet\",\"Strich-Punkt\"",
+                u"\"continu\",\"tirets\",\"pointillé\",\"tiret-point\""},
+    TTextRecord{EdPoints, u"Points", u"Punkte", u"Points"},
+    TTextRecord{EdPosition, u"Position", u"Position", u"Position"},
+    TTextRecord{EdPositions, u"\"right\",\"left\"", u"\"rechts\",\"links\"", u"\"à droite\",\"à gauche\""},
+    TTextRecord{EdFrame, u"Frame", u"Rahmen", u"Cadre"},
+    TTextRecord{EdChartBackground, u"Chart background", u"Diagrammhintergrund", u"Fond du graphique"},
+    TTextRecord{EdPlotBackground, u"Plot background", u"Zeichenflächenhintergrund", u"Fond de la zone de tracé"},
 
     // Integration and flow dialog
     TTextRecord{CalcDlgIntegration, u"Numerical integration", u"Numerische Integration",
@@ -439,14 +470,20 @@ constexpr std::array kTable{
     // Command-line picture export
     TTextRecord{CliUsage,
                 u"Usage: zeb_viewer [FILE]\r\n"
-                u"       zeb_viewer FILE --export-png|--export-jpg|--export-bmp OUT [--size WxH] "
-                u"[--template T.mse]",
+                u"       zeb_viewer FILE --export-png|--export-jpg|--export-bmp|--export-pdf|--export-svg OUT "
+                u"[--size WxH] "
+                u"[--template T.mse]\r\n"
+                u"       zeb_viewer FILE --report OUT.pdf [--template T.mse]",
                 u"Aufruf: zeb_viewer [DATEI]\r\n"
-                u"        zeb_viewer DATEI --export-png|--export-jpg|--export-bmp AUSGABE [--size BxH] "
-                u"[--template V.mse]",
+                u"        zeb_viewer DATEI --export-png|--export-jpg|--export-bmp|--export-pdf|--export-svg "
+                u"AUSGABE [--size BxH] "
+                u"[--template V.mse]\r\n"
+                u"        zeb_viewer DATEI --report AUSGABE.pdf [--template V.mse]",
                 u"Usage : zeb_viewer [FICHIER]\r\n"
-                u"        zeb_viewer FICHIER --export-png|--export-jpg|--export-bmp SORTIE [--size LxH] "
-                u"[--template M.mse]"},
+                u"        zeb_viewer FICHIER --export-png|--export-jpg|--export-bmp|--export-pdf|--export-svg "
+                u"SORTIE [--size LxH] "
+                u"[--template M.mse]\r\n"
+                u"        zeb_viewer FICHIER --report SORTIE.pdf [--template M.mse]"},
     TTextRecord{CliBadArgument, u"Invalid argument: %s", u"Ungültiges Argument: %s", u"Argument invalide : %s"},
     TTextRecord{CliCannotWritePicture, u"Cannot write picture [%s] !", u"Kann Bild [%s] nicht schreiben !",
                 u"Impossible d’écrire l’image [%s] !"},

@@ -38,6 +38,8 @@ enum class TTextId : int {
     MsgZebFileDefect,
     MsgCannotSaveFile,
     MsgCannotSaveSettings,
+    MsgPrintFailed,
+    MsgCannotWritePicture,
 
     // Large-file question
     BigDataInfo,
@@ -97,6 +99,9 @@ enum class TTextId : int {
     MenuFileExportText,
     MenuFileExportBmp,
     MenuFileExportJpg,
+    MenuFileExportPng,
+    MenuFileExportPdf,
+    MenuFileExportSvg,
     MenuFilePrintPreview,
     MenuFilePrint,
     HintFilePrint,
@@ -229,6 +234,24 @@ enum class TTextId : int {
     PrintProperties,
     PrintPrint,
     PrintBack,
+    PrintToPdf,
+
+    // Chart editor
+    EdTitles,
+    EdAxes,
+    EdLegend,
+    EdBackground,
+    EdVisible,
+    EdGrid,
+    EdGridColor,
+    EdLineStyle,
+    EdLineStyles, // quoted list
+    EdPoints,
+    EdPosition,
+    EdPositions, // quoted list
+    EdFrame,
+    EdChartBackground,
+    EdPlotBackground,
 
     // Integration and flow dialog
     CalcDlgIntegration,

@@ -124,12 +124,26 @@ struct TPrintState {
     bool Proportional = false;
     bool CheckBoxes = true; // the extended legend
 };
+// What the chart editor sets beyond the template's keys: kept while the program runs, not
+// saved. Colours as the platform's values, 0x00BBGGRR.
+struct TChartLook {
+    int TitleColor = 0x000000;
+    int Background = 0xFFFFFF;
+    int PlotBackground = 0xFFFFFF;
+    bool LegendVisible = true;
+    bool LegendLeft = false; // beside the plot on the left instead of the right
+    bool LegendFrame = true;
+    bool AxisVisible[3] = {true, true, true};
+    int GridColor[3] = {0xC8C8C8, 0xC8C8C8, 0xC8C8C8};
+    std::vector<int> CurveStyle; // by curve: 0 solid, 1 dashed, 2 dotted, 3 dash-dotted
+};
 struct TViewState {
     TViewState() { Axes[2].Grid = false; } // the right axis draws no grid of its own
     TAxisState Axes[3]; // bottom, left, right
     TCursorState Cursors[2];
     TGeneralState General;
     TPrintState Print;
+    TChartLook Look;
 };
 enum TAxisId : int { axBottom = 0, axLeft = 1, axRight = 2 };
 

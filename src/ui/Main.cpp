@@ -10,7 +10,10 @@
 #include "DataBase.h"
 #include "FileThread.h"
 #include "Formats.h"
+#include "ChartEditor.h"
 #include "GoToDlg.h"
+#include "Printing.h"
+#include "ReportDlg.h"
 #include "TableView.h"
 #include "ViewCalc.h"
 #include "ViewFFT.h"
@@ -39,7 +42,16 @@
 #include <QPainter>
 #include <QPainterPath>
 #include <QProcess>
+#include <QComboBox>
+#include <QGroupBox>
+#include <QPageSetupDialog>
+#include <QPrintDialog>
+#include <QPrintPreviewWidget>
+#include <QPrinter>
+#include <QPrinterInfo>
 #include <QProgressBar>
+#include <QRadioButton>
+#include <QSpinBox>
 #include <QPushButton>
 #include <QStackedWidget>
 #include <QStatusBar>
@@ -96,7 +108,8 @@ enum class TGlyph {
     TableGotoTMin,
     TableGotoTime,
     TextModify,
-    TextInsert
+    TextInsert,
+    Print
 };
 
 QIcon Glyph(TGlyph g) {
@@ -277,6 +290,18 @@ QIcon Glyph(TGlyph g) {
         }
         break;
     }
+    case TGlyph::Print: {
+        p.setPen(QPen(ink, 1.2));
+        p.setBrush(Qt::white);
+        p.drawRect(QRectF(6.5, 2.5, 9, 6));
+        p.setBrush(QColor(220, 220, 220));
+        p.drawRoundedRect(QRectF(2.5, 8.5, 17, 8), 1.5, 1.5);
+        p.setBrush(Qt::white);
+        p.drawRect(QRectF(6.5, 13.5, 9, 6));
+        p.setPen(QPen(accent, 1.2));
+        p.drawLine(QPointF(8, 16), QPointF(14, 16));
+        break;
+    }
     case TGlyph::TableGotoTime: {
         p.setPen(QPen(ink, 1.4));
         p.setBrush(Qt::white);
@@ -317,7 +342,9 @@ QToolButton* SpeedButton(QFrame* panel, const char* name, QAction* action) {
 
 // ====================================================================== creation
 
-TForm1::TForm1(QWidget* parent) : QMainWindow(parent), FCommandLine(QCoreApplication::arguments().mid(1)) {
+TForm1::TForm1(QWidget* parent)
+    : QMainWindow(parent), FCommandLine(QCoreApplication::arguments().mid(1)),
+      FPrinter(std::make_unique<QPrinter>(QPrinter::HighResolution)) {
     setObjectName(QStringLiteral("Form1"));
     setAcceptDrops(true);
     FormCreate();
@@ -353,6 +380,8 @@ void TForm1::FormCreate() {
     BuildMenus();
     BuildWorkPage();
     BuildProgressPage();
+    BuildPreviewPage();
+    BuildEditorPage();
 
     stbStatus = new QLabel(this);
     stbStatus->setObjectName(QStringLiteral("stbStatus"));
@@ -392,7 +421,7 @@ void TForm1::FormCreate() {
                              s.CustomApp0_Mul, s.CustomApp0_Add);
 
     // 5. the chart view
-    onbWork->setCurrentIndex(pgWork);
+    ShowWorkPage(pgWork);
     onbView->setCurrentIndex(pgGraph);
     View_OnPageChanged(pgGraph);
     SyncGraphSwitches();
@@ -426,9 +455,32 @@ void TForm1::BuildMenus() {
     menFile->addAction(menFileTemplateUse);
     menFile->addAction(menFileTemplateSave);
     menFile->addSeparator();
+    menFileExportBmp = action("menFileExportBmp", &TForm1::GUI_FileExportBmp);
+    menFileExportJpg = action("menFileExportJpg", &TForm1::GUI_FileExportJpeg);
+    menFileExportPng = action("menFileExportPng", &TForm1::GUI_FileExportPng);
+    menFileExportPdf = action("menFileExportPdf", &TForm1::GUI_FileExportPdf);
+    menFileExportSvg = action("menFileExportSvg", &TForm1::GUI_FileExportSvg);
+    for (QAction* a : {menFileExportBmp, menFileExportJpg, menFileExportPng, menFileExportPdf, menFileExportSvg})
+        menFile->addAction(a);
+    menFile->addSeparator();
+    menFilePrintPreview = action("menFilePrintPreview", &TForm1::GUI_FilePrintPreview);
+    menFilePrint = action("menFilePrint", &TForm1::GUI_FilePrint);
+    menFilePrint->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_P));
+    menFilePrintDirect = action("menFilePrintDirect", &TForm1::GUI_FilePrintDirect);
+    menFilePrintDirect->setIcon(QIcon::fromTheme(QStringLiteral("document-print"), Glyph(TGlyph::Print)));
+    menFilePrintReport = action("menFilePrintReport", &TForm1::GUI_FilePrintReport);
+    menFilePrintReport->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_R));
+    for (QAction* a : {menFilePrintPreview, menFilePrint, menFilePrintReport})
+        menFile->addAction(a);
+    menFile->addSeparator();
     menFileExit = action("menFileExit", &TForm1::GUI_FileExit);
     menFileExit->setShortcut(QKeySequence(Qt::ALT | Qt::Key_F4));
     menFile->addAction(menFileExit);
+    // While a file loads the window offers nothing but leaving.
+    menFile2 = menuBar()->addMenu(QString());
+    menFile2->setObjectName(QStringLiteral("menFile2"));
+    menFileExit2 = action("menFileExit2", &TForm1::GUI_FileExit);
+    menFile2->addAction(menFileExit2);
 
     // One view at a time: the menu and the tool buttons show which.
     menView = menuBar()->addMenu(QString());
@@ -488,6 +540,11 @@ void TForm1::BuildMenus() {
     menGraphLimits = action("menGraphLimits", &TForm1::GUI_GraphLimits);
     menGraphLimits->setCheckable(true);
     menGraph->addAction(menGraphLimits);
+    menGraphCheckboxes = action("menGraphCheckboxes", &TForm1::GUI_GraphCheckboxes);
+    menGraphCheckboxes->setCheckable(true);
+    menGraph->addAction(menGraphCheckboxes);
+    menGraphExtended = action("menGraphExtended", &TForm1::GUI_GraphExtended);
+    menGraph->addAction(menGraphExtended);
     menGraph->addSeparator();
     menGraphFunc = menGraph->addMenu(QString());
     menGraphFunc->setObjectName(QStringLiteral("menGraphFunc"));
@@ -539,6 +596,9 @@ void TForm1::BuildMenus() {
     menCfgRedo = action("menCfgRedo", &TForm1::GUI_CfgRedo);
     menCfgRedo->setIcon(Glyph(TGlyph::Undo));
     menCfg->addAction(menCfgRedo);
+
+    menBack = action("menBack", &TForm1::GUI_Back);
+    menuBar()->addAction(menBack);
 }
 
 void TForm1::BuildWorkPage() {
@@ -557,6 +617,7 @@ void TForm1::BuildWorkPage() {
     Panel3 = ToolPanel(bar, "Panel3");
     SpeedButton(Panel3, "spbFileOpen", menFileOpen);
     SpeedButton(Panel3, "spbFileSave", menFileSave);
+    SpeedButton(Panel3, "spbFilePrint", menFilePrintDirect);
     h->addWidget(Panel3);
 
     // The view buttons come before the panels that change with the view, so they stay put.
@@ -609,7 +670,7 @@ void TForm1::BuildWorkPage() {
     // page 0: the chart with the crosshair read-outs below it
     auto* graphPage = new QWidget(onbView);
     graphPage->setObjectName(QStringLiteral("tbsGraph"));
-    auto* gv = new QVBoxLayout(graphPage);
+    auto* gv = FGraphLayout = new QVBoxLayout(graphPage);
     gv->setContentsMargins(0, 0, 0, 0);
     gv->setSpacing(0);
     FChart->setParent(graphPage);
@@ -681,6 +742,21 @@ void TForm1::ApplyLanguage() {
     menFileTemplateUse->setText(Txt(TTextId::MenuFileTemplateUse));
     menFileTemplateSave->setText(Txt(TTextId::MenuFileTemplateSave));
     menFileExit->setText(Txt(TTextId::MenuFileExit));
+    menFile2->setTitle(Txt(TTextId::MenuFile));
+    menFileExit2->setText(Txt(TTextId::MenuFileExit));
+    menBack->setText(Txt(TTextId::MenuBack));
+    menFileExportBmp->setText(Txt(TTextId::MenuFileExportBmp));
+    menFileExportJpg->setText(Txt(TTextId::MenuFileExportJpg));
+    menFileExportPng->setText(Txt(TTextId::MenuFileExportPng));
+    menFileExportPdf->setText(Txt(TTextId::MenuFileExportPdf));
+    menFileExportSvg->setText(Txt(TTextId::MenuFileExportSvg));
+    menFilePrintPreview->setText(Txt(TTextId::MenuFilePrintPreview));
+    menFilePrint->setText(Txt(TTextId::MenuFilePrint));
+    menFilePrintDirect->setText(Txt(TTextId::HintFilePrint));
+    menFilePrintDirect->setToolTip(Txt(TTextId::HintFilePrint));
+    menFilePrintReport->setText(Txt(TTextId::MenuFilePrintReport));
+    menGraphExtended->setText(Txt(TTextId::MenuGraphExtended));
+    menGraphCheckboxes->setText(Txt(TTextId::MenuGraphCheckboxes));
 
     menGraph->setTitle(Txt(TTextId::MenuGraph));
     const TTextId grid[3] = {TTextId::MenuGraphGridBottom, TTextId::MenuGraphGridLeft,
@@ -724,6 +800,21 @@ void TForm1::ApplyLanguage() {
 
     chkBigDataOn->setText(Txt(TTextId::DataReduction));
     btnFileCancel->setText(Txt(TTextId::BtnCancel));
+    lblPrinter->setText(Txt(TTextId::PrintPrinter));
+    cbxPrinter->setItemText(cbxPrinter->count() - 1, Txt(TTextId::PrintToPdf));
+    btnPrintProperties->setText(Txt(TTextId::PrintProperties));
+    rgpPrintOrientation->setTitle(Txt(TTextId::PrintOrientation));
+    const QStringList orientations = zeb::TxtList(TTextId::PrintOrientations);
+    for (int k = 0; k < 2; ++k)
+        FOrientation[k]->setText(orientations.value(k));
+    grpPrintMargins->setTitle(Txt(TTextId::PrintMargins));
+    const TTextId margins[4] = {TTextId::PrintMarginLeft, TTextId::PrintMarginRight, TTextId::PrintMarginTop,
+                                TTextId::PrintMarginBottom};
+    for (int k = 0; k < 4; ++k)
+        lblPrintMargin[k]->setText(Txt(margins[k]));
+    chkPrintProportional->setText(Txt(TTextId::PrintProportional));
+    btnPrint->setText(Txt(TTextId::PrintPrint));
+    btnPrintCancel->setText(Txt(TTextId::PrintBack));
 }
 
 void TForm1::FindHelperPrograms() {
@@ -899,6 +990,9 @@ void TForm1::GUI_CfgRedo() {
 void TForm1::GUI_File() {
     const bool open = !FCaptionFile.isEmpty() && !FLoading;
     menFileTemplateUse->setEnabled(open);
+    for (QAction* a : {menFileExportBmp, menFileExportJpg, menFileExportPng, menFileExportPdf, menFileExportSvg,
+                       menFilePrintPreview, menFilePrint, menFilePrintReport})
+        a->setEnabled(open);
     menFileOpenAgain->setEnabled(!FLoading && !menFileOpenAgain->isEmpty());
 }
 
@@ -1089,6 +1183,7 @@ void TForm1::GUI_Graph() {
     menGraphLimits->setChecked(FDataBase->LimitLinesOn());
     menGraphFuncFlow->setVisible(FDataBase->ExistsFlowModul());
     menGraphFuncCalc->setChecked(FViewCalc->IsActive());
+    menGraphCheckboxes->setChecked(FDataBase->View().Print.CheckBoxes);
     menGraphNote->setChecked(FChart->Texts()->NoticesShown());
     menGraphFuncLimit->setChecked(FViewLimit->IsActive());
     for (int k = 0; k < 2; ++k)
@@ -1254,7 +1349,7 @@ bool TForm1::OpenFile(const QString& fileName) {
     FViewCalc->SetInactive();
     FViewLimit->SetInactive();
     if (FViewFFT) FViewFFT->hide(); // its input belongs to the old recording
-    onbWork->setCurrentIndex(pgProgress);
+    ShowWorkPage(pgProgress);
     FCaptionFile.clear();
     FModified = false;
     lblFileTitle->setText(Txt(TTextId::MsgReadingFile) + QLatin1Char('\n') +
@@ -1340,7 +1435,7 @@ void TForm1::FileFailed(int result) {
     UpdateCaption();
     FDataBase->Repaint(true);
     FChart->Rebuild();
-    onbWork->setCurrentIndex(pgWork);
+    ShowWorkPage(pgWork);
     View_OnPageChanged(onbView->currentIndex());
     SyncGraphSwitches();
     if (result == TFileThread::kResultPreviewer) {
@@ -1390,7 +1485,7 @@ void TForm1::FileLoaded() {
     FChart->Texts()->SetNoticesShown(false); // the notice series starts hidden with every file
     db.Repaint(true);
     FChart->Rebuild();
-    onbWork->setCurrentIndex(pgWork);
+    ShowWorkPage(pgWork);
     View_OnPageChanged(onbView->currentIndex());
     GraphCursorSet(0, true);
     GraphCursorSet(1, true);
@@ -1480,11 +1575,326 @@ void TForm1::dropEvent(QDropEvent* event) {
 // ====================================================================== picture
 
 bool TForm1::SaveChartPicture(const QString& fileName, QSize size) {
-    const QString suffix = QFileInfo(fileName).suffix().toLower();
-    const int w = size.width(), h = size.height();
-    if (suffix == QLatin1String("png")) return FChart->savePng(fileName, w, h);
-    if (suffix == QLatin1String("jpg") || suffix == QLatin1String("jpeg"))
-        return FChart->saveJpg(fileName, w, h, 1.0, 95);
-    if (suffix == QLatin1String("bmp")) return FChart->saveBmp(fileName, w, h);
+    return ::SaveChartPicture(*FChart, fileName, size);
+}
+
+// ====================================================================== outer pages
+
+int TForm1::WorkPage() const {
+    return onbWork->currentIndex();
+}
+
+void TForm1::ShowWorkPage(int page) {
+    onbWork->setCurrentIndex(page);
+    if (page == pgPreview || page == pgEditor) SetStatus(QString());
+    const bool work = page == pgWork;
+    menFile->menuAction()->setVisible(work);
+    menView->menuAction()->setVisible(work);
+    menFile2->menuAction()->setVisible(page == pgProgress);
+    menBack->setVisible(page == pgPreview || page == pgEditor);
+    if (work) {
+        View_OnPageChanged(onbView->currentIndex()); // the view's own menu and panels
+    } else {
+        for (QMenu* m : {menGraph, menTable, menCfg})
+            m->menuAction()->setVisible(false);
+    }
+}
+
+void TForm1::GUI_Back() {
+    if (WorkPage() == pgEditor) {
+        GUI_GraphEditorExit();
+        return;
+    }
+    ShowWorkPage(pgWork);
+}
+
+// ====================================================================== printing
+
+void TForm1::BuildPreviewPage() {
+    auto* page = new QWidget(onbWork);
+    page->setObjectName(QStringLiteral("tbsPrintPreview"));
+    FPreview = new QPrintPreviewWidget(FPrinter.get(), page);
+    FPreview->setObjectName(QStringLiteral("panPrintPreview"));
+    connect(FPreview, &QPrintPreviewWidget::paintRequested, this, [this](QPrinter* printer) {
+        PrintChart(*printer, *FChart, FDataBase->View().Print);
+        QTimer::singleShot(0, this, &TForm1::GUI_PrintAfterDraw);
+    });
+
+    auto* side = new QWidget(page);
+    side->setObjectName(QStringLiteral("panPrintControls"));
+    side->setFixedWidth(230);
+    auto* v = new QVBoxLayout(side);
+    lblPrinter = new QLabel(side);
+    cbxPrinter = new QComboBox(side);
+    cbxPrinter->setObjectName(QStringLiteral("cbxPrinter"));
+    for (const QString& name : QPrinterInfo::availablePrinterNames())
+        cbxPrinter->addItem(name, name);
+    cbxPrinter->addItem(QString(), QString()); // a PDF file, named when printing
+    connect(cbxPrinter, &QComboBox::currentIndexChanged, this, [this](int index) {
+        const QString name = cbxPrinter->itemData(index).toString();
+        if (name.isEmpty()) {
+            FPrinter->setOutputFormat(QPrinter::PdfFormat);
+        } else {
+            FPrinter->setOutputFormat(QPrinter::NativeFormat);
+            FPrinter->setPrinterName(name);
+        }
+        FPreview->updatePreview();
+    });
+    btnPrintProperties = new QPushButton(side);
+    btnPrintProperties->setObjectName(QStringLiteral("btnPrintProperties"));
+    connect(btnPrintProperties, &QPushButton::clicked, this, &TForm1::GUI_PrintProperties);
+
+    rgpPrintOrientation = new QGroupBox(side);
+    rgpPrintOrientation->setObjectName(QStringLiteral("rgpPrintOrientation"));
+    auto* ov = new QVBoxLayout(rgpPrintOrientation);
+    for (int k = 0; k < 2; ++k) {
+        FOrientation[k] = new QRadioButton(rgpPrintOrientation);
+        FOrientation[k]->setObjectName(k ? QStringLiteral("rbnLandscape") : QStringLiteral("rbnPortrait"));
+        ov->addWidget(FOrientation[k]);
+        connect(FOrientation[k], &QRadioButton::toggled, this, [this, k](bool on) {
+            if (on && !FPreviewFilling) GUI_PrintOrientation(k);
+        });
+    }
+
+    grpPrintMargins = new QGroupBox(side);
+    grpPrintMargins->setObjectName(QStringLiteral("grpPrintMargins"));
+    auto* grid = new QGridLayout(grpPrintMargins);
+    QSpinBox** fields[4] = {&osfPrintMarginLeft, &osfPrintMarginRight, &osfPrintMarginTop, &osfPrintMarginBottom};
+    const char* names[4] = {"osfPrintMarginLeft", "osfPrintMarginRight", "osfPrintMarginTop", "osfPrintMarginBottom"};
+    for (int k = 0; k < 4; ++k) {
+        lblPrintMargin[k] = new QLabel(grpPrintMargins);
+        auto* f = *fields[k] = new QSpinBox(grpPrintMargins);
+        f->setObjectName(QLatin1String(names[k]));
+        f->setRange(0, 45);
+        connect(f, &QSpinBox::valueChanged, this, [this] {
+            if (!FPreviewFilling) GUI_PrintMargins();
+        });
+        grid->addWidget(lblPrintMargin[k], k, 0);
+        grid->addWidget(f, k, 1);
+    }
+    chkPrintProportional = new QCheckBox(side);
+    chkPrintProportional->setObjectName(QStringLiteral("chkPrintProportional"));
+    connect(chkPrintProportional, &QCheckBox::toggled, this, [this] {
+        if (!FPreviewFilling) GUI_PrintProportional();
+    });
+    btnPrint = new QPushButton(side);
+    btnPrint->setObjectName(QStringLiteral("btnPrint"));
+    connect(btnPrint, &QPushButton::clicked, this, &TForm1::GUI_Print);
+    btnPrintCancel = new QPushButton(side);
+    btnPrintCancel->setObjectName(QStringLiteral("btnPrintCancel"));
+    connect(btnPrintCancel, &QPushButton::clicked, this, &TForm1::GUI_Back);
+
+    v->addWidget(lblPrinter);
+    v->addWidget(cbxPrinter);
+    v->addWidget(btnPrintProperties);
+    v->addSpacing(8);
+    v->addWidget(rgpPrintOrientation);
+    v->addWidget(grpPrintMargins);
+    v->addWidget(chkPrintProportional);
+    v->addStretch(1);
+    v->addWidget(btnPrint);
+    v->addWidget(btnPrintCancel);
+
+    auto* h = new QHBoxLayout(page);
+    h->addWidget(FPreview, 1);
+    h->addWidget(side);
+    onbWork->addWidget(page); // page 2
+}
+
+void TForm1::PrinterFromStore() {
+    FPrinter->setPageOrientation(FDataBase->View().Print.Landscape ? QPageLayout::Landscape : QPageLayout::Portrait);
+}
+
+void TForm1::GUI_FilePrintPreview() {
+    if (FLoading || FCaptionFile.isEmpty() || !CfgPageApply()) return;
+    PrinterFromStore();
+    FPreviewFilling = true;
+    const bool landscape = FPrinter->pageLayout().orientation() == QPageLayout::Landscape;
+    FOrientation[landscape ? 1 : 0]->setChecked(true);
+    FPreviewFilling = false;
+    // Without a printer of the system the preview and the print are a PDF page.
+    if (cbxPrinter->itemData(cbxPrinter->currentIndex()).toString().isEmpty())
+        FPrinter->setOutputFormat(QPrinter::PdfFormat);
+    ShowWorkPage(pgPreview);
+    FPreview->updatePreview();
+}
+
+void TForm1::GUI_PrintOrientation(int item) {
+    FPreview->setOrientation(item == 1 ? QPageLayout::Landscape : QPageLayout::Portrait);
+    FDataBase->View().Print.Landscape = item == 1;
+    SetModified(true);
+}
+
+void TForm1::GUI_PrintMargins() {
+    TPrintState& p = FDataBase->View().Print;
+    p.Proportional = false;
+    p.MarginLeft = osfPrintMarginLeft->value();
+    p.MarginRight = osfPrintMarginRight->value();
+    p.MarginTop = osfPrintMarginTop->value();
+    p.MarginBottom = osfPrintMarginBottom->value();
+    SetModified(true);
+    FPreview->updatePreview();
+}
+
+void TForm1::GUI_PrintProportional() {
+    FDataBase->View().Print.Proportional = chkPrintProportional->isChecked();
+    SetModified(true);
+    if (chkPrintProportional->isChecked()) FPreview->updatePreview();
+}
+
+// The fields show the margins the preview was drawn with: the proportional ones when on.
+void TForm1::GUI_PrintAfterDraw() {
+    const TPrintState& p = FDataBase->View().Print;
+    const QRect page = FPrinter->pageLayout().paintRectPixels(FPrinter->resolution());
+    const TPrintMargins m = MarginsFor(p, page.size(), FChart->size());
+    FPreviewFilling = true;
+    osfPrintMarginLeft->setValue(m.Left);
+    osfPrintMarginRight->setValue(m.Right);
+    osfPrintMarginTop->setValue(m.Top);
+    osfPrintMarginBottom->setValue(m.Bottom);
+    chkPrintProportional->setChecked(p.Proportional);
+    FPreviewFilling = false;
+}
+
+void TForm1::GUI_PrintProperties() {
+    QPageSetupDialog dlg(FPrinter.get(), this);
+    if (dlg.exec() == QDialog::Accepted) FPreview->updatePreview();
+}
+
+// A PDF "printer" asks where the page goes; a printer of the system prints at once.
+bool TForm1::PrintNow() {
+    if (FPrinter->outputFormat() == QPrinter::PdfFormat && FPrinter->outputFileName().isEmpty()) {
+        QString fileName = QFileInfo(FDataBase->FileName()).completeBaseName() + QStringLiteral(".pdf");
+        const QString dir = QFileInfo(FDataBase->FileName()).absolutePath();
+        if (!TZebDlg::SaveFile(Txt(TTextId::MenuFilePrint), dir, QStringLiteral("PDF (*.pdf)|*.pdf"),
+                               QStringLiteral(".pdf"), fileName))
+            return false;
+        FPrinter->setOutputFileName(fileName);
+        const bool ok = PrintChart(*FPrinter, *FChart, FDataBase->View().Print);
+        FPrinter->setOutputFileName(QString());
+        if (!ok) ShowError(TxtFmt(TTextId::MsgPrintFailed, {QDir::toNativeSeparators(fileName)}));
+        return ok;
+    }
+    if (PrintChart(*FPrinter, *FChart, FDataBase->View().Print)) return true;
+    ShowError(TxtFmt(TTextId::MsgPrintFailed, {FPrinter->printerName()}));
     return false;
+}
+
+void TForm1::GUI_Print() {
+    if (PrintNow()) ShowWorkPage(pgWork);
+}
+
+// At once, with the orientation the printer has; the store's orientation is set afterwards,
+// as the program always has.
+void TForm1::GUI_FilePrintDirect() {
+    if (FLoading || FCaptionFile.isEmpty() || !CfgPageApply()) return;
+    if (FPrinter->outputFormat() == QPrinter::NativeFormat && FPrinter->printerName().isEmpty()) {
+        // No printer of the system: the dialog, which offers a file.
+        GUI_FilePrint();
+        return;
+    }
+    PrintNow();
+    PrinterFromStore();
+}
+
+void TForm1::GUI_FilePrint() {
+    if (FLoading || FCaptionFile.isEmpty() || !CfgPageApply()) return;
+    PrinterFromStore();
+    QPrintDialog dlg(FPrinter.get(), this);
+    dlg.setObjectName(QStringLiteral("PrintDialog1"));
+    if (dlg.exec() != QDialog::Accepted) return;
+    FDataBase->View().Print.Landscape = FPrinter->pageLayout().orientation() == QPageLayout::Landscape;
+    if (!PrintChart(*FPrinter, *FChart, FDataBase->View().Print))
+        ShowError(TxtFmt(TTextId::MsgPrintFailed, {FPrinter->printerName()}));
+}
+
+void TForm1::GUI_FilePrintReport() {
+    if (FLoading || FCaptionFile.isEmpty() || !CfgPageApply()) return;
+    // The figures are the analyses' over what the chart shows.
+    TfrmReport dlg(*FDataBase, FChart, this);
+    dlg.exec();
+}
+
+bool TForm1::SaveReport(const QString& fileName) {
+    return WriteReportPdf(*FDataBase, FChart, fileName);
+}
+
+// ====================================================================== picture export
+
+void TForm1::ExportPicture(const QString& extension, const QString& filter, TTextId title) {
+    if (FLoading || FCaptionFile.isEmpty() || !CfgPageApply()) return;
+    const QFileInfo data(FDataBase->FileName());
+    QString fileName = data.absoluteDir().filePath(data.completeBaseName() + extension);
+    if (!TZebDlg::SaveFile(Txt(title), data.absolutePath(), filter, extension, fileName)) return;
+    QCoreApplication::processEvents();
+    if (!SaveChartPicture(fileName, FChart->size()))
+        ShowError(TxtFmt(TTextId::MsgCannotWritePicture, {QDir::toNativeSeparators(fileName)}));
+}
+
+void TForm1::GUI_FileExportBmp() {
+    ExportPicture(QStringLiteral(".bmp"), TZebDlg::BmpFilter(), TTextId::MenuFileExportBmp);
+}
+
+void TForm1::GUI_FileExportJpeg() {
+    ExportPicture(QStringLiteral(".jpg"), TZebDlg::JpgFilter(), TTextId::MenuFileExportJpg);
+}
+
+void TForm1::GUI_FileExportPng() {
+    ExportPicture(QStringLiteral(".png"), QStringLiteral("PNG (*.png)|*.png"), TTextId::MenuFileExportPng);
+}
+
+void TForm1::GUI_FileExportPdf() {
+    ExportPicture(QStringLiteral(".pdf"), QStringLiteral("PDF (*.pdf)|*.pdf"), TTextId::MenuFileExportPdf);
+}
+
+void TForm1::GUI_FileExportSvg() {
+    ExportPicture(QStringLiteral(".svg"), QStringLiteral("SVG (*.svg)|*.svg"), TTextId::MenuFileExportSvg);
+}
+
+// ====================================================================== chart editor
+
+void TForm1::BuildEditorPage() {
+    FEditor = new QWidget(onbWork);
+    FEditor->setObjectName(QStringLiteral("tbsGraphEditor"));
+    auto* v = new QVBoxLayout(FEditor);
+    // The chart itself stands left of the editor while the page is shown.
+    FEditorRow = new QHBoxLayout;
+    auto* editor = new TChartEditor(FDataBase, FChart, FEditor);
+    connect(editor, &TChartEditor::modified, this, [this] { SetModified(true); });
+    FEditorRow->addWidget(editor);
+    v->addLayout(FEditorRow, 1);
+    auto* row = new QHBoxLayout;
+    row->addStretch(1);
+    btnGraphEditorOK = new QPushButton(Txt(TTextId::BtnOk), FEditor);
+    btnGraphEditorOK->setObjectName(QStringLiteral("btnGraphEditorOK"));
+    connect(btnGraphEditorOK, &QPushButton::clicked, this, &TForm1::GUI_GraphEditorExit);
+    row->addWidget(btnGraphEditorOK);
+    v->addLayout(row);
+    onbWork->addWidget(FEditor); // page 3
+}
+
+void TForm1::GUI_GraphExtended() {
+    if (FLoading || onbView->currentIndex() != pgGraph) return;
+    FEditor->findChild<TChartEditor*>()->Fill();
+    FGraphLayout->removeWidget(FChart);
+    FEditorRow->insertWidget(0, FChart, 1);
+    ShowWorkPage(pgEditor);
+}
+
+void TForm1::GUI_GraphEditorExit() {
+    if (FChart->parentWidget() == FEditor) {
+        FEditorRow->removeWidget(FChart);
+        FGraphLayout->insertWidget(0, FChart, 1);
+    }
+    ShowWorkPage(pgWork);
+    FChart->Rebuild();
+    SyncGraphSwitches();
+}
+
+void TForm1::GUI_GraphCheckboxes() {
+    TPrintState& p = FDataBase->View().Print;
+    p.CheckBoxes = !p.CheckBoxes;
+    menGraphCheckboxes->setChecked(p.CheckBoxes);
+    FChart->Rebuild();
+    SetModified(true);
 }

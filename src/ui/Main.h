@@ -15,6 +15,10 @@
 #include <memory>
 #include <vector>
 
+namespace zeb {
+enum class TTextId : int;
+}
+
 class QAction;
 class QActionGroup;
 class QCheckBox;
@@ -22,7 +26,13 @@ class QFrame;
 class QLabel;
 class QMenu;
 class QMimeData;
+class QGroupBox;
+class QPrintPreviewWidget;
+class QPrinter;
 class QProgressBar;
+class QRadioButton;
+class QSpinBox;
+class QComboBox;
 class QPushButton;
 class QStackedWidget;
 class QToolButton;
@@ -39,7 +49,7 @@ class TfrmViewLimit;
 class TForm1 : public QMainWindow {
     Q_OBJECT
 public:
-    enum TWorkPage : int { pgWork = 0, pgProgress = 1 };
+    enum TWorkPage : int { pgWork = 0, pgProgress = 1, pgPreview = 2, pgEditor = 3 };
     enum TViewPage : int { pgGraph = 0, pgTable = 1, pgCfg = 2 };
 
     explicit TForm1(QWidget* parent = nullptr);
@@ -65,6 +75,8 @@ public:
     // The chart as a picture file of the given size; the format follows the extension
     // (png, jpg, bmp).
     bool SaveChartPicture(const QString& fileName, QSize size);
+    // The report of the open recording as a PDF file (the command line's --report).
+    bool SaveReport(const QString& fileName);
 
     TDataBase* DataBase() const { return FDataBase; }
     TZebChart* Chart() const { return FChart; }
@@ -75,6 +87,10 @@ public:
     // The FFT view, made when first asked for.
     TfrmViewFFT* ViewFFT() const { return FViewFFT; }
     int ViewPage() const;
+    // The outer notebook: work, progress, print preview, chart editor.
+    int WorkPage() const;
+    // The printer every print goes to; tests point it at a PDF file.
+    QPrinter* Printer() const { return FPrinter.get(); }
     // The configuration tab that the page opens on next; -1 keeps the tab it shows.
     int CfgTab() const { return FCfgTab; }
     bool IsLoading() const { return FLoading; }
@@ -124,6 +140,25 @@ public Q_SLOTS:
     void menGraphFuncLimitClick();
     void menGraphFuncKessaClick();
     void menGraphFFTClick();
+    void GUI_FileExportBmp();
+    void GUI_FileExportJpeg();
+    void GUI_FileExportPng();
+    void GUI_FileExportPdf();
+    void GUI_FileExportSvg();
+    void GUI_FilePrintPreview();
+    void GUI_FilePrint();
+    void GUI_FilePrintDirect();
+    void GUI_FilePrintReport();
+    void GUI_Back();
+    void GUI_GraphExtended();
+    void GUI_GraphEditorExit();
+    void GUI_GraphCheckboxes();
+    void GUI_PrintOrientation(int item);
+    void GUI_PrintMargins();
+    void GUI_PrintProportional();
+    void GUI_PrintAfterDraw();
+    void GUI_Print();
+    void GUI_PrintProperties();
     void menGraphNoteClick();
     void spbTextModifyClick();
     void spbTextInsertClick();
@@ -139,6 +174,15 @@ private:
     void BuildMenus();
     void BuildWorkPage();
     void BuildProgressPage();
+    void BuildPreviewPage();
+    void BuildEditorPage();
+    // Shows an outer page with the menus it allows: all on the work page, only the second
+    // File menu while a file loads, only "Back!" on the preview and the chart editor.
+    void ShowWorkPage(int page);
+    // Asks for a picture file named after the recording and writes the chart into it.
+    void ExportPicture(const QString& extension, const QString& filter, zeb::TTextId title);
+    bool PrintNow();
+    void PrinterFromStore();
     void ApplyLanguage();
     void FindHelperPrograms();
     void UpdateCaption();
@@ -209,6 +253,7 @@ private:
     bool FTextExportAvailable = false;
     TMessageSink FBatchSink;
     QElapsedTimer FBusyStep;
+    std::unique_ptr<QPrinter> FPrinter;
 
     // ---- controls
     QStackedWidget* onbWork = nullptr;
@@ -237,6 +282,42 @@ private:
     QAction* menFileTemplateUse = nullptr;
     QAction* menFileTemplateSave = nullptr;
     QAction* menFileExit = nullptr;
+    QMenu* menFile2 = nullptr; // while a file loads: only "Exit"
+    QAction* menFileExit2 = nullptr;
+    QAction* menBack = nullptr;
+    QAction* menFileExportBmp = nullptr;
+    QAction* menFileExportJpg = nullptr;
+    QAction* menFileExportPng = nullptr;
+    QAction* menFileExportPdf = nullptr;
+    QAction* menFileExportSvg = nullptr;
+    QAction* menFilePrintPreview = nullptr;
+    QAction* menFilePrint = nullptr;
+    QAction* menFilePrintDirect = nullptr; // the print tool button
+    QAction* menFilePrintReport = nullptr;
+    QAction* menGraphExtended = nullptr;
+    QAction* menGraphCheckboxes = nullptr;
+    // ---- the print preview page
+    QPrintPreviewWidget* FPreview = nullptr;
+    QCheckBox* chkPrintProportional = nullptr;
+    QGroupBox* rgpPrintOrientation = nullptr;
+    QRadioButton* FOrientation[2] = {};
+    QGroupBox* grpPrintMargins = nullptr;
+    QSpinBox* osfPrintMarginLeft = nullptr;
+    QSpinBox* osfPrintMarginRight = nullptr;
+    QSpinBox* osfPrintMarginTop = nullptr;
+    QSpinBox* osfPrintMarginBottom = nullptr;
+    QLabel* lblPrintMargin[4] = {};
+    QLabel* lblPrinter = nullptr;
+    QComboBox* cbxPrinter = nullptr;
+    QPushButton* btnPrintProperties = nullptr;
+    QPushButton* btnPrint = nullptr;
+    QPushButton* btnPrintCancel = nullptr;
+    bool FPreviewFilling = false; // the controls are being set from the store
+    // ---- the chart editor page
+    QWidget* FEditor = nullptr;
+    class QVBoxLayout* FGraphLayout = nullptr; // the chart page's: the chart and its read-outs
+    class QHBoxLayout* FEditorRow = nullptr;   // the editor page's: the chart and the editor
+    QPushButton* btnGraphEditorOK = nullptr;
     QActionGroup* FViewGroup = nullptr;
     QAction* menViewGraph = nullptr;
     QAction* menViewTable = nullptr;

@@ -479,7 +479,10 @@ void TZebChart::Rebuild() {
         }
         p->SetReduction(FDb->Curve_isBigDataOn(i));
         p->SetLineType(FDb->Curve_TypeGet(i));
-        p->setPen(QPen(ColorOf(FDb->Curve_ColorGet(i)), std::max(1, FDb->Curve_WidthGet(i))));
+        static constexpr Qt::PenStyle kStyles[] = {Qt::SolidLine, Qt::DashLine, Qt::DotLine, Qt::DashDotLine};
+        const std::vector<int>& styles = FDb->View().Look.CurveStyle;
+        const int style = i < int(styles.size()) ? std::clamp(styles[size_t(i)], 0, 3) : 0;
+        p->setPen(QPen(ColorOf(FDb->Curve_ColorGet(i)), std::max(1, FDb->Curve_WidthGet(i)), kStyles[style]));
         p->setName(LegendText(i));
         p->setVisible(FDb->Curve_IsActive(i));
         FLegendCurves.push_back(i);
@@ -511,6 +514,7 @@ void TZebChart::Rebuild() {
     ApplyAxes(withData);
     ApplyTexts();
     BuildLayout();
+    ApplyLook();
     FTexts->Rebuild();
     FCrossHair->Rebind();
     replot();
@@ -569,6 +573,33 @@ void TZebChart::ApplyTexts() {
     FNameText->setText(g.ShowName ? FDb->NameText().join(QLatin1Char('\n')) : QString());
 }
 
+// What the chart editor set beyond the template.
+void TZebChart::ApplyLook() {
+    const TChartLook& look = FDb->View().Look;
+    FTitle->setTextColor(ColorOf(look.TitleColor));
+    FFoot->setTextColor(ColorOf(look.TitleColor));
+    setBackground(ColorOf(look.Background));
+    axisRect()->setBackground(ColorOf(look.PlotBackground));
+    legend->setBorderPen(look.LegendFrame ? QPen(Qt::black) : QPen(Qt::NoPen));
+    legend->setVisible(legend->visible() && look.LegendVisible);
+    for (int a = 0; a < 3; ++a) {
+        QCPAxis* ax = ChartAxis(a);
+        if (!look.AxisVisible[a]) ax->setVisible(false);
+        ax->grid()->setPen(QPen(ColorOf(look.GridColor[a]), 0, Qt::DotLine));
+    }
+    // The legend's column beside the plot, right or left.
+    if (FMainRow->element(0, look.LegendLeft ? 0 : 1) != FLegendColumn) {
+        QCPLayoutElement* rect = axisRect();
+        FMainRow->take(rect);
+        FMainRow->take(FLegendColumn);
+        FMainRow->simplify();
+        FMainRow->addElement(0, 0, look.LegendLeft ? static_cast<QCPLayoutElement*>(FLegendColumn) : rect);
+        FMainRow->addElement(0, 1, look.LegendLeft ? static_cast<QCPLayoutElement*>(rect) : FLegendColumn);
+        FMainRow->setColumnStretchFactor(look.LegendLeft ? 0 : 1, 0.001);
+        FMainRow->setColumnStretchFactor(look.LegendLeft ? 1 : 0, 1.0);
+    }
+}
+
 void TZebChart::BuildLayout() {
     const QList<QCPLayoutElement*> present = plotLayout()->elements(false);
     for (QCPLayoutElement* e : std::initializer_list<QCPLayoutElement*>{FTitle, FInfoRow, FMainRow, FFoot})
@@ -610,8 +641,8 @@ void TZebChart::FillLegend() {
         legend->addItem(new TCurveLegendItem(legend, FCurves[size_t(curve)], curve,
                                              detailed ? FDb->Curve_LoggernameGet(curve) : QString()));
     }
-    legend->setVisible(n > 0);
-    const bool scrolls = rows < n;
+    legend->setVisible(n > 0 && FDb->View().Look.LegendVisible);
+    const bool scrolls = rows < n && legend->visible();
     const int barWidth = FLegendBar->sizeHint().width();
     FLegendColumn->setMargins(QMargins(0, 0, scrolls ? 8 + barWidth : 6, 0));
     const QSignalBlocker block(FLegendBar);

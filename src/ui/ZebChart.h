@@ -134,6 +134,7 @@ private:
     void BuildLayout();
     void ApplyAxes(bool withData);
     void ApplyTexts();
+    void ApplyLook();
     bool ElementClick(const QPoint& pos, Qt::KeyboardModifiers modifiers);
     int LegendCurveAt(const QPoint& pos) const;
     void FillLegend();
