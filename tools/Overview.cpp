@@ -104,7 +104,13 @@ void TOverview::AddRecord(double t, const quint32* bits, int count) {
     if (!any) return;
     FFirst = std::min(FFirst, t);
     FLast = std::max(FLast, t);
-    const size_t b = size_t(BucketOf(t));
+    // Stamps mostly come in order: most records fall into the bucket of the one before.
+    if (!(t >= FHitFrom && t < FHitTo)) {
+        FHit = BucketOf(t);
+        FHitFrom = BucketStart(int(FHit));
+        FHitTo = BucketStart(int(FHit) + 1);
+    }
+    const size_t b = size_t(FHit);
     for (int c = 0; c < count; ++c) {
         const quint32 bits32 = bits[c];
         if (bits32 == TRecordingWalk::kNoValueBits) continue;

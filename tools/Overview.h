@@ -67,4 +67,7 @@ private:
     double FOrigin = 0.0;
     double FWidth = kFirstWidth;
     bool FStarted = false;
+    // The bucket the last record fell into, and its edges.
+    qint64 FHit = 0;
+    double FHitFrom = 0.0, FHitTo = 0.0;
 };

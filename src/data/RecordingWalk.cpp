@@ -147,7 +147,7 @@ void TRecordingWalk::HandleBlock() {
 
 // Decodes the data records of the current block and hands every point to emit(curve, time,
 // value, kind); answers whether a record was cut off by the end of the block.
-template <typename Emit> bool TRecordingWalk::DecodeRecords(Emit&& emit) {
+template <bool Points, typename Emit> bool TRecordingWalk::DecodeRecords(Emit&& emit) {
     const size_t n = size_t(FCurveCount);
     const char* data = FFile.BlockData().constData();
     const int len = FFile.BlockSize();
@@ -168,8 +168,18 @@ template <typename Emit> bool TRecordingWalk::DecodeRecords(Emit&& emit) {
             }
             break;
         }
-        const double t = days * 86400.0;
         const char* p = data + pos + 8;
+        if constexpr (!Points) {
+            // Only counted: the reader takes the records as they stand.
+            for (size_t c = 0; c < n; ++c, p += 4) {
+                quint32 bits;
+                std::memcpy(&bits, p, 4);
+                FValueCount += bits != kNoValueBits;
+            }
+            pos += recordSize;
+            continue;
+        }
+        const double t = days * 86400.0;
         for (size_t c = 0; c < n; ++c, p += 4) {
             quint32 bits;
             std::memcpy(&bits, p, 4);
@@ -192,7 +202,7 @@ template <typename Emit> bool TRecordingWalk::DecodeRecords(Emit&& emit) {
 void TRecordingWalk::HandleData() {
     const int start = FFile.BlockPos();
     const bool damaged = FReceiver.WantsPoints() ? StagePoints()
-                                                 : DecodeRecords([](size_t, double, float, TPointKind) {});
+                                                 : DecodeRecords<false>([](size_t, double, float, TPointKind) {});
     const int end = FFile.BlockPos();
     if (end > start)
         FReceiver.OnRecords(std::span(FFile.BlockData().constData() + start, size_t(end - start)),
@@ -219,7 +229,7 @@ bool TRecordingWalk::StagePoints() {
             FKinds[c].resize(capacity);
         }
     }
-    const bool damaged = DecodeRecords([&](size_t c, double t, float v, TPointKind k) {
+    const bool damaged = DecodeRecords<true>([&](size_t c, double t, float v, TPointKind k) {
         const size_t i = FFill[c]++;
         FTimes[c][i] = t;
         FValues[c][i] = double(v);

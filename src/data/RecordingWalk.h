@@ -113,7 +113,7 @@ private:
     void HandleData();
     // Hands a data block's points to AddPoints, curve by curve; answers whether a record was cut off.
     bool StagePoints();
-    template <typename Emit> bool DecodeRecords(Emit&& emit);
+    template <bool Points, typename Emit> bool DecodeRecords(Emit&& emit);
     template <typename F> void ForEachRecord(F&& read);
 
     TDataFile& FFile;

@@ -1,0 +1,176 @@
+// The companion programs against bare zlib on the same data, in one process.
+//   bench_companions [previewValues [cutValues [csvValues]]]
+//       defaults 400,000,000 / 100,000,000 / 10,000,000 values on 4 channels
+// Previewer pass: time against a bare inflate of the file (goal <= 1.3) and its peak memory
+// (goal < 200 MB). Cutter, whole window and every channel (the most it can write): time
+// against a bare inflate of the source plus a bare deflate of what it writes (goal <= 2).
+// Text converter: time and its ratio to the bare inflate. Files go to $ZEB_BENCH_DIR or a
+// temporary folder.
+
+#include "Cutter.h"
+#include "DataFile.h"
+#include "Overview.h"
+#include "RecordingGenerator.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <cstdio>
+#include <cstring>
+#include <fstream>
+#include <string>
+#include <vector>
+#include <zlib.h>
+
+namespace {
+
+qint64 StatusKb(const char* key) {
+    std::ifstream f("/proc/self/status");
+    std::string line;
+    while (std::getline(f, line))
+        if (line.rfind(key, 0) == 0) return std::stoll(line.substr(std::strlen(key)));
+    return -1;
+}
+
+void ResetPeak() {
+    std::ofstream f("/proc/self/clear_refs");
+    f << "5";
+}
+
+double Seconds(const QElapsedTimer& t) { return double(t.nsecsElapsed()) * 1e-9; }
+
+// Inflates the whole file; with deflate set, also compresses what comes out at the default
+// level, as the cutter's writer does. Both outputs are thrown away.
+double BareZlib(const QString& path, bool deflateToo) {
+    QElapsedTimer timer;
+    timer.start();
+    QFile f(path);
+    if (!f.open(QIODevice::ReadOnly)) return 0;
+    z_stream in{}, out{};
+    inflateInit(&in);
+    if (deflateToo) deflateInit(&out, Z_DEFAULT_COMPRESSION);
+    std::vector<char> raw(256 * 1024), plain(65536), packed(256 * 1024);
+    int rc = Z_OK;
+    while (rc != Z_STREAM_END) {
+        if (in.avail_in == 0) {
+            const qint64 r = f.read(raw.data(), qint64(raw.size()));
+            if (r <= 0) break;
+            in.next_in = reinterpret_cast<Bytef*>(raw.data());
+            in.avail_in = uInt(r);
+        }
+        in.next_out = reinterpret_cast<Bytef*>(plain.data());
+        in.avail_out = uInt(plain.size());
+        rc = inflate(&in, Z_NO_FLUSH);
+        if (rc != Z_OK && rc != Z_STREAM_END) break;
+        if (!deflateToo) continue;
+        out.next_in = reinterpret_cast<Bytef*>(plain.data());
+        out.avail_in = uInt(plain.size() - in.avail_out);
+        while (out.avail_in > 0) {
+            out.next_out = reinterpret_cast<Bytef*>(packed.data());
+            out.avail_out = uInt(packed.size());
+            deflate(&out, Z_NO_FLUSH);
+        }
+    }
+    if (deflateToo) {
+        do {
+            out.next_out = reinterpret_cast<Bytef*>(packed.data());
+            out.avail_out = uInt(packed.size());
+        } while (deflate(&out, Z_FINISH) == Z_OK);
+        deflateEnd(&out);
+    }
+    inflateEnd(&in);
+    return Seconds(timer);
+}
+
+QString Make(const QTemporaryDir& dir, const char* name, qint64 values) {
+    const QString path = dir.filePath(QString::fromLatin1(name));
+    TGenOptions o;
+    o.channels = 4;
+    o.records = values / 4;
+    std::printf("writing %lld values on 4 channels ... ", static_cast<long long>(values));
+    std::fflush(stdout);
+    QElapsedTimer t;
+    t.start();
+    if (!WriteRecording(path, o)) return {};
+    std::printf("%.1f MB in %.1f s\n", double(QFile(path).size()) / 1e6, Seconds(t));
+    return path;
+}
+
+double Cut(const QString& source, const QString& target, bool csv) {
+    TCutRequest r;
+    r.Source = source;
+    r.Target = target;
+    r.Channels = {0, 1, 2, 3};
+    r.Csv = csv;
+    QElapsedTimer t;
+    t.start();
+    if (TCutter(r).Run() != TCutResult::Ok) return -1;
+    return Seconds(t);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    QCoreApplication app(argc, argv);
+    const qint64 previewValues = argc > 1 ? QByteArray(argv[1]).toLongLong() : 400000000;
+    const qint64 cutValues = argc > 2 ? QByteArray(argv[2]).toLongLong() : 100000000;
+    const qint64 csvValues = argc > 3 ? QByteArray(argv[3]).toLongLong() : 10000000;
+    const QByteArray where = qgetenv("ZEB_BENCH_DIR");
+    QTemporaryDir dir(where.isEmpty() ? QDir::tempPath() + QStringLiteral("/bench-XXXXXX")
+                                      : QString::fromLocal8Bit(where) + QStringLiteral("/bench-XXXXXX"));
+
+    // Previewer: one pass over the file, read-ahead inflating in a thread of its own.
+    {
+        const QString path = Make(dir, "preview.zeb", previewValues);
+        if (path.isEmpty()) return 1;
+        const double inflate = BareZlib(path, false);
+        TOverview ov;
+        const qint64 before = StatusKb("VmRSS:");
+        ResetPeak();
+        QElapsedTimer t;
+        t.start();
+        const TOverview::TStatus status = ov.Build(path);
+        const double pass = Seconds(t);
+        const qint64 peak = StatusKb("VmHWM:");
+        std::printf("previewer pass: %lld values, bare inflate %.2f s, pass %.2f s, ratio %.2f (goal <= 1.3), "
+                    "memory %.1f MB above the %.1f MB before (goal < 200 MB)%s\n",
+                    static_cast<long long>(ov.ValueCount()), inflate, pass, pass / inflate,
+                    double(peak - before) / 1024.0, double(before) / 1024.0,
+                    status == TOverview::TStatus::Ok ? "" : " [not read to its end]");
+        QFile::remove(path);
+    }
+
+    // Cutter: everything, so it writes as much as it reads.
+    {
+        const QString path = Make(dir, "cut.zeb", cutValues);
+        if (path.isEmpty()) return 1;
+        const double inflate = BareZlib(path, false);
+        const double both = BareZlib(path, true);
+        const double cut = Cut(path, dir.filePath(QStringLiteral("out.zeb")), false);
+        std::printf("cutter: bare inflate %.2f s, bare inflate + deflate %.2f s, cutter %.2f s, ratio %.2f "
+                    "(goal <= 2)\n",
+                    inflate, both, cut, cut / both);
+        QFile::remove(path);
+        QFile::remove(dir.filePath(QStringLiteral("out.zeb")));
+    }
+
+    // Text converter.
+    {
+        const QString path = Make(dir, "csv.zeb", csvValues);
+        if (path.isEmpty()) return 1;
+        const double inflate = BareZlib(path, false);
+        const QString out = dir.filePath(QStringLiteral("out.csv"));
+        const qint64 before = StatusKb("VmRSS:");
+        ResetPeak();
+        const double csv = Cut(path, out, true);
+        const qint64 peak = StatusKb("VmHWM:");
+        std::printf("text converter: %lld values, bare inflate %.2f s, converter %.2f s (ratio %.1f), %.1f MB of "
+                    "text, memory %.1f MB above the start\n",
+                    static_cast<long long>(csvValues), inflate, csv, csv / inflate, double(QFile(out).size()) / 1e6,
+                    double(peak - before) / 1024.0);
+    }
+    return 0;
+}
