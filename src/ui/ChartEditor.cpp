@@ -239,6 +239,7 @@ void TChartEditor::Fill() {
     edtFoot->setText(v.General.Foot);
     auto fillFont = [](TFontFields& f, const TFontState& s) {
         f.Family->setCurrentFont(QFont(s.Name));
+        f.Family->setProperty("shown", f.Family->currentFont().family());
         f.Size->setValue(s.Size);
         f.Style->setCurrentIndex(std::clamp(s.Style, 0, 3));
     };
@@ -275,6 +276,7 @@ void TChartEditor::FillAxis() {
     chkAxisGrid->setChecked(s.Grid);
     ShowColor(btnGridColor, v.Look.GridColor[a]);
     FAxisFont.Family->setCurrentFont(QFont(v.General.FontAxes.Name));
+    FAxisFont.Family->setProperty("shown", FAxisFont.Family->currentFont().family());
     FAxisFont.Size->setValue(v.General.FontAxes.Size);
     FAxisFont.Style->setCurrentIndex(std::clamp(v.General.FontAxes.Style, 0, 3));
     FFilling = filling;
@@ -303,7 +305,9 @@ void TChartEditor::Apply() {
     v.General.Title = edtTitle->text();
     v.General.Foot = edtFoot->text();
     auto takeFont = [](const TFontFields& f, TFontState& s) {
-        s.Name = f.Family->currentFont().family();
+        // A family this machine lacks is shown as its stand-in; only a choice replaces it.
+        const QString family = f.Family->currentFont().family();
+        if (family != f.Family->property("shown").toString()) s.Name = family;
         s.Size = f.Size->value();
         s.Style = std::max(0, f.Style->currentIndex());
     };
