@@ -61,7 +61,7 @@ void PrintOut(const QString& text) { Print(text, stdout); }
 
 std::optional<double> ParseSeconds(const QString& text) {
     const QByteArray b = text.toLatin1();
-    if (b.isEmpty() || text.size() != b.size()) return std::nullopt;
+    if (b.isEmpty()) return std::nullopt;
     const char* first = b.constData();
     const char* last = first + b.size();
     if (*first == '+') ++first; // from_chars takes no plus sign

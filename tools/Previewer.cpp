@@ -48,7 +48,11 @@ const QColor kColors[] = {QColor(255, 0, 0),   QColor(0, 128, 0),   QColor(0, 0,
 
 QString Native(const QString& path) { return QDir::toNativeSeparators(path); }
 
-QString Number(double v) { return std::isfinite(v) ? QString::number(v, 'g', 7) : QString(); }
+// Seven digits, as a single holds them, with the program's decimal separator.
+QString Number(double v) {
+    if (!std::isfinite(v)) return {};
+    return QString::number(v, 'g', 7).replace(QLatin1Char('.'), zeb::FormatSettings().DecimalSeparator);
+}
 
 } // namespace
 
