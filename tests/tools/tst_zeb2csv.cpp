@@ -112,50 +112,41 @@ private Q_SLOTS:
         QTest::addColumn<QVariantMap>("codes");
         QTest::addColumn<bool>("german");
         QTest::addColumn<QStringList>("lines");
-        const QString t1 = u"2024-03-01 12:34:56.789"_s, t2 = u"2024-03-01 12:34:57.789"_s;
-        auto row = [](const char* name, QVariantMap codes, bool german, QStringList lines) {
-            QTest::newRow(name) << codes << german << lines;
+        // The three lines, split at '|'; %1 and %2 stand for the two rows' date and time.
+        auto row = [](const char* name, QVariantMap codes, const QString& lines, bool german = false) {
+            QString text = lines;
+            text.replace(u"%1"_s, u"2024-03-01 12:34:56.789"_s).replace(u"%2"_s, u"2024-03-01 12:34:57.789"_s);
+            QTest::newRow(name) << codes << german << text.split(u'|');
         };
-        row("defaults", {}, false, {u"Time,A [V],B"_s, t1 + u",1.5,"_s, t2 + u",,-0.25"_s});
-        row("German locale", {}, true,
-            {u"Time;A [V];B"_s, u"2024-03-01 12:34:56,789;1,5;"_s, u"2024-03-01 12:34:57,789;;-0,25"_s});
-        row("German locale, decimal point", {{u"iDecimalSeparator"_s, 1}}, true,
-            {u"Time,A [V],B"_s, t1 + u",1.5,"_s, t2 + u",,-0.25"_s});
-        row("list ;", {{u"iListSeparator"_s, 1}}, false, {u"Time;A [V];B"_s, t1 + u";1.5;"_s, t2 + u";;-0.25"_s});
-        row("list tab", {{u"iListSeparator"_s, 3}}, false,
-            {u"Time\tA [V]\tB"_s, t1 + u"\t1.5\t"_s, t2 + u"\t\t-0.25"_s});
-        row("list blank quotes", {{u"iListSeparator"_s, 4}}, false,
-            {u"Time \"A [V]\" B"_s, u"\""_s + t1 + u"\" 1.5 "_s, u"\""_s + t2 + u"\"  -0.25"_s});
-        row("list , and decimal , quote", {{u"iListSeparator"_s, 2}, {u"iDecimalSeparator"_s, 2}}, false,
-            {u"Time,A [V],B"_s, u"\"2024-03-01 12:34:56,789\",\"1,5\","_s, u"\"2024-03-01 12:34:57,789\",,\"-0,25\""_s});
-        row("three decimals", {{u"iNumberFormat"_s, 3}}, false, {u"Time,A [V],B"_s, t1 + u",1.500,"_s, t2 + u",,-0.250"_s});
-        row("scientific", {{u"iNumberFormat"_s, 10}}, false,
-            {u"Time,A [V],B"_s, t1 + u",1.500000E+00,"_s, t2 + u",,-2.500000E-01"_s});
-        row("number code out of range", {{u"iNumberFormat"_s, 11}}, false,
-            {u"Time,A [V],B"_s, t1 + u",1.5,"_s, t2 + u",,-0.25"_s});
-        row("missing NaN", {{u"iNanFormat"_s, 1}}, false, {u"Time,A [V],B"_s, t1 + u",1.5,NaN"_s, t2 + u",NaN,-0.25"_s});
-        row("missing #N/A", {{u"iNanFormat"_s, 2}}, false,
-            {u"Time,A [V],B"_s, t1 + u",1.5,#N/A"_s, t2 + u",#N/A,-0.25"_s});
-        row("missing -", {{u"iNanFormat"_s, 3}}, false, {u"Time,A [V],B"_s, t1 + u",1.5,-"_s, t2 + u",-,-0.25"_s});
-        row("seconds from the first row", {{u"iTimeColumn"_s, 1}}, false,
-            {u"Time [s],A [V],B"_s, u"0.000000,1.5,"_s, u"1.000000,,-0.25"_s});
-        row("date and seconds", {{u"iTimeColumn"_s, 2}}, false,
-            {u"Time,Time [s],A [V],B"_s, t1 + u",0.000000,1.5,"_s, t2 + u",1.000000,,-0.25"_s});
-        row("seconds since 2000", {{u"iTimeColumn"_s, 3}}, false,
-            {u"Time [s],A [V],B"_s, u"762611696.789000,1.5,"_s, u"762611697.789000,,-0.25"_s});
-        const QStringList dates{u"01/03/2024"_s, u"03/01/2024"_s, u"01.03.2024"_s, u"01-Mar-2024"_s, u"2024-Mar-01"_s};
+        const QString plain = u"Time,A [V],B|%1,1.5,|%2,,-0.25"_s;
+        row("defaults", {}, plain);
+        row("German locale", {}, u"Time;A [V];B|2024-03-01 12:34:56,789;1,5;|2024-03-01 12:34:57,789;;-0,25"_s, true);
+        row("German locale, decimal point", {{u"iDecimalSeparator"_s, 1}}, plain, true);
+        row("list ;", {{u"iListSeparator"_s, 1}}, u"Time;A [V];B|%1;1.5;|%2;;-0.25"_s);
+        row("list tab", {{u"iListSeparator"_s, 3}}, u"Time\tA [V]\tB|%1\t1.5\t|%2\t\t-0.25"_s);
+        row("list blank quotes", {{u"iListSeparator"_s, 4}}, u"Time \"A [V]\" B|\"%1\" 1.5 |\"%2\"  -0.25"_s);
+        row("list , and decimal , quote", {{u"iListSeparator"_s, 2}, {u"iDecimalSeparator"_s, 2}},
+            u"Time,A [V],B|\"2024-03-01 12:34:56,789\",\"1,5\",|\"2024-03-01 12:34:57,789\",,\"-0,25\""_s);
+        row("three decimals", {{u"iNumberFormat"_s, 3}}, u"Time,A [V],B|%1,1.500,|%2,,-0.250"_s);
+        row("scientific", {{u"iNumberFormat"_s, 10}}, u"Time,A [V],B|%1,1.500000E+00,|%2,,-2.500000E-01"_s);
+        row("number code out of range", {{u"iNumberFormat"_s, 11}}, plain);
+        row("missing NaN", {{u"iNanFormat"_s, 1}}, u"Time,A [V],B|%1,1.5,NaN|%2,NaN,-0.25"_s);
+        row("missing #N/A", {{u"iNanFormat"_s, 2}}, u"Time,A [V],B|%1,1.5,#N/A|%2,#N/A,-0.25"_s);
+        row("missing -", {{u"iNanFormat"_s, 3}}, u"Time,A [V],B|%1,1.5,-|%2,-,-0.25"_s);
+        row("seconds from the first row", {{u"iTimeColumn"_s, 1}}, u"Time [s],A [V],B|0.000000,1.5,|1.000000,,-0.25"_s);
+        row("date and seconds", {{u"iTimeColumn"_s, 2}}, u"Time,Time [s],A [V],B|%1,0.000000,1.5,|%2,1.000000,,-0.25"_s);
+        row("seconds since 2000", {{u"iTimeColumn"_s, 3}},
+            u"Time [s],A [V],B|762611696.789000,1.5,|762611697.789000,,-0.25"_s);
+        const char* dates[] = {"01/03/2024", "03/01/2024", "01.03.2024", "01-Mar-2024", "2024-Mar-01"};
         for (int i = 1; i <= 5; ++i)
-            QTest::addRow("date format %d", i) << QVariantMap{{u"iDateFormat"_s, i}} << false
-                                               << QStringList{u"Time,A [V],B"_s, dates[i - 1] + u" 12:34:56.789,1.5,"_s,
-                                                              dates[i - 1] + u" 12:34:57.789,,-0.25"_s};
-        row("date pattern", {{u"iDateFormat"_s, 6}, {u"sDateFormat"_s, u"yy/MM/dd"_s}}, false,
-            {u"Time,A [V],B"_s, u"24/03/01 12:34:56.789,1.5,"_s, u"24/03/01 12:34:57.789,,-0.25"_s});
-        row("time seconds", {{u"iTimeFormat"_s, 1}}, false,
-            {u"Time,A [V],B"_s, u"2024-03-01 12:34:56,1.5,"_s, u"2024-03-01 12:34:57,,-0.25"_s});
-        row("time minutes", {{u"iTimeFormat"_s, 2}}, false,
-            {u"Time,A [V],B"_s, u"2024-03-01 12:34,1.5,"_s, u"2024-03-01 12:34,,-0.25"_s});
-        row("time pattern", {{u"iTimeFormat"_s, 3}, {u"sTimeFormat"_s, u"HH'h'mm:ss"_s}}, false,
-            {u"Time,A [V],B"_s, u"2024-03-01 12h34:56,1.5,"_s, u"2024-03-01 12h34:57,,-0.25"_s});
+            row(dates[i - 1], {{u"iDateFormat"_s, i}},
+                u"Time,A [V],B|%3 12:34:56.789,1.5,|%3 12:34:57.789,,-0.25"_s.replace(u"%3"_s, QLatin1String(dates[i - 1])));
+        row("date pattern", {{u"iDateFormat"_s, 6}, {u"sDateFormat"_s, u"yy/MM/dd"_s}},
+            u"Time,A [V],B|24/03/01 12:34:56.789,1.5,|24/03/01 12:34:57.789,,-0.25"_s);
+        row("time seconds", {{u"iTimeFormat"_s, 1}}, u"Time,A [V],B|2024-03-01 12:34:56,1.5,|2024-03-01 12:34:57,,-0.25"_s);
+        row("time minutes", {{u"iTimeFormat"_s, 2}}, u"Time,A [V],B|2024-03-01 12:34,1.5,|2024-03-01 12:34,,-0.25"_s);
+        row("time pattern", {{u"iTimeFormat"_s, 3}, {u"sTimeFormat"_s, u"HH'h'mm:ss"_s}},
+            u"Time,A [V],B|2024-03-01 12h34:56,1.5,|2024-03-01 12h34:57,,-0.25"_s);
     }
     void settingsCodes() {
         QFETCH(QVariantMap, codes);
