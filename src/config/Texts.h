@@ -40,6 +40,10 @@ enum class TTextId : int {
     MsgCannotSaveSettings,
     MsgPrintFailed,
     MsgCannotWritePicture,
+    MsgCutterRunning,
+    MsgCutterDone,
+    MsgCutterFailed,
+    MsgCutterNoChannel,
 
     // Large-file question
     BigDataInfo,

@@ -27,6 +27,7 @@ void TStoreReceiver::SetStartTime(double days) {
 void TStoreReceiver::AddCurve(const QString& moduleName) {
     const int index = FDb.Curve_Count();
     FDb.FCurves.push_back(std::make_unique<TDataBase::TCurve>());
+    FDb.FCurves.back()->FileChannel = index;
     FDb.FCurves.back()->LimitsShown = FDb.FLimitsOn; // a new file starts as "Limits" was left
     TMseSettingsCurve& c = FDb.FSettings.Curves.Add();
     c.Axis.Reset(1);

@@ -221,6 +221,9 @@ public:
     bool Curve_IsActive(int curve) const { return Curve_IsValid(curve) && FCurves[size_t(curve)]->Active; }
     bool Curve_IsAvailable(int curve) const { return Curve_IsActive(curve) && !Data(curve).IsEmpty(); }
     void Curve_SetActive(int curve, bool active);
+    // The curve's channel in the data file, which differs from its index once empty
+    // channels were dropped after the load.
+    int Curve_FileChannel(int curve) const { return Curve_IsValid(curve) ? FCurves[size_t(curve)]->FileChannel : -1; }
     QString Curve_NameGet(int curve) const;
     void Curve_NameSet(int curve, const QString& name);
     QString Curve_UnitGet(int curve) const;
@@ -342,6 +345,7 @@ private:
         bool Active = true;
         bool BigDataOn = false;
         bool LimitsShown = true;
+        int FileChannel = -1;
         mutable std::shared_ptr<const TCurveSummary> Summary; // of Data as it was at SummaryCount
         mutable qint64 SummaryCount = -1;
     };

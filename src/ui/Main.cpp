@@ -61,6 +61,7 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <charconv>
 
 using zeb::TMsgDlgBtn;
 using zeb::TMsgDlgType;
@@ -351,6 +352,14 @@ TForm1::TForm1(QWidget* parent)
 }
 
 TForm1::~TForm1() {
+    // Cuts the user started finish before the program ends, with the window already gone.
+    if (!FCutters.empty()) {
+        hide();
+        for (QProcess* cutter : std::vector<QProcess*>(FCutters)) {
+            cutter->disconnect(this);
+            cutter->waitForFinished(-1);
+        }
+    }
     // A load still running is only stopped; its pending reports go nowhere.
     FFileThread = nullptr;
     FThreads.clear();
@@ -449,6 +458,10 @@ void TForm1::BuildMenus() {
     menFileSave->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_S));
     menFileSave->setIcon(style()->standardIcon(QStyle::SP_DialogSaveButton));
     menFile->addAction(menFileSave);
+    menFileSaveAs = action("menFileSaveAs", &TForm1::GUI_FileSaveAs);
+    menFileExportText = action("menFileExportText", &TForm1::GUI_FileExportText);
+    menFile->addAction(menFileSaveAs);
+    menFile->addAction(menFileExportText);
     menFile->addSeparator();
     menFileTemplateUse = action("menFileTemplateUse", &TForm1::GUI_FileTemplateUse);
     menFileTemplateSave = action("menFileTemplateSave", &TForm1::GUI_FileTemplateSave);
@@ -749,6 +762,8 @@ void TForm1::ApplyLanguage() {
     menFileExportJpg->setText(Txt(TTextId::MenuFileExportJpg));
     menFileExportPng->setText(Txt(TTextId::MenuFileExportPng));
     menFileExportPdf->setText(Txt(TTextId::MenuFileExportPdf));
+    menFileSaveAs->setText(Txt(TTextId::MenuFileSaveAs));
+    menFileExportText->setText(Txt(TTextId::MenuFileExportText));
     menFileExportSvg->setText(Txt(TTextId::MenuFileExportSvg));
     menFilePrintPreview->setText(Txt(TTextId::MenuFilePrintPreview));
     menFilePrint->setText(Txt(TTextId::MenuFilePrint));
@@ -824,6 +839,9 @@ void TForm1::FindHelperPrograms() {
     const bool converter = CompanionExists(partner ? QStringLiteral("trk2csv") : QStringLiteral("zeb2csv"));
     FCutterAvailable = cutter;
     FTextExportAvailable = cutter && converter;
+    // Missing programs take their commands away for good.
+    menFileSaveAs->setVisible(FCutterAvailable);
+    menFileExportText->setVisible(FTextExportAvailable);
 }
 
 void TForm1::SetBigDataDlg(TfrmBigDataDlg* dlg) {
@@ -994,6 +1012,8 @@ void TForm1::GUI_File() {
                        menFilePrintPreview, menFilePrint, menFilePrintReport})
         a->setEnabled(open);
     menFileOpenAgain->setEnabled(!FLoading && !menFileOpenAgain->isEmpty());
+    menFileSaveAs->setEnabled(open);
+    menFileExportText->setEnabled(open);
 }
 
 void TForm1::GUI_FileOpen() {
@@ -1849,6 +1869,89 @@ void TForm1::GUI_FileExportPdf() {
 
 void TForm1::GUI_FileExportSvg() {
     ExportPicture(QStringLiteral(".svg"), QStringLiteral("SVG (*.svg)|*.svg"), TTextId::MenuFileExportSvg);
+}
+
+// ====================================================================== time-window cuts
+
+namespace {
+
+// Shortest text that reads back to the same double, with "." whatever the locale: the cutter's
+// window must hold exactly the points the chart shows at its edges.
+QString ExactNumber(double v) {
+    char buf[32];
+    const auto r = std::to_chars(buf, buf + sizeof buf, v);
+    return QString::fromLatin1(buf, int(r.ptr - buf));
+}
+
+} // namespace
+
+QStringList TForm1::CutterArguments(const QString& target, bool csv) const {
+    const TDataBase& db = *FDataBase;
+    QStringList channels;
+    for (int i = 0; i < db.Curve_Count(); ++i)
+        if (db.Curve_IsAvailable(i)) channels << QString::number(db.Curve_FileChannel(i));
+    if (channels.isEmpty()) return {};
+    const TAxisState& bottom = db.View().Axes[axBottom];
+    QStringList args{QDir::toNativeSeparators(db.FileName()), QDir::toNativeSeparators(target),
+                     ExactNumber(bottom.Min), ExactNumber(bottom.Max), QString::number(channels.size()),
+                     channels.join(QLatin1Char(','))};
+    if (csv) args << QStringLiteral("csv");
+    return args;
+}
+
+void TForm1::StartCutter(const QString& target, bool csv) {
+    const QStringList args = CutterArguments(target, csv);
+    if (args.isEmpty()) {
+        SetStatus(Txt(TTextId::MsgCutterNoChannel));
+        return;
+    }
+    const bool partner = ZebSettings().BrandVariant != 0;
+    auto* cutter = new QProcess(this);
+    // Every argument travels as one word; on Windows Qt quotes each in double quotes.
+    cutter->setProgram(CompanionPath(partner ? QStringLiteral("trk_cutter") : QStringLiteral("zeb_cutter")));
+    cutter->setArguments(args);
+    cutter->setProcessChannelMode(QProcess::SeparateChannels);
+    const QString shown = QDir::toNativeSeparators(target);
+    connect(cutter, &QProcess::finished, this, [this, cutter, shown](int code, QProcess::ExitStatus status) {
+        std::erase(FCutters, cutter);
+        const QString message = QString::fromLocal8Bit(cutter->readAllStandardError()).trimmed();
+        cutter->deleteLater();
+        if (status == QProcess::NormalExit && code == 0)
+            SetStatus(TxtFmt(TTextId::MsgCutterDone, {shown}));
+        else
+            SetStatus(TxtFmt(TTextId::MsgCutterFailed,
+                             {QString::number(status == QProcess::NormalExit ? code : -1),
+                              message.isEmpty() ? cutter->errorString() : message.section(QLatin1Char('\n'), 0, 0)}));
+        Q_EMIT cutterFinished(status == QProcess::NormalExit ? code : -1);
+    });
+    connect(cutter, &QProcess::errorOccurred, this, [this, cutter](QProcess::ProcessError error) {
+        if (error != QProcess::FailedToStart) return; // the rest ends in finished()
+        std::erase(FCutters, cutter);
+        SetStatus(TxtFmt(TTextId::MsgCutterFailed, {QStringLiteral("-1"), cutter->errorString()}));
+        cutter->deleteLater();
+        Q_EMIT cutterFinished(-1);
+    });
+    FCutters.push_back(cutter);
+    SetStatus(TxtFmt(TTextId::MsgCutterRunning, {shown}));
+    cutter->start();
+}
+
+void TForm1::GUI_FileSaveAs() {
+    if (FLoading || FCaptionFile.isEmpty() || !FCutterAvailable || !CfgPageApply()) return;
+    const QFileInfo data(FDataBase->FileName());
+    // The data file's own name would be refused by the cutter; offer a free one beside it.
+    QString fileName = data.absoluteDir().filePath(data.completeBaseName() + QStringLiteral("_window") +
+                                                    DataFileExtension());
+    if (!TZebDlg::SaveZebFile(Txt(TTextId::MenuFileSaveAs), data.absolutePath(), fileName)) return;
+    StartCutter(fileName, false);
+}
+
+void TForm1::GUI_FileExportText() {
+    if (FLoading || FCaptionFile.isEmpty() || !FTextExportAvailable || !CfgPageApply()) return;
+    const QFileInfo data(FDataBase->FileName());
+    QString fileName = data.absoluteDir().filePath(data.completeBaseName() + QStringLiteral(".csv"));
+    if (!TZebDlg::SaveCsvFile(Txt(TTextId::MenuFileExportText), data.absolutePath(), fileName)) return;
+    StartCutter(fileName, true);
 }
 
 // ====================================================================== chart editor

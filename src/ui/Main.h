@@ -29,6 +29,7 @@ class QMimeData;
 class QGroupBox;
 class QPrintPreviewWidget;
 class QPrinter;
+class QProcess;
 class QProgressBar;
 class QRadioButton;
 class QSpinBox;
@@ -102,12 +103,20 @@ public:
     // The companions found next to the program at start.
     bool CutterAvailable() const { return FCutterAvailable; }
     bool TextExportAvailable() const { return FTextExportAvailable; }
+    // The cutter's command line for the visible time window and the curves shown, in its
+    // order: data file, target, start, end, count, comma list of channels[, "csv"]. Empty
+    // when no curve is shown.
+    QStringList CutterArguments(const QString& target, bool csv) const;
+    // Cuts still running.
+    int CuttersRunning() const { return int(FCutters.size()); }
     // The settings file that belongs to a recording: same name, template extension.
     static QString SettingsFileOf(const QString& dataFile);
 
 Q_SIGNALS:
     // A load has ended with the loader's result code, after the window has dealt with it.
     void loadFinished(int result);
+    // A cutter started by the window has ended; the status bar says how.
+    void cutterFinished(int exitCode);
 
 public Q_SLOTS:
     void GUI_FileOpen();
@@ -145,6 +154,8 @@ public Q_SLOTS:
     void GUI_FileExportPng();
     void GUI_FileExportPdf();
     void GUI_FileExportSvg();
+    void GUI_FileSaveAs();
+    void GUI_FileExportText();
     void GUI_FilePrintPreview();
     void GUI_FilePrint();
     void GUI_FilePrintDirect();
@@ -222,6 +233,7 @@ private:
     void StepBusyIndicator();
     void ShowError(const QString& text);
     bool SaveSettingsNextToFile();
+    void StartCutter(const QString& target, bool csv);
     void StartPreviewer(const QString& fileName);
     QString FileDisplayName() const;
     QString DataFileExtension() const;
@@ -251,6 +263,7 @@ private:
     bool FShownOnce = false;
     bool FCutterAvailable = false;
     bool FTextExportAvailable = false;
+    std::vector<QProcess*> FCutters;
     TMessageSink FBatchSink;
     QElapsedTimer FBusyStep;
     std::unique_ptr<QPrinter> FPrinter;
@@ -290,6 +303,8 @@ private:
     QAction* menFileExportPng = nullptr;
     QAction* menFileExportPdf = nullptr;
     QAction* menFileExportSvg = nullptr;
+    QAction* menFileSaveAs = nullptr;
+    QAction* menFileExportText = nullptr;
     QAction* menFilePrintPreview = nullptr;
     QAction* menFilePrint = nullptr;
     QAction* menFilePrintDirect = nullptr; // the print tool button
