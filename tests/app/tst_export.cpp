@@ -8,6 +8,7 @@
 #include <QImage>
 #include <QProcess>
 #include <QTemporaryDir>
+#include <QXmlStreamReader>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -28,6 +29,30 @@ int ColouredPixels(const QImage& img) {
     return n;
 }
 
+// Pages of a PDF as Qt writes them: one page object each.
+int PdfPages(const QByteArray& pdf) {
+    return int(pdf.count("/Type /Page\n") + pdf.count("/Type /Page ") + pdf.count("/Type /Page/"));
+}
+
+// Drawn elements and texts of an SVG file; empty when it is not well-formed SVG.
+struct TSvg {
+    int Shapes = 0;
+    QString Texts;
+};
+TSvg ReadSvg(const QByteArray& svg) {
+    QXmlStreamReader xml(svg);
+    TSvg out;
+    bool root = true;
+    while (!xml.atEnd()) {
+        if (xml.readNext() != QXmlStreamReader::StartElement) continue;
+        if (root && xml.name() != u"svg"_s) return {};
+        root = false;
+        if (xml.name() == u"path"_s || xml.name() == u"polyline"_s) ++out.Shapes;
+        if (xml.name() == u"text"_s) out.Texts += xml.readElementText(QXmlStreamReader::IncludeChildElements);
+    }
+    return xml.hasError() ? TSvg{} : out;
+}
+
 } // namespace
 
 class TstExport : public QObject {
@@ -39,6 +64,8 @@ private Q_SLOTS:
 
     void formats_data();
     void formats();
+    void documents_data();
+    void documents();
     void failures_data();
     void failures();
     void templateApplied();
@@ -126,6 +153,40 @@ void TstExport::formats() {
     // An export is no use of the window: the recent list stays as it was.
     LoadZebSettings(QString::fromLatin1(kZebProgramViewer), QSize(1920, 1080));
     QVERIFY(ZebSettings().File[0].isEmpty());
+}
+
+// Vector output: the chart as PDF and SVG, and the report, whose pages grow with the curves.
+void TstExport::documents_data() {
+    QTest::addColumn<QString>("option");
+    QTest::addColumn<QString>("name");
+    QTest::newRow("pdf") << u"--export-pdf"_s << u"chart.pdf"_s;
+    QTest::newRow("svg") << u"--export-svg"_s << u"chart.svg"_s;
+    QTest::newRow("report") << u"--report"_s << u"report.pdf"_s;
+}
+
+void TstExport::documents() {
+    QFETCH(QString, option);
+    QFETCH(QString, name);
+    const QString out = FTmp.filePath(name);
+    QFile::remove(out);
+    const TResult r = Viewer({FFile, option, out});
+    QVERIFY2(r.ExitCode == 0, qPrintable(r.Err));
+    QFile f(out);
+    QVERIFY(f.open(QIODevice::ReadOnly));
+    const QByteArray bytes = f.readAll();
+    if (name.endsWith(u".svg"_s)) {
+        const TSvg svg = ReadSvg(bytes);
+        QVERIFY2(svg.Shapes > 10, qPrintable(QString::number(svg.Shapes)));
+        QVERIFY2(svg.Texts.contains(u"Time"_s) || svg.Texts.contains(u"Zeit"_s), qPrintable(svg.Texts));
+        return;
+    }
+    QVERIFY(bytes.startsWith("%PDF-"));
+    QVERIFY(bytes.trimmed().endsWith("%%EOF"));
+    const int pages = PdfPages(bytes);
+    if (option == u"--report"_s)
+        QVERIFY2(pages >= 2, qPrintable(QString::number(pages))); // header and chart, then the figures
+    else
+        QCOMPARE(pages, 1);
 }
 
 void TstExport::failures_data() {

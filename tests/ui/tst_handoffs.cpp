@@ -14,6 +14,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMessageBox>
+#include <QPointer>
 #include <QAbstractButton>
 #include <QTemporaryDir>
 #include <QTest>
@@ -58,24 +59,26 @@ double ReadBack(const QString& text) {
     return r.ptr == b.constData() + b.size() ? v : std::nan("");
 }
 
-// The file dialog's own question about replacing a file, answered yes once it is up.
-void ConfirmOverwrite(int tries = 400) {
-    QTimer::singleShot(5, [tries] {
+// The file dialog's own question about replacing a file, answered yes if it comes up before
+// the dialog closes. The dialog's file list may still remember a file that was just removed, so
+// the question is not left to what the disk says now.
+void ConfirmOverwrite(QPointer<QDialog> fd) {
+    QTimer::singleShot(5, [fd] {
         if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
             box->button(QMessageBox::Yes)->click();
             return;
         }
-        if (tries > 0) ConfirmOverwrite(tries - 1);
+        if (fd && fd->isVisible()) ConfirmOverwrite(fd);
     });
 }
 
-// Answers the save dialog with the name, and yes when the dialog asks about an existing file.
+// Answers the save dialog with the name.
 void AnswerSaveDialog(const QString& name) {
     TZebDlg::SetDialogHook([name](QDialog* dlg) {
         auto* fd = qobject_cast<QFileDialog*>(dlg);
         if (!fd) return;
         fd->findChild<QLineEdit*>(u"fileNameEdit"_s)->setText(name);
-        if (QFileInfo::exists(name)) ConfirmOverwrite();
+        ConfirmOverwrite(fd);
         dlg->accept();
     });
 }
@@ -193,14 +196,16 @@ void TstHandoffs::commandLine() {
 void TstHandoffs::cutLoadsBackToWindow_data() {
     QTest::addColumn<bool>("csv");
     QTest::addColumn<bool>("firstOnly");
-    QTest::newRow("recording, both curves") << false << false;
-    QTest::newRow("recording, one curve") << false << true;
-    QTest::newRow("text") << true << false;
+    QTest::addColumn<QString>("name");
+    QTest::newRow("recording, both curves") << false << false << u"both.zeb"_s;
+    QTest::newRow("recording, one curve") << false << true << u"one.zeb"_s;
+    QTest::newRow("text") << true << false << u"window.csv"_s;
 }
 
 void TstHandoffs::cutLoadsBackToWindow() {
     QFETCH(bool, csv);
     QFETCH(bool, firstOnly);
+    QFETCH(QString, name);
     SetZebProgramDir(FPrograms);
     TForm1 f;
     QVERIFY(f.CutterAvailable() && f.TextExportAvailable());
@@ -212,8 +217,7 @@ void TstHandoffs::cutLoadsBackToWindow() {
     x.Min = 1000.0 + 5 / 3.0;
     x.Max = 1000.0 + 41 / 3.0;
 
-    const QString target = FTmp.filePath(csv ? u"window.csv"_s : u"window.zeb"_s);
-    QFile::remove(target);
+    const QString target = FTmp.filePath(name);
     AnswerSaveDialog(target);
     QSignalSpy done(&f, &TForm1::cutterFinished);
     Action(f, csv ? u"menFileExportText"_s : u"menFileSaveAs"_s)->trigger();
