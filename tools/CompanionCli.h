@@ -11,8 +11,13 @@
 
 namespace companion {
 
+#ifdef ZEB_PARTNER_EDITION
+inline constexpr const char* kCutterName = "trk_cutter";
+inline constexpr const char* kConverterName = "trk2csv";
+#else
 inline constexpr const char* kCutterName = "zeb_cutter";
 inline constexpr const char* kConverterName = "zeb2csv";
+#endif
 inline constexpr const char* kPreviewerName = "zeb_previewer";
 inline constexpr const char* kViewerName = "zeb_viewer";
 
