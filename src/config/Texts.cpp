@@ -85,10 +85,10 @@ constexpr std::array kTable{
                 u"Das Bild \"%s\" kann nicht geschrieben werden.", u"L’image \"%s\" ne peut pas être écrite."},
     // Status bar while and after the cutter works for the window.
     TTextRecord{MsgCutterRunning, u"Writing \"%s\" ..", u"\"%s\" wird geschrieben ..",
-                u"Écriture de « %s » .."},
+                u"Écriture de \"%s\" .."},
     TTextRecord{MsgCutterDone, u"The time window was written to \"%s\".",
                 u"Das Zeitfenster wurde in \"%s\" geschrieben.",
-                u"La fenêtre de temps a été écrite dans « %s »."},
+                u"La fenêtre de temps a été écrite dans \"%s\"."},
     TTextRecord{MsgCutterFailed, u"The cutter stopped with code %s: %s", u"Der Cutter brach mit Code %s ab: %s",
                 u"Le découpeur s’est arrêté avec le code %s : %s"},
     TTextRecord{MsgCutterNoChannel, u"No channel is shown, so there is nothing to write.",
