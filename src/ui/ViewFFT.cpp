@@ -294,7 +294,10 @@ void TfrmViewFFT::FFT2Click() {
 
 // Both edges of the band follow the mouse once pressed within a few pixels of them.
 bool TfrmViewFFT::eventFilter(QObject* watched, QEvent* event) {
-    if (watched != ChartInp) return QWidget::eventFilter(watched, event);
+    const QEvent::Type type = event->type();
+    if (watched != ChartInp || (type != QEvent::MouseButtonPress && type != QEvent::MouseMove &&
+                                type != QEvent::MouseButtonRelease))
+        return QWidget::eventFilter(watched, event);
     constexpr double kGrip = 5.0;
     const auto* mouse = static_cast<QMouseEvent*>(event);
     switch (event->type()) {
