@@ -5,7 +5,6 @@
 #include "Texts.h"
 #include "ZebReg.h"
 
-#include <QDir>
 #include <QFileInfo>
 
 #include <algorithm>
@@ -150,15 +149,6 @@ int Run(const TParsed& parsed, const char* program, const QString& usage) {
     const TCutResult result = cutter.Run();
     if (result != TCutResult::Ok) PrintError(cutter.Message());
     return int(result);
-}
-
-QString ProgramPath(const QString& baseName) {
-#ifdef Q_OS_WIN
-    const QString name = baseName + QStringLiteral(".exe");
-#else
-    const QString name = baseName;
-#endif
-    return QDir(ZebProgramDir()).filePath(name);
 }
 
 } // namespace companion

@@ -49,7 +49,5 @@ TParsed ParseConverterArgs(const QStringList& args);
 // Runs a parsed command line: help, version or the cut; answers the exit code.
 int Run(const TParsed& parsed, const char* program, const QString& usage);
 
-// A program of the suite in the running program's folder, with the platform's suffix.
-QString ProgramPath(const QString& baseName);
 
 } // namespace companion

@@ -225,6 +225,9 @@ void TfrmPreviewer::ShowOverview() {
         item->setFlags(item->flags() | Qt::ItemIsUserCheckable);
         item->setCheckState(0, Qt::Checked);
     }
+    // The list as wide as its columns, so the figures are never cut off.
+    lvwChannels->header()->resizeSections(QHeaderView::ResizeToContents);
+    lvwChannels->setMinimumWidth(lvwChannels->header()->length() + 2 * lvwChannels->frameWidth() + 4);
     btnWhole->setEnabled(true);
     btnCutAndOpen->setEnabled(!channels.empty());
     UpdateGraphs();
@@ -356,7 +359,7 @@ void TfrmPreviewer::CutAndOpen() {
         statusBar()->showMessage(Txt(TTextId::PrvNoChannel));
         return;
     }
-    const QString cutter = companion::ProgramPath(QString::fromLatin1(companion::kCutterName));
+    const QString cutter = ZebProgramPath(QString::fromLatin1(companion::kCutterName));
     if (!QFileInfo(cutter).isExecutable()) {
         statusBar()->showMessage(TxtFmt(TTextId::PrvMissingProgram, {Native(cutter)}));
         Q_EMIT cutFinished(-1);
@@ -393,7 +396,7 @@ void TfrmPreviewer::OnCutterFinished(int exitCode, bool crashed) {
         Q_EMIT cutFinished(crashed ? -1 : exitCode);
         return;
     }
-    const QString viewer = companion::ProgramPath(QString::fromLatin1(companion::kViewerName));
+    const QString viewer = ZebProgramPath(QString::fromLatin1(companion::kViewerName));
     if (!QFileInfo(viewer).isExecutable() || !QProcess::startDetached(viewer, {FCutTarget})) {
         statusBar()->showMessage(TxtFmt(TTextId::PrvMissingProgram, {Native(viewer)}));
     } else {

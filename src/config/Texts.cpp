@@ -11,7 +11,7 @@ using enum TTextId;
 // {identity, English, German, French}. Texts may hold "%s" placeholders, CR LF line breaks
 // and quoted lists ("a","b"). Where only one language is meant to be shown, all three carry it.
 // \u00A0 is the no-break space that French typography puts before "!" where the wording has it.
-constexpr std::array kTable{
+constexpr std::array<TTextRecord, size_t(TTextId::Count)> kTable{
     // Messages
     TTextRecord{MsgCannotOpenFile, u"Cannot open file [%s] !", u"Kann Datei [%s] nicht öffnen !",
                 u"Impossible d’ouvrir le fichier [%s] !"},

@@ -266,6 +266,15 @@ void SetZebProgramDir(const QString& dir) {
     ProgramDirOverride() = dir;
 }
 
+QString ZebProgramPath(const QString& baseName) {
+#ifdef Q_OS_WIN
+    const QString name = baseName + QStringLiteral(".exe");
+#else
+    const QString name = baseName;
+#endif
+    return QDir(ZebProgramDir()).filePath(name);
+}
+
 QString ZebSettingsRoot() {
     if (!RootStore()) SelectZebSettingsRoot();
     return *RootStore();

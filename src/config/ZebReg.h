@@ -83,6 +83,8 @@ inline constexpr const char* kZebPrototypeFile = "zeb_reg.ini";
 // settings before creating one sets it.
 QString ZebProgramDir();
 void SetZebProgramDir(const QString& dir); // empty: the running program's folder again
+// A program of the suite in that folder, with the platform's executable suffix.
+QString ZebProgramPath(const QString& baseName);
 
 // The root every TZEBRegistry path is relative to. Selected on first use.
 QString ZebSettingsRoot();

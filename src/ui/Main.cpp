@@ -75,18 +75,8 @@ namespace {
 constexpr int kBusySteps = 10;
 constexpr int kBusyStepMs = 1000;
 
-// A companion program in the program's own folder, with the platform's executable suffix.
-QString CompanionPath(const QString& baseName) {
-#ifdef Q_OS_WIN
-    const QString name = baseName + QStringLiteral(".exe");
-#else
-    const QString name = baseName;
-#endif
-    return QDir(ZebProgramDir()).filePath(name);
-}
-
 bool CompanionExists(const QString& baseName) {
-    const QFileInfo fi(CompanionPath(baseName));
+    const QFileInfo fi(ZebProgramPath(baseName));
     return fi.isFile() && fi.isExecutable();
 }
 
@@ -1465,7 +1455,7 @@ void TForm1::FileFailed(int result) {
 }
 
 void TForm1::StartPreviewer(const QString& fileName) {
-    const QString previewer = CompanionPath(QStringLiteral("zeb_previewer"));
+    const QString previewer = ZebProgramPath(QStringLiteral("zeb_previewer"));
     if (!QFileInfo(previewer).isFile() || !QProcess::startDetached(previewer, {fileName})) {
         // Deliberately the same German text in every language.
         ShowError(Txt(TTextId::MsgNoPreviewer));
@@ -1908,7 +1898,7 @@ void TForm1::StartCutter(const QString& target, bool csv) {
     const bool partner = ZebSettings().BrandVariant != 0;
     auto* cutter = new QProcess(this);
     // Every argument travels as one word; on Windows Qt quotes each in double quotes.
-    cutter->setProgram(CompanionPath(partner ? QStringLiteral("trk_cutter") : QStringLiteral("zeb_cutter")));
+    cutter->setProgram(ZebProgramPath(partner ? QStringLiteral("trk_cutter") : QStringLiteral("zeb_cutter")));
     cutter->setArguments(args);
     cutter->setProcessChannelMode(QProcess::SeparateChannels);
     const QString shown = QDir::toNativeSeparators(target);
