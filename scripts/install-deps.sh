@@ -6,7 +6,7 @@ set -euo pipefail
 packages=(
   g++ cmake ninja-build pkg-config
   qt6-base-dev qt6-base-dev-tools libqt6printsupport6 qt6-translations-l10n qt6-svg-dev
-  libqcustomplot-dev zlib1g-dev libfftw3-dev
+  libqcustomplot-dev zlib1g-dev libisal-dev libfftw3-dev
   xvfb xauth fonts-dejavu-core poppler-utils
   clang libclang-rt-14-dev
 )
