@@ -9,6 +9,9 @@ packages=(
   libqcustomplot-dev zlib1g-dev libisal-dev libfftw3-dev
   xvfb xauth fonts-dejavu-core poppler-utils
   clang libclang-rt-14-dev
+  # the Debian package and the checks of the desktop files, MIME types and window captions
+  dpkg-dev fakeroot file desktop-file-utils libxml2-utils shared-mime-info xdg-utils libglib2.0-bin
+  appstream x11-utils
 )
 
 missing=()
