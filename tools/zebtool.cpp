@@ -1,4 +1,4 @@
-// zebtool: command-line companion for recordings.
+// zebtool: command-line companion for recordings. `zebtool --help` gives the usage and exit codes.
 //   zebtool gen [options] OUT.zeb     write a realistic recording
 //   zebtool blocks FILE               list the blocks and where the walk ended
 //   zebtool dump [--answer N | --no-ask] [--variant CODE] FILE
@@ -16,8 +16,11 @@
 #include "DataFile.h"
 #include "FileThread.h"
 #include "Formats.h"
+#include "Language.h"
 #include "RecordingGenerator.h"
 #include "RecordingWalk.h"
+#include "Texts.h"
+#include "ZebReg.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
@@ -44,26 +47,17 @@ QTextStream& Err() {
     return s;
 }
 
+// The usage, in the user's language as the suite's other programs give it: on stdout with exit
+// code 0 when asked for, else on stderr with 2.
 int Usage(bool asked = false) {
+    ZebSettingsRoot();
+    LoadZebSettings(QStringLiteral("zebtool.exe"));
+    const TZebSettings& settings = ZebSettings();
+    zeb::ApplyStartupLanguage(settings.Language, settings.LocDate, settings.LocDecimalSeparator);
+    QString text = zeb::Txt(zeb::TTextId::ToolUsage);
+    text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
     QTextStream& s = asked ? Out() : Err();
-    s << "usage:\n"
-             "  zebtool gen [--seed N] [--channels N] [--records N | --values N] [--interval SEC]\n"
-             "              [--start YYYY-MM-DD[THH:MM:SS]] [--missing RATE] [--gap-rate RATE] [--gaps]\n"
-             "              [--odd-rate RATE] [--no-limits] [--zeb-name TEXT] [--logger TEXT] [--quiet] OUT.zeb\n"
-             "  zebtool blocks FILE\n"
-             "  zebtool dump [--answer N | --no-ask] [--variant CODE] FILE\n"
-             "  zebtool info [--answer N | --no-ask] [--variant CODE] FILE\n"
-             "  zebtool analyse [--from S] [--to S] [--answer N | --no-ask] [--variant CODE] FILE\n"
-             "  zebtool fft --curve I --from S --to S [--answer N | --no-ask] [--variant CODE] FILE\n"
-             "dump writes JSON: a gap is null; a value that is not a finite number is one of the\n"
-             "strings \"NaN\", \"Infinity\", \"-Infinity\".\n"
-             "analyse writes JSON with each curve's statistics, limit times and integral over the\n"
-             "points with from <= time <= to (seconds since 1 January 2000; default: all); a figure\n"
-             "that does not exist for the range is null.\n"
-             "fft writes the FFT view's spectrum of curve I (from 0) between from and to as JSON:\n"
-             "{\"n\", \"dt\", \"first\", \"last\", \"lines\": [[hertz, magnitude], ...]}, or {\"n\": 0} when the\n"
-             "band holds six points or fewer.\n"
-             "gen --odd-rate writes that share of the values as NaN or an infinity.\n";
+    s << text << "\n";
     s.flush();
     return asked ? 0 : 2;
 }
@@ -446,6 +440,10 @@ int main(int argc, char** argv) {
     if (args.isEmpty()) return Usage();
     const QString cmd = args.takeFirst();
     if (cmd == QLatin1String("--help") || cmd == QLatin1String("-h")) return Usage(true);
+    if (cmd == QLatin1String("--version")) {
+        Out() << "zebtool " << ZEB_VERSION << "\n";
+        return 0;
+    }
     if (cmd == QLatin1String("gen")) return Gen(args);
     if (cmd == QLatin1String("blocks")) {
         int variant = 0;

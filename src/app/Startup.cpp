@@ -13,6 +13,7 @@
 #include <QDir>
 #include <QEventLoop>
 #include <QFileInfo>
+#include <QIcon>
 #include <QRegularExpression>
 #include <QScreen>
 
@@ -24,11 +25,64 @@ namespace zeb {
 
 namespace {
 
-void PrintErr(QString text) {
+constexpr const char* kZebViewerName = "zeb_viewer";
+
+void Print(QString text, FILE* stream) {
     text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
-    std::fputs(text.toLocal8Bit().constData(), stderr);
-    std::fputc('\n', stderr);
-    std::fflush(stderr);
+    std::fputs(text.toLocal8Bit().constData(), stream);
+    std::fputc('\n', stream);
+    std::fflush(stream);
+}
+
+void PrintErr(const QString& text) {
+    Print(text, stderr);
+}
+
+// Qt's own command-line options, taken by the application object; with their value or without.
+// Qt reads them with one dash or two.
+bool IsQtOption(const QString& arg, bool& takesValue) {
+    static const QStringList kWithValue = {
+        QStringLiteral("platform"),        QStringLiteral("platformpluginpath"), QStringLiteral("platformtheme"),
+        QStringLiteral("plugin"),          QStringLiteral("qwindowgeometry"),    QStringLiteral("qwindowicon"),
+        QStringLiteral("qwindowtitle"),    QStringLiteral("session"),            QStringLiteral("display"),
+        QStringLiteral("style"),           QStringLiteral("stylesheet"),         QStringLiteral("qmljsdebugger")};
+    static const QStringList kAlone = {QStringLiteral("reverse"), QStringLiteral("widgetcount")};
+    if (!arg.startsWith(QLatin1Char('-'))) return false;
+    QString name = arg.mid(arg.startsWith(QLatin1String("--")) ? 2 : 1);
+    const qsizetype eq = name.indexOf(QLatin1Char('='));
+    if (eq >= 0) {
+        // -style=fusion carries its value
+        takesValue = false;
+        return kWithValue.contains(name.left(eq));
+    }
+    takesValue = kWithValue.contains(name);
+    return takesValue || kAlone.contains(name);
+}
+
+QStringList RawArguments(int argc, char** argv) {
+    QStringList args;
+    for (int i = 1; i < argc; ++i)
+        args << QString::fromLocal8Bit(argv[i]);
+    return args;
+}
+
+// Help, version and a wrong call are answered before the application object exists, so they
+// work without a display; -1 when the program goes on.
+int AnswerEarly(const TCommandLine& cmd) {
+    switch (cmd.Mode) {
+    case TCommandLine::TMode::Help:
+        Print(Txt(TTextId::CliUsage), stdout);
+        return 0;
+    case TCommandLine::TMode::Version:
+        Print(VersionText(), stdout);
+        return 0;
+    case TCommandLine::TMode::Invalid:
+        PrintErr(TxtFmt(TTextId::CliBadArgument, {cmd.Error}));
+        PrintErr(Txt(TTextId::CliUsage));
+        return 2;
+    default:
+        return -1;
+    }
 }
 
 // Export runs never need a display: they are chosen before the application object exists,
@@ -74,11 +128,25 @@ TCommandLine ParseCommandLine(const QStringList& args) {
         cmd.Error = arg;
         return cmd;
     };
+    // Help and version win over everything else on the line.
+    for (const QString& a : args)
+        if (a == QLatin1String("--help") || a == QLatin1String("-h") || a == QLatin1String("/?")) {
+            cmd.Mode = TCommandLine::TMode::Help;
+            return cmd;
+        }
+    if (args.contains(QLatin1String("--version"))) {
+        cmd.Mode = TCommandLine::TMode::Version;
+        return cmd;
+    }
     bool sizeGiven = false, templateGiven = false;
     for (qsizetype i = 0; i < args.size(); ++i) {
         const QString& a = args[i];
         const bool hasValue = i + 1 < args.size();
-        if (a.startsWith(QLatin1String("--export-"))) {
+        bool qtValue = false;
+        if (IsQtOption(a, qtValue)) {
+            if (qtValue && !hasValue) return invalid(a);
+            if (qtValue) ++i;
+        } else if (a.startsWith(QLatin1String("--export-"))) {
             const QString format = a.mid(9);
             static const QStringList kFormats = {QStringLiteral("png"), QStringLiteral("jpg"), QStringLiteral("bmp"),
                                                  QStringLiteral("pdf"), QStringLiteral("svg")};
@@ -118,6 +186,24 @@ TCommandLine ParseCommandLine(const QStringList& args) {
     return cmd;
 }
 
+QString VersionText() {
+    QString text = QString::fromLatin1(kZebViewerName) + QLatin1Char(' ') + QStringLiteral(ZEB_VERSION);
+    const bool partner = ZebSettings().BrandVariant != 0;
+    const QStringList companions = {partner ? QStringLiteral("trk_cutter") : QStringLiteral("zeb_cutter"),
+                                    partner ? QStringLiteral("trk2csv") : QStringLiteral("zeb2csv"),
+                                    QStringLiteral("zeb_previewer")};
+    QStringList found;
+    for (const QString& name : companions) {
+        const QFileInfo fi(ZebProgramPath(name));
+        if (fi.isFile() && fi.isExecutable()) found << name;
+    }
+    const QString dir = QDir::toNativeSeparators(ZebProgramDir());
+    text += QLatin1Char('\n');
+    text += found.isEmpty() ? TxtFmt(TTextId::CliVersionNoCompanions, {dir})
+                            : TxtFmt(TTextId::CliVersionCompanions, {dir, found.join(QStringLiteral(", "))});
+    return text;
+}
+
 int RunViewer(int argc, char** argv, const TStartupObserver& observer) {
     auto step = [&observer](TStartupStep s, TForm1* form) {
         if (observer) observer(s, form);
@@ -134,10 +220,16 @@ int RunViewer(int argc, char** argv, const TStartupObserver& observer) {
     ApplyStartupLanguage(s.Language, s.LocDate, s.LocDecimalSeparator);
     step(TStartupStep::LanguageSwitched, nullptr);
 
+    if (const int answered = AnswerEarly(ParseCommandLine(RawArguments(argc, argv))); answered >= 0)
+        return answered;
+
     // 4. the application object
     const bool exporting = WantsExport(argc, argv);
     if (exporting && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
+    // The desktop matches the window to its entry (and so its icon) by this name.
+    QGuiApplication::setDesktopFileName(QStringLiteral("com.velmorant.ZebViewer"));
     QApplication app(argc, argv);
+    QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/com.velmorant.ZebViewer.svg")));
     InstallQtTranslations();
     SetZebScreenSizeProvider([] {
         const QScreen* screen = QGuiApplication::primaryScreen();
@@ -147,12 +239,9 @@ int RunViewer(int argc, char** argv, const TStartupObserver& observer) {
     // No display name: the platform would add it to every window caption a second time.
     step(TStartupStep::ApplicationCreated, nullptr);
 
+    // Read again as Qt decodes it (the raw bytes above decide only what needs no window).
     const TCommandLine cmd = ParseCommandLine(QCoreApplication::arguments().mid(1));
-    if (cmd.Mode == TCommandLine::TMode::Invalid) {
-        PrintErr(TxtFmt(TTextId::CliBadArgument, {cmd.Error}));
-        PrintErr(Txt(TTextId::CliUsage));
-        return 2;
-    }
+    if (const int answered = AnswerEarly(cmd); answered >= 0) return answered;
 
     // 5. the forms that live for the whole run
     TZebDlg::SetDataFileExtension(s.DataFileExt);

@@ -2,12 +2,17 @@
 // The program's start-up and shutdown, and its command line.
 //
 //   zeb_viewer [FILE]
-//   zeb_viewer FILE --export-png|--export-jpg|--export-bmp OUT [--size WxH] [--template T.mse]
+//   zeb_viewer FILE --export-png|--export-jpg|--export-bmp|--export-pdf|--export-svg OUT
+//              [--size WxH] [--template T.mse]
+//   zeb_viewer FILE --report OUT.pdf [--template T.mse]
+//   zeb_viewer --help | --version
 //
-// The second form loads the recording as an open would, applies its settings (and the
-// template, when given), writes the chart as a picture without showing a window and exits:
-// 0 on success, 1 when the recording or template cannot be loaded (the program's message on
-// stderr), 2 for a wrong command line, 3 when the picture cannot be written.
+// The export forms load the recording as an open would, apply its settings (and the template,
+// when given), write the chart or the report without showing a window and exit: 0 on success,
+// 1 when the recording or template cannot be loaded (the program's message on stderr), 2 for a
+// wrong command line, 3 when the file cannot be written. Help and version go to stdout and
+// exit with 0; they and a wrong command line need no display. Qt's own options (-platform,
+// -style, ...) pass through to Qt.
 
 #include <QSize>
 #include <QString>
@@ -20,7 +25,7 @@ class TForm1;
 namespace zeb {
 
 struct TCommandLine {
-    enum class TMode { Window, Export, Invalid };
+    enum class TMode { Window, Export, Help, Version, Invalid };
     TMode Mode = TMode::Window;
     QStringList Files; // the plain arguments; a window opens exactly one
     QString Picture;   // export: the picture file
@@ -33,6 +38,10 @@ struct TCommandLine {
 
 // args: the arguments after the program's name.
 TCommandLine ParseCommandLine(const QStringList& args);
+
+// What --version prints: the program's name and version, and the folder its companion programs
+// are looked for in with those found there.
+QString VersionText();
 
 // The points of start-up and shutdown, in the order they are passed. The main window is given
 // from FormsCreated on and until MainWindowDestroyed, where it is already gone (nullptr).

@@ -484,17 +484,32 @@ constexpr std::array<TTextRecord, size_t(TTextId::Count)> kTable{
                 u"       zeb_viewer FILE --export-png|--export-jpg|--export-bmp|--export-pdf|--export-svg OUT "
                 u"[--size WxH] "
                 u"[--template T.mse]\r\n"
-                u"       zeb_viewer FILE --report OUT.pdf [--template T.mse]",
+                u"       zeb_viewer FILE --report OUT.pdf [--template T.mse]\r\n"
+                u"       zeb_viewer --help | --version\r\n"
+                u"Opens the recording FILE in the window; with an export, writes its chart or report without a "
+                u"window.\r\n"
+                u"Exit codes: 0 done, 1 the recording or template cannot be loaded, 2 invalid argument,\r\n"
+                u"3 the picture or report cannot be written",
                 u"Aufruf: zeb_viewer [DATEI]\r\n"
                 u"        zeb_viewer DATEI --export-png|--export-jpg|--export-bmp|--export-pdf|--export-svg "
                 u"AUSGABE [--size BxH] "
                 u"[--template V.mse]\r\n"
-                u"        zeb_viewer DATEI --report AUSGABE.pdf [--template V.mse]",
+                u"        zeb_viewer DATEI --report AUSGABE.pdf [--template V.mse]\r\n"
+                u"        zeb_viewer --help | --version\r\n"
+                u"Öffnet die Aufzeichnung DATEI im Fenster; mit einem Export schreibt es ihr Diagramm oder ihren "
+                u"Bericht ohne Fenster.\r\n"
+                u"Rückgabewerte: 0 erledigt, 1 Aufzeichnung oder Vorlage nicht ladbar, 2 ungültiges Argument,\r\n"
+                u"3 Bild oder Bericht nicht schreibbar",
                 u"Usage : zeb_viewer [FICHIER]\r\n"
                 u"        zeb_viewer FICHIER --export-png|--export-jpg|--export-bmp|--export-pdf|--export-svg "
                 u"SORTIE [--size LxH] "
                 u"[--template M.mse]\r\n"
-                u"        zeb_viewer FICHIER --report SORTIE.pdf [--template M.mse]"},
+                u"        zeb_viewer FICHIER --report SORTIE.pdf [--template M.mse]\r\n"
+                u"        zeb_viewer --help | --version\r\n"
+                u"Ouvre l’enregistrement FICHIER dans la fenêtre ; avec un export, écrit son graphique ou son "
+                u"rapport sans fenêtre.\r\n"
+                u"Codes de sortie : 0 terminé, 1 enregistrement ou modèle illisible, 2 argument invalide,\r\n"
+                u"3 image ou rapport impossible à écrire"},
     TTextRecord{CliBadArgument, u"Invalid argument: %s", u"Ungültiges Argument: %s", u"Argument invalide : %s"},
     TTextRecord{CliCannotWritePicture, u"Cannot write picture [%s] !", u"Kann Bild [%s] nicht schreiben !",
                 u"Impossible d’écrire l’image [%s] !"},
@@ -649,6 +664,97 @@ constexpr std::array<TTextRecord, size_t(TTextId::Count)> kTable{
                 u"Le fichier est endommagé ; l’aperçu montre ce qui était lisible jusqu’au dommage."},
     TTextRecord{PrvEmpty, u"The recording holds no measured values.", u"Die Aufzeichnung enthält keine Messwerte.",
                 u"L’enregistrement ne contient aucune mesure."},
+
+    // Help and version on the command line: the viewer, the previewer and zebtool
+    TTextRecord{CliVersionCompanions, u"Companion programs in %s: %s", u"Begleitprogramme in %s: %s",
+                u"Programmes compagnons dans %s : %s"},
+    TTextRecord{CliVersionNoCompanions, u"No companion programs in %s", u"Keine Begleitprogramme in %s",
+                u"Aucun programme compagnon dans %s"},
+    TTextRecord{PrvUsage,
+                u"Usage: zeb_previewer [FILE]\r\n"
+                u"       zeb_previewer --help | --version\r\n"
+                u"Shows an overview of the recording FILE, of any size; without FILE a file dialog asks for one.\r\n"
+                u"A time window and channels of it are cut and opened in the viewer.\r\n"
+                u"Exit codes: 0 done, 2 invalid argument",
+                u"Aufruf: zeb_previewer [DATEI]\r\n"
+                u"        zeb_previewer --help | --version\r\n"
+                u"Zeigt eine Übersicht der Aufzeichnung DATEI jeder Größe; ohne DATEI fragt ein Dateidialog.\r\n"
+                u"Ein Zeitfenster und Kanäle daraus werden ausgeschnitten und im Viewer geöffnet.\r\n"
+                u"Rückgabewerte: 0 erledigt, 2 ungültiges Argument",
+                u"Usage : zeb_previewer [FICHIER]\r\n"
+                u"        zeb_previewer --help | --version\r\n"
+                u"Montre un aperçu de l’enregistrement FICHIER, de toute taille ; sans FICHIER, un dialogue le "
+                u"demande.\r\n"
+                u"Une fenêtre de temps et des canaux en sont découpés et ouverts dans le visualiseur.\r\n"
+                u"Codes de sortie : 0 terminé, 2 argument invalide"},
+    TTextRecord{ToolUsage,
+                u"Usage: zebtool gen [--seed N] [--channels N] [--records N | --values N] [--interval SEC]\r\n"
+                u"                   [--start YYYY-MM-DD[THH:MM:SS]] [--missing RATE] [--gap-rate RATE] [--gaps]\r\n"
+                u"                   [--odd-rate RATE] [--no-limits] [--zeb-name TEXT] [--logger TEXT] [--quiet] "
+                u"OUT.zeb\r\n"
+                u"       zebtool blocks [--variant CODE] FILE\r\n"
+                u"       zebtool dump [--answer N | --no-ask] [--variant CODE] FILE\r\n"
+                u"       zebtool info [--answer N | --no-ask] [--variant CODE] FILE\r\n"
+                u"       zebtool analyse [--from S] [--to S] [--answer N | --no-ask] [--variant CODE] FILE\r\n"
+                u"       zebtool fft --curve I --from S --to S [--answer N | --no-ask] [--variant CODE] FILE\r\n"
+                u"       zebtool --help | --version\r\n"
+                u"gen writes a recording with made-up values; --odd-rate writes that share of them as NaN or an "
+                u"infinity.\r\n"
+                u"blocks lists the blocks and where the walk ended; info gives a short summary.\r\n"
+                u"dump writes everything the loader reads as JSON: a gap is null, a value that is no finite\r\n"
+                u"number is NaN, Infinity or -Infinity as a string.\r\n"
+                u"analyse writes each curve's statistics, limit times and integral over the points with\r\n"
+                u"from <= time <= to as JSON (S: seconds since 1 January 2000; default all); a figure that\r\n"
+                u"does not exist for the range is null.\r\n"
+                u"fft writes the FFT view's spectrum of curve I (from 0) between from and to as JSON:\r\n"
+                u"n, dt, first, last and lines of [hertz, magnitude]; n is 0 for six points or fewer.\r\n"
+                u"Exit codes: 0 done (dump and info show a failed load as status), 1 the file cannot be read or "
+                u"written, 2 invalid argument",
+                u"Aufruf: zebtool gen [--seed N] [--channels N] [--records N | --values N] [--interval SEK]\r\n"
+                u"                    [--start JJJJ-MM-TT[THH:MM:SS]] [--missing ANTEIL] [--gap-rate ANTEIL] "
+                u"[--gaps]\r\n"
+                u"                    [--odd-rate ANTEIL] [--no-limits] [--zeb-name TEXT] [--logger TEXT] [--quiet] "
+                u"AUSGABE.zeb\r\n"
+                u"        zebtool blocks [--variant CODE] DATEI\r\n"
+                u"        zebtool dump [--answer N | --no-ask] [--variant CODE] DATEI\r\n"
+                u"        zebtool info [--answer N | --no-ask] [--variant CODE] DATEI\r\n"
+                u"        zebtool analyse [--from S] [--to S] [--answer N | --no-ask] [--variant CODE] DATEI\r\n"
+                u"        zebtool fft --curve I --from S --to S [--answer N | --no-ask] [--variant CODE] DATEI\r\n"
+                u"        zebtool --help | --version\r\n"
+                u"gen schreibt eine Aufzeichnung mit erfundenen Werten; --odd-rate schreibt diesen Anteil davon als "
+                u"NaN oder unendlich.\r\n"
+                u"blocks listet die Blöcke und wo der Durchlauf endete; info gibt eine kurze Übersicht.\r\n"
+                u"dump schreibt alles, was der Lader liest, als JSON: eine Lücke ist null, ein Wert, der keine\r\n"
+                u"endliche Zahl ist, ist NaN, Infinity oder -Infinity als Zeichenkette.\r\n"
+                u"analyse schreibt Statistik, Grenzwertzeiten und Integral jeder Kurve über die Punkte mit\r\n"
+                u"from <= Zeit <= to als JSON (S: Sekunden seit 1. Januar 2000; sonst alle); eine Kennzahl, die\r\n"
+                u"es für den Bereich nicht gibt, ist null.\r\n"
+                u"fft schreibt das Spektrum der FFT-Ansicht von Kurve I (ab 0) zwischen from und to als JSON:\r\n"
+                u"n, dt, first, last und lines aus [Hertz, Betrag]; n ist 0 bei sechs Punkten oder weniger.\r\n"
+                u"Rückgabewerte: 0 erledigt (dump und info zeigen ein misslungenes Laden als status), 1 Datei nicht "
+                u"lesbar oder nicht schreibbar, 2 ungültiges Argument",
+                u"Usage : zebtool gen [--seed N] [--channels N] [--records N | --values N] [--interval SEC]\r\n"
+                u"                    [--start AAAA-MM-JJ[THH:MM:SS]] [--missing TAUX] [--gap-rate TAUX] [--gaps]\r\n"
+                u"                    [--odd-rate TAUX] [--no-limits] [--zeb-name TEXTE] [--logger TEXTE] [--quiet] "
+                u"SORTIE.zeb\r\n"
+                u"        zebtool blocks [--variant CODE] FICHIER\r\n"
+                u"        zebtool dump [--answer N | --no-ask] [--variant CODE] FICHIER\r\n"
+                u"        zebtool info [--answer N | --no-ask] [--variant CODE] FICHIER\r\n"
+                u"        zebtool analyse [--from S] [--to S] [--answer N | --no-ask] [--variant CODE] FICHIER\r\n"
+                u"        zebtool fft --curve I --from S --to S [--answer N | --no-ask] [--variant CODE] FICHIER\r\n"
+                u"        zebtool --help | --version\r\n"
+                u"gen écrit un enregistrement de valeurs inventées ; --odd-rate en écrit cette part en NaN ou "
+                u"infini.\r\n"
+                u"blocks liste les blocs et où le parcours s’est arrêté ; info donne un court résumé.\r\n"
+                u"dump écrit tout ce que lit le chargeur en JSON : une coupure est null, une valeur qui n’est\r\n"
+                u"pas un nombre fini est NaN, Infinity ou -Infinity en chaîne.\r\n"
+                u"analyse écrit les statistiques, temps hors limites et intégrale de chaque courbe sur les points\r\n"
+                u"avec from <= temps <= to en JSON (S : secondes depuis le 1er janvier 2000 ; sinon tous) ; une\r\n"
+                u"valeur qui n’existe pas pour la plage est null.\r\n"
+                u"fft écrit le spectre de la vue FFT de la courbe I (depuis 0) entre from et to en JSON :\r\n"
+                u"n, dt, first, last et lines de [hertz, amplitude] ; n vaut 0 pour six points ou moins.\r\n"
+                u"Codes de sortie : 0 terminé (dump et info montrent un chargement raté dans status), 1 fichier "
+                u"illisible ou impossible à écrire, 2 argument invalide"},
 };
 
 static_assert(kTable.size() == size_t(TTextId::Count), "one record per text identity");

@@ -390,6 +390,11 @@ enum class TTextId : int {
     PrvDamaged,
     PrvEmpty,
 
+    CliVersionCompanions,
+    CliVersionNoCompanions,
+    PrvUsage,
+    ToolUsage,
+
     Count
 };
 
