@@ -149,7 +149,22 @@ void TstStartup::parseCommandLine_data() {
     QTest::newRow("bmp, options first")
         << QStringList{u"--template"_s, u"t.mse"_s, u"--export-bmp"_s, u"o.bmp"_s, u"a.zeb"_s}
         << TMode::Export << QStringList{u"a.zeb"_s} << u"bmp"_s << def << u"t.mse"_s;
+    QTest::newRow("Qt's options pass") << QStringList{u"-platform"_s, u"xcb"_s, u"a.zeb"_s, u"--style=fusion"_s,
+                                                      u"-reverse"_s}
+                                       << TMode::Window << QStringList{u"a.zeb"_s} << QString() << def << QString();
+    QTest::newRow("Qt's option inside an export")
+        << QStringList{u"a.zeb"_s, u"-style"_s, u"fusion"_s, u"--export-png"_s, u"o.png"_s} << TMode::Export
+        << QStringList{u"a.zeb"_s} << u"png"_s << def << QString();
     const QStringList none;
+    QTest::newRow("help") << QStringList{u"--help"_s} << TMode::Help << none << QString() << def << QString();
+    QTest::newRow("help after a file") << QStringList{u"a.zeb"_s, u"-h"_s} << TMode::Help << none << QString()
+                                       << def << QString();
+    QTest::newRow("help beats a wrong option")
+        << QStringList{u"--fast"_s, u"--help"_s} << TMode::Help << none << QString() << def << QString();
+    QTest::newRow("version") << QStringList{u"--version"_s} << TMode::Version << none << QString() << def
+                             << QString();
+    QTest::newRow("help beats version") << QStringList{u"--version"_s, u"--help"_s} << TMode::Help << none
+                                        << QString() << def << QString();
     auto bad = [&](const char* tag, const QStringList& args) {
         QTest::newRow(tag) << args << TMode::Invalid << none << QString() << def << QString();
     };
@@ -163,6 +178,8 @@ void TstStartup::parseCommandLine_data() {
     bad("size without export", {u"a.zeb"_s, u"--size"_s, u"640x480"_s});
     bad("template without export", {u"a.zeb"_s, u"--template"_s, u"t.mse"_s});
     bad("unknown option", {u"a.zeb"_s, u"--fast"_s});
+    bad("Qt's option without its value", {u"a.zeb"_s, u"-platform"_s});
+    bad("a file that looks like an option", {u"--help.zeb"_s});
 }
 
 void TstStartup::parseCommandLine() {
@@ -228,12 +245,18 @@ void TstStartup::windowRun() {
     SwitchTexts(LangGerman);
 }
 
+// Answered in the user's language before the application object exists, so no display is needed:
+// no window, no log entry.
 void TstStartup::invalidCommandLine() {
-    const TRun run = Run({FFile, u"--no-such-option"_s});
-    QCOMPARE(run.ExitCode, 2);
-    // Nothing was created: no window, no log entry.
-    QCOMPARE(run.Steps, (QList<TStartupStep>{TStartupStep::SettingsLoaded, TStartupStep::LanguageSwitched,
-                                             TStartupStep::ApplicationCreated}));
+    const QList<TStartupStep> early{TStartupStep::SettingsLoaded, TStartupStep::LanguageSwitched};
+    const TRun bad = Run({FFile, u"--no-such-option"_s});
+    QCOMPARE(bad.ExitCode, 2);
+    QCOMPARE(bad.Steps, early);
+    for (const QString& arg : {u"--help"_s, u"--version"_s}) {
+        const TRun run = Run({FFile, arg});
+        QCOMPARE(run.ExitCode, 0);
+        QCOMPARE(run.Steps, early);
+    }
 }
 
 QTEST_APPLESS_MAIN(TstStartup)
