@@ -1,0 +1,35 @@
+#!/usr/bin/env bash
+# Makes the user guide's pictures in docs/images anew, with the program itself: the chart through
+# the viewer's picture export, the window's pages and analysis views through an offscreen capture
+# of the real window (zeb_guide_shots). Run it after a change the pictures show.
+# ZEB_BUILD=FOLDER uses a configured build folder of your own instead of the default preset's.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+./scripts/install-deps.sh
+build=${ZEB_BUILD:-build/default}
+[ -n "${ZEB_BUILD:-}" ] || cmake --preset default >/dev/null
+cmake --build "$build" -j "$(nproc)" --target zeb_viewer zebtool zeb_guide_shots
+bin=$build/bin
+
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+# Settings of their own, in English, never the user's.
+export ZEB_SETTINGS_FILE=$work/settings.ini LC_ALL=C.UTF-8 LANGUAGE= QT_QPA_PLATFORM=offscreen XDG_RUNTIME_DIR=$work
+
+# The demo recording of run.sh, with its display settings next to it.
+"$bin/zebtool" gen --quiet --seed 7 --channels 4 --records 20000 --gaps "$work/demo.zeb"
+cat >"$work/demo.mse" <<'MSE'
+[General]
+Title='Cold store, March 2024'
+[Curve2]
+ModulName='ZEB-P1'
+ChannelName='Pressure'
+Axis=2
+MSE
+
+out=docs/images
+mkdir -p "$out"
+"$bin/zeb_viewer" "$work/demo.zeb" --export-png "$out/chart-export.png" --size 1100x620
+echo "wrote $out/chart-export.png"
+"$bin/zeb_guide_shots" "$work/demo.zeb" "$out" 2> >(grep -v "does not support" >&2)
