@@ -90,7 +90,8 @@ float TRecordingGenerator::OddValue(float v) {
 
 bool TRecordingGenerator::NextRecord(double& days, std::uint32_t* bits) {
     if (FIndex >= FOpt.records) return false;
-    const double seconds = double(FIndex) * FOpt.intervalSeconds;
+    double seconds = double(FIndex) * FOpt.intervalSeconds;
+    if (FOpt.jitter > 0) seconds += (Uniform() - 0.5) * FOpt.jitter * FOpt.intervalSeconds;
     days = FOpt.startDays + seconds / 86400.0;
     for (int c = 0; c < FOpt.channels; ++c) {
         const double r = (FOpt.missingRate > 0 || FOpt.gapRate > 0) ? Uniform() : 1.0;

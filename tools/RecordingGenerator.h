@@ -18,6 +18,7 @@ struct TGenOptions {
     double missingRate = 0.0;  // share of values written as "no measurement"
     double gapRate = 0.0;      // share of values written as gap markers
     double oddRate = 0.0;      // share of values written as NaN or infinity
+    double jitter = 0.0;       // each stamp moved at random by up to this share of the interval
     bool limits = true;
     QString zebName = QStringLiteral("ZEB demo");
     QString loggerName = QStringLiteral("Logger 1");

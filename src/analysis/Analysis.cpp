@@ -19,17 +19,20 @@ template <typename F> void ForPoints(const TCurveData& d, qint64 a, qint64 b, F&
     const auto& nulls = d.Nulls();
     auto gap = std::lower_bound(nulls.begin(), nulls.end(), a,
                                 [](const auto& n, qint64 i) { return n.first < i; });
+    // Packed stamps are unpacked a piece at a time into a small buffer.
+    constexpr qint64 kPiece = 4096;
+    double buf[kPiece];
     while (a < b) {
         const qint64 chunk = a >> TCurveData::kChunkBits;
         const qint64 base = chunk << TCurveData::kChunkBits;
-        const double* t = d.TimeChunk(chunk).data();
         const float* v = d.ValueChunk(chunk).data();
-        const qint64 end = std::min(b, base + TCurveData::kChunkSize);
+        const qint64 end = std::min({b, base + TCurveData::kChunkSize, a + kPiece});
+        const double* t = d.Times(a, end - a, buf) - a;
         for (qint64 i = a; i < end; ++i) {
             while (gap != nulls.end() && gap->first < i) ++gap;
             const double y = v[i - base];
             const bool isGap = gap != nulls.end() && gap->first == i && gap->second == TPointKind::Gap;
-            f(i, t[i - base], y, !isGap && !std::isnan(y));
+            f(i, t[i], y, !isGap && !std::isnan(y));
         }
         a = end;
     }

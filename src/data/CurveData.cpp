@@ -1,8 +1,148 @@
 #include "CurveData.h"
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 #include <numeric>
+
+namespace {
+
+constexpr int kException = -8;
+
+int Nibble(const std::uint8_t* r, int j) {
+    const int x = (r[j >> 1] >> ((j & 1) * 4)) & 0xF;
+    return x >= 8 ? x - 16 : x;
+}
+
+void SetNibble(std::uint8_t* r, int j, int v) {
+    const int shift = (j & 1) * 4;
+    r[j >> 1] = std::uint8_t((r[j >> 1] & ~(0xF << shift)) | ((v & 0xF) << shift));
+}
+
+// Distance in units of the last place that still counts as "on the line" while a run's extent
+// is sought; the final line is drawn afterwards and lands within a few units of every point.
+bool Near(double t, double line) {
+    return std::abs(t - line) <= 16.0 * 0x1p-52 * std::max(std::abs(t), std::abs(line)) + 1e-300;
+}
+
+} // namespace
+
+// ---------------------------------------------------------------- packed stamps
+
+double TCurveData::TTimeChunk::DecodeSlow(int j) const {
+    const TTimeRun* r = Runs.data();
+    if (Runs.size() > 1)
+        r = &*std::prev(std::upper_bound(Runs.begin(), Runs.end(), j,
+                                         [](int k, const TTimeRun& run) { return k < run.First; }));
+    const double line = Line(*r, j);
+    if (!Residuals) return line;
+    const int code = Nibble(Residuals.get(), j);
+    if (code != kException) return AddUlps(line, code);
+    const auto it = std::lower_bound(Exceptions.begin(), Exceptions.end(), j,
+                                     [](const auto& e, int k) { return e.first < k; });
+    return it->second;
+}
+
+void TCurveData::TTimeChunk::Unpack(double* out, int first, int n) const {
+    auto run = std::upper_bound(Runs.begin(), Runs.end(), first,
+                                [](int k, const TTimeRun& r) { return k < r.First; }) - 1;
+    auto exception = std::lower_bound(Exceptions.begin(), Exceptions.end(), first,
+                                      [](const auto& e, int k) { return e.first < k; });
+    const std::uint8_t* residuals = Residuals.get();
+    for (int j = first, end = first + n; j < end;) {
+        const int runEnd = (run + 1 == Runs.end()) ? end : std::min(end, (run + 1)->First);
+        const TTimeRun r = *run;
+        if (!residuals) {
+            for (; j < runEnd; ++j) *out++ = Line(r, j);
+        } else {
+            for (; j < runEnd; ++j) {
+                const int code = Nibble(residuals, j);
+                if (code != kException) {
+                    *out++ = AddUlps(Line(r, j), code);
+                } else {
+                    *out++ = exception->second;
+                    ++exception;
+                }
+            }
+        }
+        ++run;
+    }
+}
+
+bool TCurveData::TTimeChunk::Pack(const double* t, int n) {
+    if (n <= 0) return false;
+    std::vector<TTimeRun> runs;
+    std::vector<std::pair<qint32, double>> exceptions;
+    std::vector<std::int8_t> codes(size_t(n), 0);
+    // More runs than this cost more than packing saves.
+    const size_t maxRuns = size_t(n) / 64 + 1;
+    bool anyResidual = false;
+    std::vector<int> offLine;
+    for (int s = 0; s < n;) {
+        if (runs.size() >= maxRuns || !std::isfinite(t[s])) return false;
+        // The run's extent: the step is fitted again at every doubling of its length, so a
+        // first step rounded to the stamps' last place cannot pull the line off over many points.
+        offLine.clear();
+        double step = 0.0;
+        int lastOn = s, k = s + 1;
+        if (k < n) {
+            step = t[k] - t[s];
+            lastOn = k++;
+        }
+        for (int refit = 2; k < n;) {
+            if (!std::isfinite(t[k])) return false;
+            if (Near(t[k], t[s] + double(k - s) * step)) {
+                lastOn = k++;
+                if (k - s >= refit) {
+                    step = (t[lastOn] - t[s]) / double(lastOn - s);
+                    refit *= 2;
+                }
+            } else if (k + 1 < n && Near(t[k + 1], t[s] + double(k + 1 - s) * step)) {
+                offLine.push_back(k++); // one stamp off, the next back on the line
+            } else {
+                break;
+            }
+        }
+        const TTimeRun run{s, t[s], lastOn > s ? (t[lastOn] - t[s]) / double(lastOn - s) : 0.0};
+        runs.push_back(run);
+        auto off = offLine.begin();
+        for (int j = s; j < k; ++j) {
+            const bool isOff = off != offLine.end() && *off == j;
+            if (isOff) ++off;
+            const std::int64_t d = std::bit_cast<std::int64_t>(t[j]) - std::bit_cast<std::int64_t>(Line(run, j));
+            if (!isOff && d >= -7 && d <= 7) {
+                codes[size_t(j)] = std::int8_t(d);
+                anyResidual = anyResidual || d != 0;
+            } else {
+                codes[size_t(j)] = kException;
+                exceptions.emplace_back(j, t[j]);
+                anyResidual = true;
+            }
+        }
+        s = k;
+    }
+    const qint64 packed = qint64(runs.size() * sizeof(TTimeRun)) + (anyResidual ? n / 2 + 1 : 0) +
+                          qint64(exceptions.size() * sizeof(exceptions[0]));
+    if (packed * 2 > qint64(n) * qint64(sizeof(double))) return false; // saves too little
+    Runs = std::move(runs);
+    Runs.shrink_to_fit();
+    Exceptions = std::move(exceptions);
+    Exceptions.shrink_to_fit();
+    Residuals.reset();
+    if (anyResidual) {
+        Residuals = std::make_unique<std::uint8_t[]>(size_t(n / 2 + 1));
+        for (int j = 0; j < n; ++j) SetNibble(Residuals.get(), j, codes[size_t(j)]);
+    }
+    return true;
+}
+
+qint64 TCurveData::TTimeChunk::Bytes() const {
+    if (Raw) return kChunkSize * qint64(sizeof(double));
+    return qint64(Runs.capacity() * sizeof(TTimeRun)) + (Residuals ? kChunkSize / 2 + 1 : 0) +
+           qint64(Exceptions.capacity() * sizeof(Exceptions[0]));
+}
+
+// ---------------------------------------------------------------- columns
 
 TPointKind TCurveData::Kind(qint64 i) const {
     if (FNulls.empty()) return TPointKind::Value;
@@ -11,9 +151,40 @@ TPointKind TCurveData::Kind(qint64 i) const {
     return (it != FNulls.end() && it->first == i) ? it->second : TPointKind::Value;
 }
 
-void TCurveData::Grow() {
-    FTimes.push_back(std::make_unique_for_overwrite<double[]>(size_t(kChunkSize)));
-    FValues.push_back(std::make_unique_for_overwrite<float[]>(size_t(kChunkSize)));
+void TCurveData::SealChunk(qint64 chunk, int n) {
+    TTimeChunk& c = FTimes[size_t(chunk)];
+    if (c.Raw && c.Pack(c.Raw.get(), n)) FSpare = std::move(c.Raw);
+}
+
+void TCurveData::PrepareTail() {
+    const qint64 chunk = FCount >> kChunkBits;
+    if ((FCount & kChunkMask) != 0) {
+        // Compact packed the chunk that is still being filled: back to stamps as written.
+        TTimeChunk& c = FTimes[size_t(chunk)];
+        if (!c.Raw) {
+            auto raw = FSpare ? std::move(FSpare) : std::make_unique_for_overwrite<double[]>(size_t(kChunkSize));
+            c.Unpack(raw.get(), 0, int(FCount & kChunkMask));
+            c = TTimeChunk{};
+            c.Raw = std::move(raw);
+        }
+    } else {
+        if (chunk > 0) SealChunk(chunk - 1, int(kChunkSize));
+        TTimeChunk c;
+        c.Raw = FSpare ? std::move(FSpare) : std::make_unique_for_overwrite<double[]>(size_t(kChunkSize));
+        FTimes.push_back(std::move(c));
+        FValues.push_back(std::make_unique_for_overwrite<float[]>(size_t(kChunkSize)));
+    }
+    FTail = FTimes[size_t(chunk)].Raw.get();
+    FValueTail = FValues[size_t(chunk)].get();
+}
+
+void TCurveData::Compact() {
+    if (FCount == 0) return;
+    const qint64 last = (FCount - 1) >> kChunkBits;
+    SealChunk(last, int(FCount - (last << kChunkBits)));
+    FSpare.reset();
+    FTail = nullptr;
+    FValueTail = nullptr;
 }
 
 void TCurveData::Append(double time, double value, TPointKind kind) {
@@ -28,17 +199,17 @@ void TCurveData::Append(std::span<const double> times, std::span<const double> v
     bool sorted = FSorted;
     size_t k = 0;
     while (k < n) {
-        if ((FCount & kChunkMask) == 0 && (FCount >> kChunkBits) >= qint64(FTimes.size())) Grow();
-        double* t = FTimes[size_t(FCount >> kChunkBits)].get();
-        float* v = FValues[size_t(FCount >> kChunkBits)].get();
+        if (!FTail || (FCount & kChunkMask) == 0) PrepareTail();
         const size_t at = size_t(FCount & kChunkMask);
         const size_t room = std::min(n - k, size_t(kChunkSize) - at);
+        double* t = FTail + at;
+        float* v = FValueTail + at;
         for (size_t j = 0; j < room; ++j) {
             const double tj = times[k + j];
             sorted = sorted && tj >= last;
             last = tj;
-            t[at + j] = tj;
-            v[at + j] = float(values[k + j]);
+            t[j] = tj;
+            v[j] = float(values[k + j]);
             if (kinds[k + j] != TPointKind::Value) FNulls.emplace_back(FCount + qint64(j), kinds[k + j]);
         }
         FCount += qint64(room);
@@ -52,6 +223,9 @@ void TCurveData::Clear() {
     FTimes.clear();
     FValues.clear();
     FNulls.clear();
+    FSpare.reset();
+    FTail = nullptr;
+    FValueTail = nullptr;
     FCount = 0;
     FLast = 0.0;
     FSorted = true;
@@ -66,41 +240,108 @@ void TCurveData::SortByTime() {
     for (const auto& [i, k] : FNulls) kinds[size_t(i)] = k;
     TCurveData sorted;
     for (qint64 i : order) sorted.Append(Time(i), Value(i), kinds[size_t(i)]);
+    sorted.Compact();
     *this = std::move(sorted);
     FSorted = true;
 }
 
-qint64 TCurveData::LowerBound(double t) const {
-    qint64 lo = 0, hi = FCount;
+// The first index whose stamp is not before t. Chunks are told apart by their first stamps;
+// inside a packed chunk the run that holds t says about where it lies, and the search gallops
+// out from there, so a lookup costs a handful of stamps instead of a full binary search.
+template <typename Before> qint64 TCurveData::Bound(double t, Before before) const {
+    if (FCount == 0) return 0;
+    // The last chunk whose first stamp is before t; none: the answer is 0.
+    qint64 lo = 0, hi = qint64(FTimes.size());
     while (lo < hi) {
         const qint64 mid = lo + (hi - lo) / 2;
-        if (Time(mid) < t) lo = mid + 1;
+        if (before(Time(mid << kChunkBits), t)) lo = mid + 1;
+        else hi = mid;
+    }
+    if (lo == 0) return 0;
+    const qint64 chunk = lo - 1, base = chunk << kChunkBits;
+    const qint64 end = std::min(FCount, base + kChunkSize);
+    const TTimeChunk& c = FTimes[size_t(chunk)];
+    // [a, b): a is before t, b is not (or the chunk's end).
+    qint64 a = base, b = end;
+    if (!c.Raw && !c.Runs.empty()) {
+        auto run = std::upper_bound(c.Runs.begin(), c.Runs.end(), t,
+                                    [&](double v, const TTimeRun& r) { return before(v, r.Base) || v == r.Base; });
+        if (run != c.Runs.begin()) --run;
+        const qint64 runEnd = base + ((run + 1 == c.Runs.end()) ? end - base : (run + 1)->First);
+        qint64 guess = base + run->First;
+        if (run->Step > 0) {
+            const double k = std::floor((t - run->Base) / run->Step);
+            guess += qint64(std::clamp(k, 0.0, double(runEnd - 1 - (base + run->First))));
+        }
+        guess = std::clamp(guess, a, end - 1);
+        // Gallop from the guess until the answer is bracketed.
+        if (before(Time(guess), t)) {
+            a = guess;
+            for (qint64 step = 1;; step *= 2) {
+                const qint64 probe = a + step;
+                if (probe >= end) break;
+                if (!before(Time(probe), t)) {
+                    b = probe;
+                    break;
+                }
+                a = probe;
+            }
+        } else {
+            b = guess;
+            for (qint64 step = 1;; step *= 2) {
+                const qint64 probe = b - step;
+                if (probe <= base) break;
+                if (before(Time(probe), t)) {
+                    a = probe;
+                    break;
+                }
+                b = probe;
+            }
+        }
+    }
+    // Binary search of (a, b): Time(a) is before t.
+    lo = a + 1;
+    hi = b;
+    while (lo < hi) {
+        const qint64 mid = lo + (hi - lo) / 2;
+        if (before(Time(mid), t)) lo = mid + 1;
         else hi = mid;
     }
     return lo;
+}
+
+qint64 TCurveData::LowerBound(double t) const {
+    return Bound(t, [](double v, double x) { return v < x; });
 }
 
 qint64 TCurveData::UpperBound(double t) const {
-    qint64 lo = 0, hi = FCount;
-    while (lo < hi) {
-        const qint64 mid = lo + (hi - lo) / 2;
-        if (Time(mid) <= t) lo = mid + 1;
-        else hi = mid;
-    }
-    return lo;
+    return Bound(t, [](double v, double x) { return v <= x; });
 }
 
 qint64 TCurveData::MemoryBytes() const {
-    return qint64(FTimes.size()) * kChunkSize * qint64(sizeof(double) + sizeof(float)) +
-           qint64(FNulls.capacity() * sizeof(FNulls[0]));
+    qint64 bytes = qint64(FValues.size()) * kChunkSize * qint64(sizeof(float)) +
+                   qint64(FNulls.capacity() * sizeof(FNulls[0])) + (FSpare ? kChunkSize * qint64(sizeof(double)) : 0);
+    for (const TTimeChunk& c : FTimes) bytes += c.Bytes();
+    return bytes;
 }
 
-std::span<const double> TCurveData::TimeChunk(qint64 chunk) const {
-    const qint64 n = std::min(kChunkSize, FCount - chunk * kChunkSize);
-    return {FTimes[size_t(chunk)].get(), size_t(std::max<qint64>(n, 0))};
+const double* TCurveData::Times(qint64 first, qint64 n, double* buf) const {
+    const TTimeChunk& c = FTimes[size_t(first >> kChunkBits)];
+    const int j = int(first & kChunkMask);
+    if (c.Raw) return c.Raw.get() + j;
+    c.Unpack(buf, j, int(n));
+    return buf;
 }
 
 std::span<const float> TCurveData::ValueChunk(qint64 chunk) const {
     const qint64 n = std::min(kChunkSize, FCount - chunk * kChunkSize);
     return {FValues[size_t(chunk)].get(), size_t(std::max<qint64>(n, 0))};
+}
+
+const void* TCurveData::TimeAddress(qint64 i) const {
+    const TTimeChunk& c = FTimes[size_t(i >> kChunkBits)];
+    const int j = int(i & kChunkMask);
+    if (c.Raw) return c.Raw.get() + j;
+    if (c.Residuals) return c.Residuals.get() + (j >> 1);
+    return c.Runs.data();
 }

@@ -189,10 +189,11 @@ const std::vector<TCurveSummary::TBlockStats>& TCurveSummary::Blocks() const {
         bool haveReference = false;
         bool prevMeasured = false;
         double prevT = 0.0, prevV = 0.0;
+        std::vector<double> buf(size_t(TCurveData::kChunkSize));
         for (qint64 c = 0; c < d.ChunkCount(); ++c) {
-            const std::span<const double> t = d.TimeChunk(c);
             const std::span<const float> v = d.ValueChunk(c);
             const qint64 base = c << TCurveData::kChunkBits;
+            const double* t = d.Times(base, qint64(v.size()), buf.data());
             for (size_t j = 0; j < v.size(); ++j) {
                 const qint64 i = base + qint64(j);
                 TBlockStats& b = FStats[size_t(i >> kStatBits)];

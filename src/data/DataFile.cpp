@@ -7,11 +7,15 @@
 #include <QSaveFile>
 
 #include <algorithm>
+#include <atomic>
 #include <bit>
 #include <cmath>
 #include <cstring>
 #include <limits>
 #include <zlib.h>
+#ifdef ZEB_HAVE_ISAL
+#include <isa-l/igzip_lib.h>
+#endif
 
 const char* const TDataFile::kMagic = "VELMORANT";
 const char* const TDataFile::kBrandMagic = "TORVANELI";
@@ -41,17 +45,48 @@ struct TDataFile::TZStream {
     z_stream z{};
     bool inflating = false;
     bool deflating = false;
+#ifdef ZEB_HAVE_ISAL
+    // Tens of kilobytes of tables and history: on the heap, and only for ISA-L readers.
+    std::unique_ptr<inflate_state> isal;
+#endif
     ~TZStream() {
         if (inflating) inflateEnd(&z);
         if (deflating) deflateEnd(&z);
     }
+    // Input bytes handed to the inflater and not yet used.
+    qint64 AvailIn() const {
+#ifdef ZEB_HAVE_ISAL
+        if (isal) return isal->avail_in;
+#endif
+        return z.avail_in;
+    }
 };
+
+bool TDataFile::HasIsal() {
+#ifdef ZEB_HAVE_ISAL
+    return true;
+#else
+    return false;
+#endif
+}
+
+namespace {
+std::atomic<int> gDefaultInflater{-1}; // -1: the best the build has
+}
+
+TDataFile::TInflater TDataFile::DefaultInflater() {
+    const int chosen = gDefaultInflater.load(std::memory_order_relaxed);
+    if (chosen >= 0 && HasIsal()) return TInflater(chosen);
+    return HasIsal() ? TInflater::Isal : TInflater::Zlib;
+}
+
+void TDataFile::SetDefaultInflater(TInflater inflater) { gDefaultInflater.store(int(inflater)); }
 
 TDataFile::TDataFile() = default;
 
 TDataFile::~TDataFile() { Close(); }
 
-std::unique_ptr<TDataFile> TDataFile::CreateLoad(const QString& fileName, QString* error) {
+std::unique_ptr<TDataFile> TDataFile::CreateLoad(const QString& fileName, QString* error, TInflater inflater) {
     std::unique_ptr<TDataFile> f(new TDataFile);
     f->FIn = std::make_unique<QFile>(fileName);
     if (!f->FIn->open(QIODevice::ReadOnly)) {
@@ -59,12 +94,23 @@ std::unique_ptr<TDataFile> TDataFile::CreateLoad(const QString& fileName, QStrin
         return nullptr;
     }
     f->FZ = std::make_unique<TZStream>();
+    f->FIoBuf.resize(kIoBufSize);
+#ifdef ZEB_HAVE_ISAL
+    if (inflater == TInflater::Isal) {
+        f->FInflater = TInflater::Isal;
+        f->FZ->isal = std::make_unique<inflate_state>();
+        isal_inflate_init(f->FZ->isal.get());
+        f->FZ->isal->crc_flag = ISAL_ZLIB; // parses the zlib header and checks the Adler-32 at the end
+        return f;
+    }
+#else
+    Q_UNUSED(inflater);
+#endif
     if (inflateInit(&f->FZ->z) != Z_OK) {
         if (error) *error = QStringLiteral("zlib initialisation failed");
         return nullptr;
     }
     f->FZ->inflating = true;
-    f->FIoBuf.resize(kIoBufSize);
     return f;
 }
 
@@ -123,29 +169,60 @@ void TDataFile::Abort() {
 
 // ---------------------------------------------------------------- compressed stream
 
+// Inflates up to n bytes into dst; fewer only at the end of the stream or of the file.
+// Both inflaters may hold decoded bytes back while their input is used up, so the end of the
+// file means truncation only once they make no more progress without input.
 qint64 TDataFile::ReadRaw(char* dst, qint64 n) {
-    if (!FZ || !FZ->inflating || n <= 0) return 0;
-    z_stream& z = FZ->z;
+    if (!FZ || !FIn || n <= 0) return 0;
     qint64 got = 0;
     while (got < n && !FStreamEnded) {
-        if (z.avail_in == 0) {
+        if (FZ->AvailIn() == 0 && !FInputEnded) {
             const qint64 r = FIn->read(FIoBuf.data(), FIoBuf.size());
             if (r < 0) throw TDataFileError("cannot read the file: " + FIn->errorString().toStdString());
-            if (r == 0) break; // input ended before the stream did: truncated
-            z.next_in = reinterpret_cast<Bytef*>(FIoBuf.data());
-            z.avail_in = uInt(r);
+            if (r == 0) {
+                FInputEnded = true;
+            } else {
+#ifdef ZEB_HAVE_ISAL
+                if (FZ->isal) {
+                    FZ->isal->next_in = reinterpret_cast<uint8_t*>(FIoBuf.data());
+                    FZ->isal->avail_in = uint32_t(r);
+                } else
+#endif
+                {
+                    FZ->z.next_in = reinterpret_cast<Bytef*>(FIoBuf.data());
+                    FZ->z.avail_in = uInt(r);
+                }
+            }
         }
-        const qint64 want = std::min<qint64>(n - got, std::numeric_limits<uInt>::max());
-        z.next_out = reinterpret_cast<Bytef*>(dst + got);
-        z.avail_out = uInt(want);
-        const int rc = inflate(&z, Z_NO_FLUSH);
-        got += want - z.avail_out;
-        if (rc == Z_STREAM_END) {
-            FStreamEnded = true;
-        } else if (rc == Z_NEED_DICT || rc == Z_DATA_ERROR || rc == Z_MEM_ERROR || rc == Z_STREAM_ERROR) {
-            throw TDataFileError(std::string("damaged compressed stream: ") + (z.msg ? z.msg : "zlib error"));
+        const qint64 want = std::min<qint64>(n - got, std::numeric_limits<uint32_t>::max());
+        qint64 produced = 0;
+#ifdef ZEB_HAVE_ISAL
+        if (FZ->isal) {
+            inflate_state& s = *FZ->isal;
+            s.next_out = reinterpret_cast<uint8_t*>(dst + got);
+            s.avail_out = uint32_t(want);
+            const int rc = isal_inflate(&s);
+            produced = want - s.avail_out;
+            if (rc < 0 || rc == ISAL_NEED_DICT)
+                throw TDataFileError("damaged compressed stream: ISA-L error " + std::to_string(rc));
+            if (s.block_state == ISAL_BLOCK_FINISH) FStreamEnded = true;
+        } else
+#endif
+        {
+            z_stream& z = FZ->z;
+            z.next_out = reinterpret_cast<Bytef*>(dst + got);
+            z.avail_out = uInt(want);
+            const int rc = inflate(&z, Z_NO_FLUSH);
+            produced = want - z.avail_out;
+            if (rc == Z_STREAM_END) {
+                FStreamEnded = true;
+            } else if (rc == Z_NEED_DICT || rc == Z_DATA_ERROR || rc == Z_MEM_ERROR || rc == Z_STREAM_ERROR) {
+                throw TDataFileError(std::string("damaged compressed stream: ") + (z.msg ? z.msg : "zlib error"));
+            }
+            // Z_BUF_ERROR only means no progress was possible without more input.
         }
-        // Z_BUF_ERROR only means no progress was possible; the loop reads more input.
+        got += produced;
+        if (produced == 0 && FInputEnded && FZ->AvailIn() == 0) break; // the file ended first: truncated
     }
     return got;
 }
@@ -193,7 +270,7 @@ bool TDataFile::FlushDeflate(int flush) {
     return flush != Z_FINISH || rc == Z_STREAM_END;
 }
 
-qint64 TDataFile::InflatedUpTo() const { return FIn ? FIn->pos() - (FZ ? qint64(FZ->z.avail_in) : 0) : 0; }
+qint64 TDataFile::InflatedUpTo() const { return FIn ? FIn->pos() - (FZ ? FZ->AvailIn() : 0) : 0; }
 // The reader thread owns the stream while read-ahead runs: its position travels with each block.
 qint64 TDataFile::CompressedPos() const { return FAhead ? FAheadPos : InflatedUpTo(); }
 qint64 TDataFile::CompressedSize() const { return FIn ? FIn->size() : 0; }

@@ -38,12 +38,24 @@ public:
     // Why the last ReadBlock answered false.
     enum class TReadEnd { None, EndOfStream, EmptyBlock, Truncated };
 
+    // The library that inflates a file being read. Writing always uses zlib.
+    enum class TInflater { Zlib, Isal };
+    // Whether the build has ISA-L; without it every reader is zlib.
+    static bool HasIsal();
+    // The reader CreateLoad uses unless told otherwise: ISA-L where the build has it.
+    static TInflater DefaultInflater();
+    // For comparisons in tests and benchmarks: every later CreateLoad of the process reads
+    // with this one (ISA-L falls back to zlib in a build without it).
+    static void SetDefaultInflater(TInflater inflater);
+
     ~TDataFile();
     TDataFile(const TDataFile&) = delete;
     TDataFile& operator=(const TDataFile&) = delete;
 
     // Opens a file for reading; nullptr (and a reason in *error) when it cannot be opened.
-    static std::unique_ptr<TDataFile> CreateLoad(const QString& fileName, QString* error = nullptr);
+    static std::unique_ptr<TDataFile> CreateLoad(const QString& fileName, QString* error = nullptr,
+                                                 TInflater inflater = DefaultInflater());
+    TInflater Inflater() const { return FInflater; }
     // Creates a file for writing and writes block 0 at once. The file appears under its
     // name only when Close() succeeds, so an interrupted save never destroys an old file.
     static std::unique_ptr<TDataFile> CreateSave(const QString& fileName, QString* error = nullptr);
@@ -123,6 +135,8 @@ private:
     std::unique_ptr<QFile> FIn;
     std::unique_ptr<QSaveFile> FOut;
     std::unique_ptr<TZStream> FZ;
+    TInflater FInflater = TInflater::Zlib;
+    bool FInputEnded = false;
     struct TReadAhead {
         struct TEntry {
             quint16 Id = 0;

@@ -1,7 +1,9 @@
 #include "RecordingWalk.h"
 
+#include "CurveData.h"
 #include "DataFile.h"
 
+#include <algorithm>
 #include <bit>
 #include <cstring>
 
@@ -201,8 +203,24 @@ template <bool Points, typename Emit> bool TRecordingWalk::DecodeRecords(Emit&& 
 
 void TRecordingWalk::HandleData() {
     const int start = FFile.BlockPos();
-    const bool damaged = FReceiver.WantsPoints() ? StagePoints()
-                                                 : DecodeRecords<false>([](size_t, double, float, TPointKind) {});
+    bool damaged;
+    if (!FReceiver.WantsPoints()) {
+        damaged = DecodeRecords<false>([](size_t, double, float, TPointKind) {});
+    } else {
+        if (FColumnsFor != FCurveCount) {
+            FColumnsFor = FCurveCount;
+            FColumns.clear();
+            for (int c = 0; c < FCurveCount; ++c) FColumns.push_back(FReceiver.Column(c));
+            if (std::find(FColumns.begin(), FColumns.end(), nullptr) != FColumns.end()) FColumns.clear();
+        }
+        if (!FColumns.empty()) {
+            TCurveData* const* columns = FColumns.data();
+            damaged = DecodeRecords<true>(
+                [columns](size_t c, double t, float v, TPointKind k) { columns[c]->Push(t, v, k); });
+        } else {
+            damaged = StagePoints();
+        }
+    }
     const int end = FFile.BlockPos();
     if (end > start)
         FReceiver.OnRecords(std::span(FFile.BlockData().constData() + start, size_t(end - start)),

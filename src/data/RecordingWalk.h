@@ -8,6 +8,7 @@
 #include <span>
 #include <vector>
 
+class TCurveData;
 class TDataFile;
 
 enum class TPointKind : std::uint8_t {
@@ -75,6 +76,9 @@ public:
     virtual void OnRecords(std::span<const char> /*records*/, int /*recordSize*/) {}
     // False spares the per-curve staging of AddPoints for readers that only use OnRecords.
     virtual bool WantsPoints() const { return true; }
+    // A receiver that keeps a curve's points in a column of its own names it here; when every
+    // curve has one, the walk writes the points straight into them instead of AddPoints.
+    virtual TCurveData* Column(int /*curve*/) { return nullptr; }
 };
 
 class TRecordingWalk {
@@ -126,6 +130,9 @@ private:
     QString FError;
     bool FDefectReported = false;
     std::vector<std::uint8_t> FGapOpen;
+    // The receiver's columns when it has one for every curve, else empty.
+    std::vector<TCurveData*> FColumns;
+    int FColumnsFor = -1; // the curve count FColumns was asked for
     // Per-curve staging of one data block, reused from block to block.
     std::vector<std::vector<double>> FTimes, FValues;
     std::vector<std::vector<TPointKind>> FKinds;

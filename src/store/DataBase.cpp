@@ -71,6 +71,8 @@ void TStoreReceiver::AddPoints(int curve, std::span<const double> times, std::sp
     FDb.Data(curve).Append(times, values, kinds);
 }
 
+TCurveData* TStoreReceiver::Column(int curve) { return &FDb.Data(curve); }
+
 // ====================================================================== life
 
 TDataBase::TDataBase(QObject* parent) : QObject(parent) {}

@@ -165,6 +165,7 @@ public:
     void SetReaderMarker() override;
     void AddPoints(int curve, std::span<const double> times, std::span<const double> values,
                    std::span<const TPointKind> kinds) override;
+    TCurveData* Column(int curve) override;
 
 protected:
     TDataBase& FDb;

@@ -95,7 +95,11 @@ void TFileThread::run() {
         // Out of memory: what was read stays; the user is told of an error.
     }
     // Views read only ascending curves; a file written out of order is sorted once here.
-    for (int i = 0; i < FDataBase->Curve_Count(); ++i) FDataBase->Data(i).SortByTime();
+    // The last chunk of each curve is packed too.
+    for (int i = 0; i < FDataBase->Curve_Count(); ++i) {
+        FDataBase->Data(i).SortByTime();
+        FDataBase->Data(i).Compact();
+    }
     FDataBase->SetReaderMarker(false);
 
     if (FResult == kResultOk || FResult == kResultPreviewer) {

@@ -84,10 +84,8 @@ private:
 
     void Prefetch(qint64 i) const {
         const qint64 chunk = i >> TCurveData::kChunkBits, at = i & TCurveData::kChunkMask;
-        const double* t = D.TimeChunk(chunk).data() + at;
         const float* v = D.ValueChunk(chunk).data() + at;
-        __builtin_prefetch(t);
-        __builtin_prefetch(t - 1);
+        __builtin_prefetch(D.TimeAddress(i));
         __builtin_prefetch(v);
         __builtin_prefetch(v - 16);
         P->Prefetch(i);
