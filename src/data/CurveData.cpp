@@ -69,8 +69,47 @@ void TCurveData::TTimeChunk::Unpack(double* out, int first, int n) const {
     }
 }
 
+// Nearly every chunk of a logger's recording is one run: the line through its first and last
+// stamps, every stamp within 7 units of the last place of it. Tried first in one pass that the
+// compiler can vectorise, giving up at the first stretch that does not fit.
+bool TCurveData::TTimeChunk::PackOneRun(const double* t, int n) {
+    if (n < 2 || !std::isfinite(t[0]) || !std::isfinite(t[n - 1])) return false;
+    const TTimeRun run{0, t[0], (t[n - 1] - t[0]) / double(n - 1)};
+    auto residuals = std::make_unique_for_overwrite<std::uint8_t[]>(size_t(n / 2 + 1));
+    std::uint64_t any = 0;
+    constexpr int kStretch = 512;
+    for (int s = 0; s < n; s += kStretch) {
+        const int e = std::min(n, s + kStretch);
+        std::uint64_t bad = 0;
+        int j = s;
+        for (; j + 1 < e; j += 2) {
+            const std::int64_t d0 = std::bit_cast<std::int64_t>(t[j]) - std::bit_cast<std::int64_t>(Line(run, j));
+            const std::int64_t d1 =
+                std::bit_cast<std::int64_t>(t[j + 1]) - std::bit_cast<std::int64_t>(Line(run, j + 1));
+            bad |= std::uint64_t(d0 + 7) > 14 || std::uint64_t(d1 + 7) > 14;
+            any |= std::uint64_t(d0 | d1);
+            residuals[size_t(j >> 1)] = std::uint8_t((d0 & 0xF) | ((d1 & 0xF) << 4));
+        }
+        if (j < e) {
+            const std::int64_t d0 = std::bit_cast<std::int64_t>(t[j]) - std::bit_cast<std::int64_t>(Line(run, j));
+            bad |= std::uint64_t(d0 + 7) > 14;
+            any |= std::uint64_t(d0);
+            residuals[size_t(j >> 1)] = std::uint8_t(d0 & 0xF);
+        }
+        if (bad) return false;
+    }
+    Runs.assign(1, run);
+    Runs.shrink_to_fit();
+    Exceptions.clear();
+    Exceptions.shrink_to_fit();
+    Residuals.reset();
+    if (any) Residuals = std::move(residuals);
+    return true;
+}
+
 bool TCurveData::TTimeChunk::Pack(const double* t, int n) {
     if (n <= 0) return false;
+    if (PackOneRun(t, n)) return true;
     std::vector<TTimeRun> runs;
     std::vector<std::pair<qint32, double>> exceptions;
     std::vector<std::int8_t> codes(size_t(n), 0);

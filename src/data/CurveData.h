@@ -118,6 +118,7 @@ private:
         double DecodeSlow(int j) const;
         // Packs n stamps when that saves most of their memory; false leaves the chunk as it is.
         bool Pack(const double* t, int n);
+        bool PackOneRun(const double* t, int n);
         void Unpack(double* out, int first, int n) const;
         qint64 Bytes() const;
     };

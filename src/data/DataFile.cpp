@@ -12,6 +12,7 @@
 #include <cmath>
 #include <cstring>
 #include <limits>
+#include <vector>
 #include <zlib.h>
 #ifdef ZEB_HAVE_ISAL
 #include <isa-l/igzip_lib.h>
@@ -174,6 +175,8 @@ void TDataFile::Abort() {
 // file means truncation only once they make no more progress without input.
 qint64 TDataFile::ReadRaw(char* dst, qint64 n) {
     if (!FZ || !FIn || n <= 0) return 0;
+    // A damaged stream first hands out what decoded before the damage, then fails.
+    if (!FStreamError.empty()) throw TDataFileError(FStreamError);
     qint64 got = 0;
     while (got < n && !FStreamEnded) {
         if (FZ->AvailIn() == 0 && !FInputEnded) {
@@ -203,8 +206,12 @@ qint64 TDataFile::ReadRaw(char* dst, qint64 n) {
             s.avail_out = uint32_t(want);
             const int rc = isal_inflate(&s);
             produced = want - s.avail_out;
-            if (rc < 0 || rc == ISAL_NEED_DICT)
-                throw TDataFileError("damaged compressed stream: ISA-L error " + std::to_string(rc));
+            if (rc < 0 || rc == ISAL_NEED_DICT) {
+                // ISA-L decodes ahead of what it hands out and reports damage early. zlib reads
+                // the rest, so a damaged file keeps exactly the blocks before the damage.
+                if (!TakeOverWithZlib()) return got;
+                continue;
+            }
             if (s.block_state == ISAL_BLOCK_FINISH) FStreamEnded = true;
         } else
 #endif
@@ -217,14 +224,53 @@ qint64 TDataFile::ReadRaw(char* dst, qint64 n) {
             if (rc == Z_STREAM_END) {
                 FStreamEnded = true;
             } else if (rc == Z_NEED_DICT || rc == Z_DATA_ERROR || rc == Z_MEM_ERROR || rc == Z_STREAM_ERROR) {
-                throw TDataFileError(std::string("damaged compressed stream: ") + (z.msg ? z.msg : "zlib error"));
+                FStreamError = std::string("damaged compressed stream: ") + (z.msg ? z.msg : "zlib error");
             }
             // Z_BUF_ERROR only means no progress was possible without more input.
         }
         got += produced;
+        FInflated += produced;
+        if (!FStreamError.empty()) {
+            if (got == 0) throw TDataFileError(FStreamError);
+            break;
+        }
         if (produced == 0 && FInputEnded && FZ->AvailIn() == 0) break; // the file ended first: truncated
     }
     return got;
+}
+
+// The reader's state as if zlib had read the file from its start: the file read again and the
+// bytes already handed out inflated into scratch. False with FStreamError set when that fails.
+bool TDataFile::TakeOverWithZlib() {
+#ifdef ZEB_HAVE_ISAL
+    FZ->isal.reset();
+#endif
+    FZ->z = z_stream{};
+    if (inflateInit(&FZ->z) != Z_OK) {
+        FStreamError = "zlib initialisation failed";
+        return false;
+    }
+    FZ->inflating = true;
+    if (!FIn->seek(0)) {
+        FStreamError = "cannot read the file: " + FIn->errorString().toStdString();
+        return false;
+    }
+    FInputEnded = false;
+    const qint64 skip = FInflated;
+    FInflated = 0;
+    std::vector<char> scratch(size_t(std::min<qint64>(skip, 65536)));
+    try {
+        for (qint64 left = skip; left > 0;) {
+            const qint64 r = ReadRaw(scratch.data(), std::min<qint64>(left, qint64(scratch.size())));
+            if (r <= 0) break;
+            left -= r;
+        }
+    } catch (const TDataFileError& e) {
+        FStreamError = e.what();
+        return false;
+    }
+    if (FInflated != skip && FStreamError.empty()) FStreamError = "damaged compressed stream";
+    return FStreamError.empty();
 }
 
 bool TDataFile::WriteRaw(const char* data, qint64 n) {
@@ -296,6 +342,7 @@ bool TDataFile::InflateBlock(quint16& id, QByteArray& buf, TReadEnd& end) {
     char head[4];
     const qint64 h = ReadRaw(head, 4);
     if (h < 4) {
+        if (!FStreamError.empty()) throw TDataFileError(FStreamError);
         end = (h == 0 && FStreamEnded) ? TReadEnd::EndOfStream : TReadEnd::Truncated;
         return false;
     }
@@ -310,6 +357,7 @@ bool TDataFile::InflateBlock(quint16& id, QByteArray& buf, TReadEnd& end) {
         if (r < chunk) break;
     }
     if (done < length) {
+        if (!FStreamError.empty()) throw TDataFileError(FStreamError);
         // The file ends inside this block: the partial payload is dropped.
         buf.clear();
         end = TReadEnd::Truncated;

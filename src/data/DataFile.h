@@ -125,6 +125,7 @@ private:
     void Need(int bytes) const;
     void Append(const void* data, int bytes);
     qint64 ReadRaw(char* dst, qint64 n);
+    bool TakeOverWithZlib();
     bool InflateBlock(quint16& id, QByteArray& buf, TReadEnd& end);
     qint64 InflatedUpTo() const;
     void StopReadAhead();
@@ -137,6 +138,8 @@ private:
     std::unique_ptr<TZStream> FZ;
     TInflater FInflater = TInflater::Zlib;
     bool FInputEnded = false;
+    std::string FStreamError; // the inflater failed; thrown once what it decoded before is read
+    qint64 FInflated = 0;     // bytes handed out by ReadRaw
     struct TReadAhead {
         struct TEntry {
             quint16 Id = 0;

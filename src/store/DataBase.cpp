@@ -4,6 +4,8 @@
 #include "Texts.h"
 
 #include <algorithm>
+#include <cmath>
+#include <cstdlib>
 #include <limits>
 
 namespace {
@@ -308,29 +310,36 @@ void TDataBase::BuildRows(double first) {
     FRows.Clear();
     FFirstTime = first;
     const int n = Curve_Count();
+    constexpr double kNone = std::numeric_limits<double>::infinity();
+    // Per curve the next point not yet shown and its time (infinity when there is none).
     std::vector<qint64> cursor(size_t(n), -1);
-    for (int i = 0; i < n; ++i)
-        if (Curve_IsAvailable(i)) cursor[size_t(i)] = Data(i).LowerBound(first);
+    std::vector<double> next(size_t(n), kNone);
+    for (int i = 0; i < n; ++i) {
+        if (!Curve_IsAvailable(i)) continue;
+        const TCurveData& d = Data(i);
+        cursor[size_t(i)] = d.LowerBound(first);
+        if (cursor[size_t(i)] < d.Count()) next[size_t(i)] = d.Time(cursor[size_t(i)]);
+    }
     // Merge the curves' stamps from there: each row is the smallest time not yet shown.
-    while (FRows.Count() < kTableRows) {
-        double t = std::numeric_limits<double>::infinity();
-        for (int i = 0; i < n; ++i) {
-            const qint64 c = cursor[size_t(i)];
-            if (c >= 0 && c < Data(i).Count()) t = std::min(t, Data(i).Time(c));
-        }
-        if (t == std::numeric_limits<double>::infinity()) break;
+    while (n > 0 && FRows.Count() < kTableRows) {
+        const double t = *std::min_element(next.begin(), next.end());
+        if (t == kNone) break;
         TTableRow row;
         row.Time = t;
         row.Index.assign(size_t(n), -1);
         for (int i = 0; i < n; ++i) {
+            if (next[size_t(i)] != t) continue;
+            const TCurveData& d = Data(i);
             qint64& c = cursor[size_t(i)];
-            if (c >= 0 && c < Data(i).Count() && Data(i).Time(c) == t) {
-                row.Index[size_t(i)] = c;
-                // Equal stamps within one curve: the last point of them stands for the time.
-                while (c + 1 < Data(i).Count() && Data(i).Time(c + 1) == t) ++c;
-                row.Index[size_t(i)] = c;
-                ++c;
+            // Equal stamps within one curve: the last point of them stands for the time.
+            double following = kNone;
+            while (++c < d.Count()) {
+                following = d.Time(c);
+                if (following != t) break;
+                following = kNone;
             }
+            row.Index[size_t(i)] = c - 1;
+            next[size_t(i)] = following;
         }
         if (FRows.Count() == 0) FFirstTime = t;
         FRows.Add(std::move(row));
@@ -340,32 +349,35 @@ void TDataBase::BuildRows(double first) {
 void TDataBase::Table_MoveFirstRow(int rows) {
     const int n = Curve_Count();
     double t = FFirstTime;
-    if (rows > 0) {
-        // Forward: the rows below are already built as far as they go.
-        if (rows < FRows.Count()) {
-            t = FRows.GetItem(rows).Time;
-        } else {
-            for (int step = 0; step < rows; ++step) {
-                double next = std::numeric_limits<double>::infinity();
-                for (int i = 0; i < n; ++i) {
-                    if (!Curve_IsAvailable(i)) continue;
-                    const qint64 c = Data(i).UpperBound(t);
-                    if (c < Data(i).Count()) next = std::min(next, Data(i).Time(c));
-                }
-                if (next == std::numeric_limits<double>::infinity()) break;
-                t = next;
-            }
-        }
-    } else {
-        for (int step = 0; step < -rows; ++step) {
-            double prev = -std::numeric_limits<double>::infinity();
+    if (rows > 0 && rows < FRows.Count()) {
+        // Forward within the rows already built.
+        t = FRows.GetItem(rows).Time;
+    } else if (rows != 0) {
+        // Row by row with a cursor per curve: the first point after t going forward, the first
+        // point not before t going back.
+        const bool forward = rows > 0;
+        std::vector<qint64> cursor(size_t(n), -1);
+        for (int i = 0; i < n; ++i)
+            if (Curve_IsAvailable(i)) cursor[size_t(i)] = forward ? Data(i).UpperBound(t) : Data(i).LowerBound(t);
+        for (int step = 0, steps = std::abs(rows); step < steps; ++step) {
+            double to = forward ? std::numeric_limits<double>::infinity() : -std::numeric_limits<double>::infinity();
             for (int i = 0; i < n; ++i) {
-                if (!Curve_IsAvailable(i)) continue;
-                const qint64 c = Data(i).LowerBound(t) - 1;
-                if (c >= 0) prev = std::max(prev, Data(i).Time(c));
+                const qint64 c = cursor[size_t(i)];
+                if (c < 0) continue;
+                if (forward && c < Data(i).Count()) to = std::min(to, Data(i).Time(c));
+                if (!forward && c > 0) to = std::max(to, Data(i).Time(c - 1));
             }
-            if (prev == -std::numeric_limits<double>::infinity()) break;
-            t = prev;
+            if (std::isinf(to)) break;
+            t = to;
+            for (int i = 0; i < n; ++i) {
+                qint64& c = cursor[size_t(i)];
+                if (c < 0) continue;
+                const TCurveData& d = Data(i);
+                if (forward)
+                    while (c < d.Count() && d.Time(c) <= t) ++c;
+                else
+                    while (c > 0 && d.Time(c - 1) >= t) --c;
+            }
         }
     }
     Table_SetFirstRow(t);

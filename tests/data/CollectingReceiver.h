@@ -76,9 +76,10 @@ struct TWalkResult {
     int blocks = 0;
 };
 
-inline TWalkResult WalkFile(const QString& path, TCollectingReceiver& r, int variant = 0, bool readAhead = false) {
+inline TWalkResult WalkFile(const QString& path, TCollectingReceiver& r, int variant = 0, bool readAhead = false,
+                            TDataFile::TInflater inflater = TDataFile::DefaultInflater()) {
     TWalkResult res;
-    auto file = TDataFile::CreateLoad(path);
+    auto file = TDataFile::CreateLoad(path, nullptr, inflater);
     if (!file) return res;
     if (readAhead) file->EnableReadAhead(2);
     TRecordingWalk walk(*file, r, variant);
@@ -86,4 +87,19 @@ inline TWalkResult WalkFile(const QString& path, TCollectingReceiver& r, int var
     res.values = walk.ValueCount();
     res.blocks = walk.BlockCounter();
     return res;
+}
+
+// The suites run once per reader (ZEB_TEST_INFLATER=zlib or isal, see tests/data/CMakeLists.txt):
+// every expectation holds for both.
+inline void ChooseInflaterFromEnvironment() {
+    const QString chosen = qEnvironmentVariable("ZEB_TEST_INFLATER");
+    if (chosen == QLatin1String("zlib")) TDataFile::SetDefaultInflater(TDataFile::TInflater::Zlib);
+    if (chosen == QLatin1String("isal")) TDataFile::SetDefaultInflater(TDataFile::TInflater::Isal);
+}
+
+// The readers the build has, zlib first.
+inline std::vector<TDataFile::TInflater> AllInflaters() {
+    std::vector<TDataFile::TInflater> all{TDataFile::TInflater::Zlib};
+    if (TDataFile::HasIsal()) all.push_back(TDataFile::TInflater::Isal);
+    return all;
 }

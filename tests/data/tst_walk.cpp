@@ -31,6 +31,8 @@ class TstWalk : public QObject {
     }
 
 private Q_SLOTS:
+    void initTestCase() { ChooseInflaterFromEnvironment(); }
+
     // How a walk ends early, and the blocks it handed on before.
     void earlyEnds_data() {
         QTest::addColumn<QByteArray>("plain");
@@ -303,13 +305,22 @@ private Q_SLOTS:
         const QString path = FDir.filePath(QStringLiteral("t.zeb"));
         for (qsizetype cut = 0; cut < file.size(); ++cut) {
             QVERIFY(B::SaveBytes(path, file.left(cut)));
-            TCollectingReceiver r, ahead;
-            const auto res = WalkFile(path, r);
-            // Reading ahead in a thread of its own ends the same way with the same points.
-            const auto resAhead = WalkFile(path, ahead, 0, true);
-            QCOMPARE(int(resAhead.end), int(res.end));
-            QCOMPARE(resAhead.values, res.values);
-            QVERIFY(ahead.curves == r.curves);
+            TCollectingReceiver r;
+            const auto res = WalkFile(path, r, 0, false, TDataFile::TInflater::Zlib);
+            // Either reader, reading ahead in a thread of its own or not, ends the same way
+            // with the same points.
+            for (const auto inflater : AllInflaters()) {
+                for (const bool readAhead : {false, true}) {
+                    TCollectingReceiver other;
+                    const auto resOther = WalkFile(path, other, 0, readAhead, inflater);
+                    QVERIFY2(resOther.end == res.end && resOther.values == res.values && other.curves == r.curves,
+                             qPrintable(QStringLiteral("cut at %1, reader %2, ahead %3: %4 against %5")
+                                            .arg(cut)
+                                            .arg(int(inflater))
+                                            .arg(readAhead)
+                                            .arg(TRecordingWalk::EndText(resOther.end), TRecordingWalk::EndText(res.end))));
+                }
+            }
             QVERIFY2(res.end == TEnd::BadHeader || res.end == TEnd::Truncated || res.end == TEnd::Damaged,
                      qPrintable(QStringLiteral("cut at %1: %2").arg(cut).arg(TRecordingWalk::EndText(res.end))));
             QVERIFY(r.curves.size() <= full.curves.size());
@@ -340,12 +351,22 @@ private Q_SLOTS:
                 bad[qsizetype(x % quint32(bad.size()))] = char(x >> 24);
             }
             QVERIFY(B::SaveBytes(path, bad));
-            TCollectingReceiver r, ahead;
-            const auto res = WalkFile(path, r);
+            TCollectingReceiver r;
+            const auto res = WalkFile(path, r, 0, false, TDataFile::TInflater::Zlib);
             QVERIFY(res.values <= 1000);
-            const auto resAhead = WalkFile(path, ahead, 0, true);
-            QCOMPARE(int(resAhead.end), int(res.end));
-            QVERIFY(ahead.curves == r.curves);
+            // A damaged stream or a bad check value ends every reader at the same place.
+            for (const auto inflater : AllInflaters()) {
+                for (const bool readAhead : {false, true}) {
+                    TCollectingReceiver other;
+                    const auto resOther = WalkFile(path, other, 0, readAhead, inflater);
+                    QVERIFY2(resOther.end == res.end && other.curves == r.curves,
+                             qPrintable(QStringLiteral("round %1, reader %2, ahead %3: %4 against %5")
+                                            .arg(round)
+                                            .arg(int(inflater))
+                                            .arg(readAhead)
+                                            .arg(TRecordingWalk::EndText(resOther.end), TRecordingWalk::EndText(res.end))));
+                }
+            }
         }
     }
 };
