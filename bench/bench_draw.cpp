@@ -3,6 +3,7 @@
 //
 //   bench_draw            10^4, 10^6, 10^7 values
 //   bench_draw --1e8      and 10^8 values (about 1.3 GB of memory)
+// At 10^7 values also the same samples with their stamps kept as written instead of packed.
 //
 // Goals: the redraw of 10^8 values within 2 times the redraw of 10^4 (cost follows pixels,
 // not samples), and at 10^7 values at least 5 times faster than the stock graph.
@@ -39,7 +40,8 @@ std::unique_ptr<TCurveData> MakeCurve(qint64 n) {
     for (qint64 i = 0; i < n;) {
         const qint64 m = std::min(block, n - i);
         for (qint64 j = 0; j < m; ++j, ++i) {
-            t[size_t(j)] = 7.6e8 + double(i);
+            // Stamps as the file makes them: days since 2000 times 86,400.
+            t[size_t(j)] = (8796.0 + double(i) / 86400.0) * 86400.0;
             v[size_t(j)] =
                 20.0 + 5.0 * std::sin(20.0 * std::numbers::pi * double(i) / double(n)) + noise(rng);
             if (i % spikeEvery == spikeEvery / 3) v[size_t(j)] += 40.0;
@@ -86,10 +88,15 @@ struct TOurs {
 
 TOurs TimeOurs(const TCurveData& d) {
     TOurs r;
-    QElapsedTimer timer;
-    timer.start();
-    const auto pyramid = std::make_shared<const TCurveSummary>(d);
-    r.Pyramid = double(timer.nsecsElapsed()) / 1e6;
+    // Best of three builds: the first one in a process also pays for fresh pages.
+    std::shared_ptr<const TCurveSummary> pyramid;
+    r.Pyramid = 1e30;
+    for (int k = 0; k < 3; ++k) {
+        QElapsedTimer timer;
+        timer.start();
+        pyramid = std::make_shared<const TCurveSummary>(d);
+        r.Pyramid = std::min(r.Pyramid, double(timer.nsecsElapsed()) / 1e6);
+    }
     TPlot p(QCPRange(d.FirstTime(), d.LastTime()));
     auto* c = new TCurvePlottable(p.Plot.xAxis, p.Plot.yAxis);
     c->SetData(&d, pyramid);
@@ -135,7 +142,7 @@ int main(int argc, char** argv) {
     std::printf("%12s %12s %14s %14s %12s\n", "values", "pyramid ms", "as stored ms", "reduced ms",
                 "points drawn");
     std::map<qint64, TOurs> ours;
-    double stock = 0.0;
+    double stock = 0.0, rawFull = 0.0, rawPyramid = 0.0;
     for (qint64 n : sizes) {
         const auto d = MakeCurve(n);
         const TOurs r = TimeOurs(*d);
@@ -143,12 +150,26 @@ int main(int argc, char** argv) {
         std::printf("%12lld %12.1f %14.2f %14.2f %12lld\n", static_cast<long long>(n), r.Pyramid, r.StoreRule,
                     r.Reduced, static_cast<long long>(r.Points));
         std::fflush(stdout);
-        if (n == 10000000) stock = TimeStockGraph(*d);
+        if (n == 10000000) {
+            stock = TimeStockGraph(*d);
+            // The same samples with every stamp kept as written, as before time columns were packed.
+            TCurveData::SetPacking(false);
+            const auto raw = MakeCurve(n);
+            TCurveData::SetPacking(true);
+            const TOurs r2 = TimeOurs(*raw);
+            std::printf("%12s %12.1f %14.2f %14.2f %12lld   stamps as written: %.0f MB against %.0f MB packed\n",
+                        "", r2.Pyramid, r2.StoreRule, r2.Reduced, static_cast<long long>(r2.Points),
+                        double(raw->MemoryBytes()) / 1e6, double(d->MemoryBytes()) / 1e6);
+            rawFull = r2.Reduced;
+            rawPyramid = r2.Pyramid;
+        }
     }
     const qint64 top = sizes.back();
     std::printf("\nQCPGraph, 10^7 values: %.2f ms a redraw\n", stock);
     std::printf("ratio redraw %g values / 10^4 values (drawn as stored): %.2f (goal <= 2)\n", double(top),
                 ours[top].StoreRule / ours[10000].StoreRule);
     std::printf("ratio QCPGraph / ours at 10^7 values: %.1f (goal >= 5)\n", stock / ours[10000000].Reduced);
+    std::printf("ratio packed / as written at 10^7 values: redraw %.2f, pyramid %.2f (goal <= 1)\n",
+                ours[10000000].Reduced / rawFull, ours[10000000].Pyramid / rawPyramid);
     return 0;
 }

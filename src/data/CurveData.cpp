@@ -1,6 +1,7 @@
 #include "CurveData.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
 #include <limits>
 #include <numeric>
@@ -43,30 +44,52 @@ double TCurveData::TTimeChunk::DecodeSlow(int j) const {
     return it->second;
 }
 
+void TCurveData::TTimeChunk::SetRuns(std::vector<TTimeRun> runs) {
+    Runs = std::move(runs);
+    Runs.shrink_to_fit();
+    OneRun = Runs.size() == 1;
+    Base = Runs.front().Base;
+    Step = Runs.front().Step;
+}
+
+// Every point from its run's line and residual in a loop without branches; exceptions are
+// written over afterwards.
 void TCurveData::TTimeChunk::Unpack(double* out, int first, int n) const {
+    const int end = first + n;
     auto run = std::upper_bound(Runs.begin(), Runs.end(), first,
                                 [](int k, const TTimeRun& r) { return k < r.First; }) - 1;
-    auto exception = std::lower_bound(Exceptions.begin(), Exceptions.end(), first,
-                                      [](const auto& e, int k) { return e.first < k; });
     const std::uint8_t* residuals = Residuals.get();
-    for (int j = first, end = first + n; j < end;) {
+    for (int j = first; j < end; ++run) {
         const int runEnd = (run + 1 == Runs.end()) ? end : std::min(end, (run + 1)->First);
-        const TTimeRun r = *run;
+        const double base = run->Base, step = run->Step;
+        const int origin = run->First;
+        double* o = out + (j - first);
         if (!residuals) {
-            for (; j < runEnd; ++j) *out++ = Line(r, j);
+            for (int k = j; k < runEnd; ++k) *o++ = base + double(k - origin) * step;
         } else {
-            for (; j < runEnd; ++j) {
-                const int code = Nibble(residuals, j);
-                if (code != kException) {
-                    *out++ = AddUlps(Line(r, j), code);
-                } else {
-                    *out++ = exception->second;
-                    ++exception;
-                }
+            // Two points a byte; an odd first or last point on its own.
+            int k = j;
+            if (k < runEnd && (k & 1)) {
+                *o++ = AddUlps(base + double(k - origin) * step, ((residuals[k >> 1] >> 4) ^ 8) - 8);
+                ++k;
             }
+            const std::uint8_t* r = residuals + (k >> 1);
+            const int pairs = (runEnd - k) >> 1;
+            const double first = double(k - origin);
+            for (int m = 0; m < pairs; ++m) {
+                const int b = r[m];
+                o[2 * m] = AddUlps(base + (first + double(2 * m)) * step, ((b & 0xF) ^ 8) - 8);
+                o[2 * m + 1] = AddUlps(base + (first + double(2 * m + 1)) * step, ((b >> 4) ^ 8) - 8);
+            }
+            o += 2 * pairs;
+            k += 2 * pairs;
+            if (k < runEnd) *o++ = AddUlps(base + double(k - origin) * step, ((residuals[k >> 1] & 0xF) ^ 8) - 8);
         }
-        ++run;
+        j = runEnd;
     }
+    auto e = std::lower_bound(Exceptions.begin(), Exceptions.end(), first,
+                              [](const auto& x, int k) { return x.first < k; });
+    for (; e != Exceptions.end() && e->first < end; ++e) out[e->first - first] = e->second;
 }
 
 // Nearly every chunk of a logger's recording is one run: the line through its first and last
@@ -98,8 +121,7 @@ bool TCurveData::TTimeChunk::PackOneRun(const double* t, int n) {
         }
         if (bad) return false;
     }
-    Runs.assign(1, run);
-    Runs.shrink_to_fit();
+    SetRuns({run});
     Exceptions.clear();
     Exceptions.shrink_to_fit();
     Residuals.reset();
@@ -163,8 +185,7 @@ bool TCurveData::TTimeChunk::Pack(const double* t, int n) {
     const qint64 packed = qint64(runs.size() * sizeof(TTimeRun)) + (anyResidual ? n / 2 + 1 : 0) +
                           qint64(exceptions.size() * sizeof(exceptions[0]));
     if (packed * 2 > qint64(n) * qint64(sizeof(double))) return false; // saves too little
-    Runs = std::move(runs);
-    Runs.shrink_to_fit();
+    SetRuns(std::move(runs));
     Exceptions = std::move(exceptions);
     Exceptions.shrink_to_fit();
     Residuals.reset();
@@ -190,21 +211,37 @@ TPointKind TCurveData::Kind(qint64 i) const {
     return (it != FNulls.end() && it->first == i) ? it->second : TPointKind::Value;
 }
 
+namespace {
+std::atomic<bool> gPacking{true};
+}
+
+void TCurveData::SetPacking(bool on) { gPacking.store(on, std::memory_order_relaxed); }
+bool TCurveData::Packing() { return gPacking.load(std::memory_order_relaxed); }
+
 void TCurveData::SealChunk(qint64 chunk, int n) {
     TTimeChunk& c = FTimes[size_t(chunk)];
-    if (c.Raw && c.Pack(c.Raw.get(), n)) FSpare = std::move(c.Raw);
+    if (c.Raw && Packing() && c.Pack(c.Raw.get(), n)) FSpare = std::move(c.Raw);
 }
 
 void TCurveData::PrepareTail() {
     const qint64 chunk = FCount >> kChunkBits;
     if ((FCount & kChunkMask) != 0) {
-        // Compact packed the chunk that is still being filled: back to stamps as written.
+        // Compact packed or trimmed the chunk that is still being filled: back to full size
+        // and stamps as written.
+        const int n = int(FCount & kChunkMask);
         TTimeChunk& c = FTimes[size_t(chunk)];
-        if (!c.Raw) {
+        if (!c.Raw || FTrimmed) {
             auto raw = FSpare ? std::move(FSpare) : std::make_unique_for_overwrite<double[]>(size_t(kChunkSize));
-            c.Unpack(raw.get(), 0, int(FCount & kChunkMask));
+            if (c.Raw) std::copy_n(c.Raw.get(), n, raw.get());
+            else c.Unpack(raw.get(), 0, n);
             c = TTimeChunk{};
             c.Raw = std::move(raw);
+        }
+        if (FTrimmed) {
+            auto values = std::make_unique_for_overwrite<float[]>(size_t(kChunkSize));
+            std::copy_n(FValues[size_t(chunk)].get(), n, values.get());
+            FValues[size_t(chunk)] = std::move(values);
+            FTrimmed = 0;
         }
     } else {
         if (chunk > 0) SealChunk(chunk - 1, int(kChunkSize));
@@ -212,6 +249,7 @@ void TCurveData::PrepareTail() {
         c.Raw = FSpare ? std::move(FSpare) : std::make_unique_for_overwrite<double[]>(size_t(kChunkSize));
         FTimes.push_back(std::move(c));
         FValues.push_back(std::make_unique_for_overwrite<float[]>(size_t(kChunkSize)));
+        FTrimmed = 0;
     }
     FTail = FTimes[size_t(chunk)].Raw.get();
     FValueTail = FValues[size_t(chunk)].get();
@@ -220,10 +258,24 @@ void TCurveData::PrepareTail() {
 void TCurveData::Compact() {
     if (FCount == 0) return;
     const qint64 last = (FCount - 1) >> kChunkBits;
-    SealChunk(last, int(FCount - (last << kChunkBits)));
+    const int n = int(FCount - (last << kChunkBits));
+    SealChunk(last, n);
     FSpare.reset();
     FTail = nullptr;
     FValueTail = nullptr;
+    // A partly filled last chunk keeps only what it holds.
+    if (n < kChunkSize && !FTrimmed) {
+        TTimeChunk& c = FTimes[size_t(last)];
+        if (c.Raw) {
+            auto raw = std::make_unique_for_overwrite<double[]>(size_t(n));
+            std::copy_n(c.Raw.get(), n, raw.get());
+            c.Raw = std::move(raw);
+        }
+        auto values = std::make_unique_for_overwrite<float[]>(size_t(n));
+        std::copy_n(FValues[size_t(last)].get(), n, values.get());
+        FValues[size_t(last)] = std::move(values);
+        FTrimmed = n;
+    }
 }
 
 void TCurveData::Append(double time, double value, TPointKind kind) {
@@ -266,6 +318,7 @@ void TCurveData::Clear() {
     FTail = nullptr;
     FValueTail = nullptr;
     FCount = 0;
+    FTrimmed = 0;
     FLast = 0.0;
     FSorted = true;
 }
@@ -361,6 +414,10 @@ qint64 TCurveData::MemoryBytes() const {
     qint64 bytes = qint64(FValues.size()) * kChunkSize * qint64(sizeof(float)) +
                    qint64(FNulls.capacity() * sizeof(FNulls[0])) + (FSpare ? kChunkSize * qint64(sizeof(double)) : 0);
     for (const TTimeChunk& c : FTimes) bytes += c.Bytes();
+    if (FTrimmed) {
+        bytes -= (kChunkSize - FTrimmed) * qint64(sizeof(float));
+        if (FTimes.back().Raw) bytes -= (kChunkSize - FTrimmed) * qint64(sizeof(double));
+    }
     return bytes;
 }
 

@@ -63,6 +63,9 @@ public:
     void Clear();
     // Packs the last, partly filled chunk too; appending afterwards unpacks it again.
     void Compact();
+    // Whether full chunks get packed, for the whole process: benchmarks compare both ways.
+    static void SetPacking(bool on);
+    static bool Packing();
 
     // Keeps the times ascending, as a time-ordered curve needs; a file written out of
     // order is put in order once, with equal stamps keeping their file order.
@@ -83,6 +86,7 @@ public:
     // buf (room for n) with the stamps unpacked.
     const double* Times(qint64 first, qint64 n, double* buf) const;
     std::span<const float> ValueChunk(qint64 chunk) const;
+
     qint64 ChunkCount() const { return qint64(FValues.size()); }
     // Whether a chunk keeps its stamps packed (for tests and the memory figures).
     bool IsChunkPacked(qint64 chunk) const { return !FTimes[size_t(chunk)].Raw; }
@@ -102,23 +106,28 @@ private:
     }
     struct TTimeChunk {
         std::unique_ptr<double[]> Raw; // the stamps as written; null when packed
-        std::vector<TTimeRun> Runs;
+        // The first run's line, kept here so the common chunk of one run decodes without a
+        // look into Runs.
+        double Base = 0.0, Step = 0.0;
+        bool OneRun = false;
         // Per point 4 bits: the stamp's bits minus its run's line's bits, -7..7; -8 marks an
         // exception. Null when every stamp lies on its line.
         std::unique_ptr<std::uint8_t[]> Residuals;
+        std::vector<TTimeRun> Runs;
         std::vector<std::pair<qint32, double>> Exceptions; // sorted by index
 
         double Decode(int j) const {
-            if (Runs.size() != 1) return DecodeSlow(j);
-            const double line = Line(Runs.front(), j);
+            if (!OneRun) return DecodeSlow(j);
+            const double line = Base + double(j) * Step; // Line() of the first run, whose First is 0
             if (!Residuals) return line;
             const int x = (Residuals[size_t(j >> 1)] >> ((j & 1) * 4)) & 0xF;
-            return x != 8 ? AddUlps(line, x >= 8 ? x - 16 : x) : DecodeSlow(j);
+            return x != 8 ? AddUlps(line, (x ^ 8) - 8) : DecodeSlow(j);
         }
         double DecodeSlow(int j) const;
         // Packs n stamps when that saves most of their memory; false leaves the chunk as it is.
         bool Pack(const double* t, int n);
         bool PackOneRun(const double* t, int n);
+        void SetRuns(std::vector<TTimeRun> runs);
         void Unpack(double* out, int first, int n) const;
         qint64 Bytes() const;
     };
@@ -136,6 +145,7 @@ private:
     double* FTail = nullptr;          // the chunk being filled
     float* FValueTail = nullptr;
     qint64 FCount = 0;
+    qint64 FTrimmed = 0; // points of the last chunk when Compact cut it to their size, else 0
     double FLast = 0.0;
     bool FSorted = true;
 };

@@ -57,6 +57,8 @@ private Q_SLOTS:
     void stampsReadBack_data();
     void stampsReadBack();
     void appendAfterCompact();
+    void boundsMatchASearch_data();
+    void boundsMatchASearch();
     void sortKeepsPairs();
 };
 
@@ -139,25 +141,77 @@ void TstCurveData::stampsReadBack() {
     }
 }
 
-// Compact packs the chunk being filled; appending unpacks it and goes on where it stood.
+// Compact packs or trims the chunk being filled; appending brings it back to full size and
+// goes on where it stood, for packed and for irregular stamps kept as written.
 void TstCurveData::appendAfterCompact() {
-    const std::vector<double> t = FileStamps(TCurveData::kChunkSize + 500, 1.0);
-    TCurveData d;
-    for (size_t k = 0; k < t.size(); ++k) {
-        d.Push(t[k], float(k), TPointKind::Value);
-        if (k % 20000 == 7) {
-            d.Compact();
-            QVERIFY(d.IsChunkPacked(qint64(k) >> TCurveData::kChunkBits));
+    for (const bool regular : {true, false}) {
+        const qint64 n = TCurveData::kChunkSize + 500;
+        const std::vector<double> t = regular ? FileStamps(n, 1.0) : Jittered(n);
+        TCurveData d;
+        for (size_t k = 0; k < t.size(); ++k) {
+            d.Push(t[k], float(k), TPointKind::Value);
+            if (k % 20000 == 7) {
+                const qint64 before = d.MemoryBytes();
+                d.Compact();
+                QCOMPARE(d.IsChunkPacked(qint64(k) >> TCurveData::kChunkBits), regular);
+                QVERIFY2(d.MemoryBytes() < before, "a part-filled chunk keeps only its points");
+            }
         }
+        d.Compact();
+        QCOMPARE(d.Count(), qint64(t.size()));
+        for (qint64 i = 0; i < d.Count(); ++i) {
+            QCOMPARE(Bits(d.Time(i)), Bits(t[size_t(i)]));
+            QCOMPARE(d.Value(i), double(float(i)));
+        }
+        QCOMPARE(d.LowerBound(t[60000]), qint64(60000));
+        QCOMPARE(d.UpperBound(t[60000]), qint64(60001));
     }
-    d.Compact();
-    QCOMPARE(d.Count(), qint64(t.size()));
-    for (qint64 i = 0; i < d.Count(); ++i) {
-        QCOMPARE(Bits(d.Time(i)), Bits(t[size_t(i)]));
-        QCOMPARE(d.Value(i), double(float(i)));
+}
+
+// The bounds from chunk search, run guess and gallop agree with a plain binary search of the
+// stamps, at the stamps themselves, between them and beyond both ends.
+void TstCurveData::boundsMatchASearch_data() {
+    QTest::addColumn<TStamps>("stamps");
+    QTest::newRow("regular") << TStamps([](qint64 c) { return FileStamps(c, 1.0); });
+    QTest::newRow("jittered") << TStamps(Jittered);
+    QTest::newRow("equal stamps in runs") << TStamps([](qint64 c) {
+        auto t = FileStamps(c, 2.0);
+        for (qint64 k = 0; k < c; ++k) t[size_t(k)] = t[size_t(k - k % 5)];
+        return t;
+    });
+    QTest::newRow("steps and jumps") << TStamps([](qint64 c) {
+        auto t = FileStamps(c, 1.0);
+        for (qint64 k = 0; k < c; ++k) t[size_t(k)] += 1000.0 * double(k / 9000) + (k % 9000 == 4500 ? 0.3 : 0.0);
+        return t;
+    });
+}
+
+void TstCurveData::boundsMatchASearch() {
+    QFETCH(TStamps, stamps);
+    const qint64 n = 3 * TCurveData::kChunkSize + 77;
+    const std::vector<double> t = stamps(n);
+    const TCurveData d = Fill(t, true);
+    std::mt19937_64 rng(3);
+    std::uniform_int_distribution<qint64> pick(0, n - 1);
+    std::vector<double> probes = {t.front() - 1.0, t.front(), t.back(), t.back() + 1.0};
+    for (int k = 0; k < 3000; ++k) {
+        const double at = t[size_t(pick(rng))];
+        probes.insert(probes.end(), {at, std::nextafter(at, -1e300), std::nextafter(at, 1e300), at + 0.5, at - 0.25});
     }
-    QCOMPARE(d.LowerBound(t[60000]), qint64(60000));
-    QCOMPARE(d.UpperBound(t[60000]), qint64(60001));
+    for (qint64 c = 0; c < d.ChunkCount(); ++c) {
+        const double first = t[size_t(c << TCurveData::kChunkBits)];
+        probes.insert(probes.end(), {first, std::nextafter(first, -1e300), std::nextafter(first, 1e300)});
+    }
+    for (const double p : probes) {
+        const qint64 lower = std::lower_bound(t.begin(), t.end(), p) - t.begin();
+        const qint64 upper = std::upper_bound(t.begin(), t.end(), p) - t.begin();
+        if (d.LowerBound(p) != lower || d.UpperBound(p) != upper)
+            QFAIL(qPrintable(u"at %1: %2 and %3 instead of %4 and %5"_s.arg(p, 0, 'g', 17)
+                                 .arg(d.LowerBound(p))
+                                 .arg(d.UpperBound(p))
+                                 .arg(lower)
+                                 .arg(upper)));
+    }
 }
 
 // Sorting an out-of-order curve moves each value with its stamp and null kind.
