@@ -352,31 +352,40 @@ void TDataBase::Table_MoveFirstRow(int rows) {
     if (rows > 0 && rows < FRows.Count()) {
         // Forward within the rows already built.
         t = FRows.GetItem(rows).Time;
-    } else if (rows != 0) {
-        // Row by row with a cursor per curve: the first point after t going forward, the first
-        // point not before t going back.
+    } else if (rows != 0 && n > 0) {
+        // Row by row with a cursor per curve and the time of the point it would take next:
+        // the first point after t going forward, the last point before t going back.
         const bool forward = rows > 0;
+        const double none = forward ? std::numeric_limits<double>::infinity() : -std::numeric_limits<double>::infinity();
         std::vector<qint64> cursor(size_t(n), -1);
-        for (int i = 0; i < n; ++i)
-            if (Curve_IsAvailable(i)) cursor[size_t(i)] = forward ? Data(i).UpperBound(t) : Data(i).LowerBound(t);
+        std::vector<double> candidate(size_t(n), none);
+        auto take = [&](int i) {
+            const TCurveData& d = Data(i);
+            const qint64 c = cursor[size_t(i)];
+            candidate[size_t(i)] = forward ? (c < d.Count() ? d.Time(c) : none) : (c > 0 ? d.Time(c - 1) : none);
+        };
+        for (int i = 0; i < n; ++i) {
+            if (!Curve_IsAvailable(i)) continue;
+            cursor[size_t(i)] = forward ? Data(i).UpperBound(t) : Data(i).LowerBound(t);
+            take(i);
+        }
         for (int step = 0, steps = std::abs(rows); step < steps; ++step) {
-            double to = forward ? std::numeric_limits<double>::infinity() : -std::numeric_limits<double>::infinity();
-            for (int i = 0; i < n; ++i) {
-                const qint64 c = cursor[size_t(i)];
-                if (c < 0) continue;
-                if (forward && c < Data(i).Count()) to = std::min(to, Data(i).Time(c));
-                if (!forward && c > 0) to = std::max(to, Data(i).Time(c - 1));
-            }
-            if (std::isinf(to)) break;
+            const double to = forward ? *std::min_element(candidate.begin(), candidate.end())
+                                      : *std::max_element(candidate.begin(), candidate.end());
+            if (to == none) break;
             t = to;
             for (int i = 0; i < n; ++i) {
-                qint64& c = cursor[size_t(i)];
-                if (c < 0) continue;
+                if (candidate[size_t(i)] != t) continue;
+                // Past every point of this curve at t (equal stamps are one row).
                 const TCurveData& d = Data(i);
+                qint64& c = cursor[size_t(i)];
                 if (forward)
-                    while (c < d.Count() && d.Time(c) <= t) ++c;
+                    do ++c;
+                    while (c < d.Count() && d.Time(c) == t);
                 else
-                    while (c > 0 && d.Time(c - 1) >= t) --c;
+                    do --c;
+                    while (c > 0 && d.Time(c - 1) == t);
+                take(i);
             }
         }
     }

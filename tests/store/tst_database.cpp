@@ -9,6 +9,9 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <algorithm>
+#include <random>
+
 namespace {
 
 // Fills a store directly, as the loader would.
@@ -155,6 +158,64 @@ private Q_SLOTS:
         db.Table_MoveFirstRow(100000);
         QCOMPARE(db.Table_GetFirstTime(), 597.0);
         QCOMPARE(db.Table_RowCount(), 1);
+    }
+
+    // Moves of any length, from anywhere, over curves with equal stamps, stamps of their own
+    // and packed chunks, land on the merged list of distinct times; each row shows each
+    // curve's last point at its time.
+    void movingMatchesTheMergedTimes() {
+        TDataBase db;
+        TFill f{db};
+        std::mt19937 rng(11);
+        std::vector<double> merged;
+        std::vector<std::vector<double>> stamps;
+        for (int c = 0; c < 3; ++c) {
+            f.r.AddCurve(QStringLiteral("M%1").arg(c));
+            db.Curve_FormatSet(c, QStringLiteral("0"));
+            std::vector<double> t, v;
+            double at = 100.0 * c;
+            for (int i = 0; i < 70000 + 1000 * c; ++i) {
+                // Curve 0 regular with a rare equal stamp, curve 1 regular, curve 2 irregular
+                // with many equal stamps.
+                if (c == 0 && rng() % 5000 != 0) at += 1.0;
+                if (c == 1) at += 0.5;
+                if (c == 2 && rng() % 50 != 0) at += 0.5 + double(rng() % 3);
+                t.push_back(at);
+                v.push_back(double(i));
+            }
+            f.r.AddPoints(c, t, v, std::vector<TPointKind>(t.size(), TPointKind::Value));
+            merged.insert(merged.end(), t.begin(), t.end());
+            stamps.push_back(t);
+        }
+        for (int c = 0; c < 3; ++c) db.Data(c).Compact();
+        QVERIFY(db.Data(0).IsChunkPacked(0) && db.Data(1).IsChunkPacked(1) && !db.Data(2).IsChunkPacked(0));
+        std::sort(merged.begin(), merged.end());
+        merged.erase(std::unique(merged.begin(), merged.end()), merged.end());
+        const int last = int(merged.size()) - 1;
+        for (int round = 0; round < 300; ++round) {
+            const int from = int(rng() % merged.size());
+            const int rows = int(rng() % 301) - 150 + (round % 10 == 0 ? 40000 * (round % 20 ? 1 : -1) : 0);
+            db.Table_SetFirstRow(merged[size_t(from)]);
+            QCOMPARE(db.Table_GetFirstTime(), merged[size_t(from)]);
+            db.Table_MoveFirstRow(rows);
+            const int to = std::clamp(from + rows, 0, last);
+            if (db.Table_GetFirstTime() != merged[size_t(to)])
+                QFAIL(qPrintable(QStringLiteral("from row %1 by %2: %3 instead of %4")
+                                     .arg(from)
+                                     .arg(rows)
+                                     .arg(db.Table_GetFirstTime(), 0, 'f', 1)
+                                     .arg(merged[size_t(to)], 0, 'f', 1)));
+            for (int r = 0; r < db.Table_RowCount(); ++r) {
+                QCOMPARE(db.Table_GetTimeValue(r), merged[size_t(to + r)]);
+                for (int c = 0; c < 3; ++c) {
+                    // Values are the points' indices: the last point at the row's time, if any.
+                    const auto& t = stamps[size_t(c)];
+                    const auto at = std::upper_bound(t.begin(), t.end(), merged[size_t(to + r)]);
+                    const bool has = at != t.begin() && *(at - 1) == merged[size_t(to + r)];
+                    QCOMPARE(db.Table_GetValue(c, r), has ? QString::number(at - t.begin() - 1) : QString());
+                }
+            }
+        }
     }
 
     void alarmsFollowTheLimits() {
