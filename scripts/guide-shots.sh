@@ -18,15 +18,7 @@ trap 'rm -rf "$work"' EXIT
 export ZEB_SETTINGS_FILE=$work/settings.ini LC_ALL=C.UTF-8 LANGUAGE= QT_QPA_PLATFORM=offscreen XDG_RUNTIME_DIR=$work
 
 # The demo recording of run.sh, with its display settings next to it.
-"$bin/zebtool" gen --quiet --seed 7 --channels 4 --records 20000 --gaps "$work/demo.zeb"
-cat >"$work/demo.mse" <<'MSE'
-[General]
-Title='Cold store, March 2024'
-[Curve2]
-ModulName='ZEB-P1'
-ChannelName='Pressure'
-Axis=2
-MSE
+./scripts/make-demo.sh "$bin/zebtool" "$work"
 
 out=docs/images
 mkdir -p "$out"

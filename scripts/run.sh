@@ -7,17 +7,7 @@ cd "$(dirname "$0")/.."
 cmake --preset default >/dev/null
 cmake --build --preset default -j "$(nproc)"
 
-mkdir -p demo
-./build/default/bin/zebtool gen --seed 7 --channels 4 --records 20000 --gaps demo/demo.zeb
-# The recording's own display settings: the viewer reads them from the file of the same name.
-cat > demo/demo.mse <<'MSE'
-[General]
-Title='Cold store, March 2024'
-[Curve2]
-ModulName='ZEB-P1'
-ChannelName='Pressure'
-Axis=2
-MSE
+./scripts/make-demo.sh ./build/default/bin/zebtool demo
 
 viewer=./build/default/bin/zeb_viewer
 if [ -n "${DISPLAY:-}" ] || [ -n "${WAYLAND_DISPLAY:-}" ] || [ "${QT_QPA_PLATFORM:-}" = "windows" ]; then
