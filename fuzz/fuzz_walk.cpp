@@ -1,6 +1,7 @@
 // Fuzzes the walk over a recording. The first byte picks the form of the input: the raw
 // file (zlib and all), or block content that is compressed first so that the fuzzer spends
-// its time on the block rules rather than on zlib's checks.
+// its time on the block rules rather than on zlib's checks. Where the build reads with ISA-L,
+// every input is walked with zlib's reader too, and both must end alike with the same points.
 
 #include "DataFile.h"
 #include "RecordingWalk.h"
@@ -8,6 +9,7 @@
 #include <QFile>
 #include <QTemporaryFile>
 
+#include <bit>
 #include <cstdint>
 #include <zlib.h>
 
@@ -17,6 +19,7 @@ class TSink : public TRecordingReceiver {
 public:
     int curves = 0;
     qint64 points = 0;
+    quint64 sum = 0;
     void AddCurve(const QString&) override { ++curves; }
     void SetChannelName(int c, const QString&) override { Check(c); }
     void SetUnit(int c, const QString&) override { Check(c); }
@@ -27,6 +30,10 @@ public:
         Check(c);
         if (t.size() != v.size() || t.size() != k.size()) __builtin_trap();
         points += qint64(t.size());
+        // A fingerprint of what was read, bits and all, to compare the readers.
+        for (size_t i = 0; i < t.size(); ++i)
+            sum = sum * 1099511628211u + std::bit_cast<quint64>(t[i]) * 31u + std::bit_cast<quint64>(v[i]) +
+                  quint64(k[i]);
     }
 
 private:
@@ -58,11 +65,25 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     file.seek(0);
     file.write(bytes);
     file.flush();
-    auto f = TDataFile::CreateLoad(file.fileName());
-    if (!f) return 0;
-    TSink sink;
-    TRecordingWalk walk(*f, sink, (data[0] & 2) ? TDataFile::kBrandVariant : 0);
-    walk.Run();
-    if (walk.CurveCount() != sink.curves || walk.ValueCount() < sink.points) __builtin_trap();
+    TSink first;
+    TRecordingWalk::TEnd firstEnd = TRecordingWalk::TEnd::BadHeader;
+    bool walked = false;
+    for (const auto inflater : {TDataFile::TInflater::Zlib, TDataFile::TInflater::Isal}) {
+        if (inflater == TDataFile::TInflater::Isal && !TDataFile::HasIsal()) break;
+        auto f = TDataFile::CreateLoad(file.fileName(), nullptr, inflater);
+        if (!f) return 0;
+        TSink sink;
+        TRecordingWalk walk(*f, sink, (data[0] & 2) ? TDataFile::kBrandVariant : 0);
+        const TRecordingWalk::TEnd end = walk.Run();
+        if (walk.CurveCount() != sink.curves || walk.ValueCount() < sink.points) __builtin_trap();
+        if (!walked) {
+            first = sink;
+            firstEnd = end;
+            walked = true;
+        } else if (end != firstEnd || sink.curves != first.curves || sink.points != first.points ||
+                   sink.sum != first.sum) {
+            __builtin_trap();
+        }
+    }
     return 0;
 }

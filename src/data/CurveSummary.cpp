@@ -189,7 +189,7 @@ const std::vector<TCurveSummary::TBlockStats>& TCurveSummary::Blocks() const {
         bool haveReference = false;
         bool prevMeasured = false;
         double prevT = 0.0, prevV = 0.0;
-        std::vector<double> buf(size_t(TCurveData::kChunkSize));
+        std::vector<double> buf(static_cast<size_t>(TCurveData::kChunkSize));
         for (qint64 c = 0; c < d.ChunkCount(); ++c) {
             const std::span<const float> v = d.ValueChunk(c);
             const qint64 base = c << TCurveData::kChunkBits;

@@ -123,7 +123,7 @@ void TstCurveData::stampsReadBack() {
             if (Bits(d.Time(i)) != Bits(t[size_t(i)]))
                 QFAIL(qPrintable(u"point %1: %2 instead of %3"_s.arg(i).arg(d.Time(i), 0, 'g', 17).arg(t[size_t(i)], 0, 'g', 17)));
         // Pieces as the sequential readers take them, starting anywhere in a chunk.
-        std::vector<double> buf(size_t(TCurveData::kChunkSize));
+        std::vector<double> buf(static_cast<size_t>(TCurveData::kChunkSize));
         for (qint64 first = 0; first < count;) {
             const qint64 chunkEnd = ((first >> TCurveData::kChunkBits) + 1) << TCurveData::kChunkBits;
             const qint64 n = std::min({count, chunkEnd, first + 3001}) - first;
