@@ -307,9 +307,9 @@ void TDataBase::Table_SetFirstRow(double time) {
 }
 
 void TDataBase::BuildRows(double first) {
-    FRows.Clear();
-    FFirstTime = first;
     const int n = Curve_Count();
+    FRows.Clear(n);
+    FFirstTime = first;
     constexpr double kNone = std::numeric_limits<double>::infinity();
     // Per curve the next point not yet shown and its time (infinity when there is none).
     std::vector<qint64> cursor(size_t(n), -1);
@@ -324,9 +324,7 @@ void TDataBase::BuildRows(double first) {
     while (n > 0 && FRows.Count() < kTableRows) {
         const double t = *std::min_element(next.begin(), next.end());
         if (t == kNone) break;
-        TTableRow row;
-        row.Time = t;
-        row.Index.assign(size_t(n), -1);
+        qint64* index = FRows.Add(t);
         for (int i = 0; i < n; ++i) {
             if (next[size_t(i)] != t) continue;
             const TCurveData& d = Data(i);
@@ -338,11 +336,10 @@ void TDataBase::BuildRows(double first) {
                 if (following != t) break;
                 following = kNone;
             }
-            row.Index[size_t(i)] = c - 1;
+            index[i] = c - 1;
             next[size_t(i)] = following;
         }
-        if (FRows.Count() == 0) FFirstTime = t;
-        FRows.Add(std::move(row));
+        if (FRows.Count() == 1) FFirstTime = t;
     }
 }
 
@@ -351,7 +348,7 @@ void TDataBase::Table_MoveFirstRow(int rows) {
     double t = FFirstTime;
     if (rows > 0 && rows < FRows.Count()) {
         // Forward within the rows already built.
-        t = FRows.GetItem(rows).Time;
+        t = FRows.Time(rows);
     } else if (rows != 0 && n > 0) {
         // Row by row with a cursor per curve and the time of the point it would take next:
         // the first point after t going forward, the last point before t going back.
@@ -394,32 +391,28 @@ void TDataBase::Table_MoveFirstRow(int rows) {
 
 void TDataBase::Table_RecalcFirstRow() { Table_SetFirstRow(FFirstTime); }
 
-double TDataBase::Table_GetFirstTime() const { return FRows.Count() > 0 ? FRows.GetItem(0).Time : FFirstTime; }
+double TDataBase::Table_GetFirstTime() const { return FRows.Count() > 0 ? FRows.Time(0) : FFirstTime; }
 
 QString TDataBase::Table_GetTime(int row) const {
     if (row < 0 || row >= FRows.Count()) return {};
-    return GetXValueStr(1, FRows.GetItem(row).Time);
+    return GetXValueStr(1, FRows.Time(row));
 }
 
 double TDataBase::Table_GetTimeValue(int row) const {
     if (row < 0 || row >= FRows.Count()) return 0.0;
-    return FRows.GetItem(row).Time;
+    return FRows.Time(row);
 }
 
 QString TDataBase::Table_GetValue(int curve, int row) const {
     if (row < 0 || row >= FRows.Count() || !Curve_IsValid(curve)) return {};
-    const TTableRow& r = FRows.GetItem(row);
-    if (size_t(curve) >= r.Index.size()) return {};
-    const qint64 i = r.Index[size_t(curve)];
+    const qint64 i = FRows.Index(row, curve);
     if (i < 0 || Data(curve).IsGap(i)) return {};
     return zeb::FormatFloat(Curve_FormatGet(curve), Data(curve).Value(i));
 }
 
 bool TDataBase::Table_IsAlarm(int curve, int row) const {
     if (row < 0 || row >= FRows.Count() || !Curve_IsValid(curve)) return false;
-    const TTableRow& r = FRows.GetItem(row);
-    if (size_t(curve) >= r.Index.size()) return false;
-    const qint64 i = r.Index[size_t(curve)];
+    const qint64 i = FRows.Index(row, curve);
     if (i < 0 || Data(curve).IsGap(i)) return false;
     return Cfg(curve).IsAlarm(Data(curve).Value(i));
 }

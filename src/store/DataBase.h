@@ -33,21 +33,33 @@ private:
     std::vector<double> FItems;
 };
 
-// One row of the table view: its time and, per curve, the index of the point at that time.
-struct TTableRow {
-    double Time = 0.0;
-    std::vector<qint64> Index; // -1: the curve has no point at this time
-};
-
+// The rows of the table view: per row its time and, per curve, the index of the point at that
+// time (-1: none). One flat array, so rebuilding the rows allocates nothing once it has grown.
 class TDataBaseRows {
 public:
-    void Add(TTableRow row) { FRows.push_back(std::move(row)); }
-    const TTableRow& GetItem(int i) const { return FRows[size_t(i)]; }
-    int Count() const { return int(FRows.size()); }
-    void Clear() { FRows.clear(); }
+    // Starts over with rows of this many curves.
+    void Clear(int curves = 0) {
+        FTimes.clear();
+        FIndex.clear();
+        FCurves = curves;
+    }
+    // A new row at time, every curve without a point; its indices to fill in.
+    qint64* Add(double time) {
+        FTimes.push_back(time);
+        FIndex.resize(FIndex.size() + size_t(FCurves), -1);
+        return FIndex.data() + FIndex.size() - size_t(FCurves);
+    }
+    int Count() const { return int(FTimes.size()); }
+    double Time(int row) const { return FTimes[size_t(row)]; }
+    // -1 also for a curve the rows were not built for.
+    qint64 Index(int row, int curve) const {
+        return curve < FCurves ? FIndex[size_t(row) * size_t(FCurves) + size_t(curve)] : -1;
+    }
 
 private:
-    std::vector<TTableRow> FRows;
+    std::vector<double> FTimes;
+    std::vector<qint64> FIndex;
+    int FCurves = 0;
 };
 
 // The merged walk over all curves by time, for printing and export.
