@@ -252,6 +252,16 @@ qint64 TDataFile::ReadRaw(char* dst, qint64 n) {
     return got;
 }
 
+// ISA-L accepts some Huffman tables that zlib rejects as damage, and may then hand out bytes
+// that only look like blocks. A walk that ends early, before the check value at the end of
+// the stream vouched for what was read, ends as zlib would: with the damage if zlib finds
+// it in what was handed out. Only files that end abnormally pay for the second inflate.
+void TDataFile::ConfirmWithZlib() {
+#ifdef ZEB_HAVE_ISAL
+    if (FZ->isal && !TakeOverWithZlib()) throw TDataFileError(FStreamError);
+#endif
+}
+
 // The reader's state as if zlib had read the file from its start: the file read again and the
 // bytes already handed out inflated into scratch. False with FStreamError set when that fails.
 bool TDataFile::TakeOverWithZlib() {
@@ -269,6 +279,7 @@ bool TDataFile::TakeOverWithZlib() {
         return false;
     }
     FInputEnded = false;
+    FStreamEnded = false;
     const qint64 skip = FInflated;
     FInflated = 0;
     std::vector<char> scratch(size_t(std::min<qint64>(skip, 65536)));
@@ -357,6 +368,7 @@ bool TDataFile::InflateBlock(quint16& id, QByteArray& buf, TReadEnd& end) {
     if (h < 4) {
         if (!FStreamError.empty()) throw TDataFileError(FStreamError);
         end = (h == 0 && FStreamEnded) ? TReadEnd::EndOfStream : TReadEnd::Truncated;
+        if (end == TReadEnd::Truncated) ConfirmWithZlib();
         return false;
     }
     id = LoadLE<quint16>(head);
@@ -372,11 +384,13 @@ bool TDataFile::InflateBlock(quint16& id, QByteArray& buf, TReadEnd& end) {
     if (done < length) {
         if (!FStreamError.empty()) throw TDataFileError(FStreamError);
         // The file ends inside this block: the partial payload is dropped.
+        ConfirmWithZlib();
         buf.clear();
         end = TReadEnd::Truncated;
         return false;
     }
     if (length == 0) {
+        ConfirmWithZlib();
         end = TReadEnd::EmptyBlock;
         return false;
     }

@@ -126,6 +126,7 @@ private:
     void Append(const void* data, int bytes);
     qint64 ReadRaw(char* dst, qint64 n);
     bool TakeOverWithZlib();
+    void ConfirmWithZlib();
     bool InflateBlock(quint16& id, QByteArray& buf, TReadEnd& end);
     qint64 InflatedUpTo() const;
     void StopReadAhead();
