@@ -110,8 +110,8 @@ int main(int argc, char** argv) {
     made.restart();
     for (int c = 0; c < 4; ++c) {
         const TMseSettingsCurve& cu = db.Cfg_Curve_Get(c);
-        const TLimitSpec spec{cu.LAlarm, cu.LValue1, cu.LValue2};
-        summaries[size_t(c)]->LimitBlocks({spec.Mode, spec.L1, spec.L2}, [&spec](double y) { return spec.IsAlarm(y); });
+        const TLimitRule rule{cu.LAlarm, cu.LValue1, cu.LValue2};
+        summaries[size_t(c)]->LimitBlocks({rule.Mode, rule.L1, rule.L2}, [&rule](double y) { return rule.IsAlarm(y); });
     }
     const double limitMs = double(made.nsecsElapsed()) / 1e6;
     std::printf("summaries made once after loading: %.0f ms, limit blocks at the first computation: %.0f ms "
@@ -153,10 +153,10 @@ int main(int argc, char** argv) {
 
         for (int c : {0, 1}) {
             const TMseSettingsCurve& cu = db.Cfg_Curve_Get(c);
-            const TLimitSpec spec{cu.LAlarm, cu.LValue1, cu.LValue2};
+            const TLimitRule rule{cu.LAlarm, cu.LValue1, cu.LValue2};
             TLimitTimes a, b;
-            const double lFast = Ms([&] { a = CalcLimits(db.Data(c), summaries[size_t(c)].get(), spec, ranges[size_t(c)]); }, 5);
-            const double lBrute = Ms([&] { b = CalcLimits(db.Data(c), nullptr, spec, ranges[size_t(c)]); }, 3);
+            const double lFast = Ms([&] { a = CalcLimits(db.Data(c), summaries[size_t(c)].get(), rule, ranges[size_t(c)]); }, 5);
+            const double lBrute = Ms([&] { b = CalcLimits(db.Data(c), nullptr, rule, ranges[size_t(c)]); }, 3);
             std::printf("  limit times, %s: %9.3f ms vs %9.1f ms every point: %7.1fx\n",
                         c == 0 ? "rare crossings   " : "frequent crossings", lFast, lBrute, lBrute / lFast);
             equal = equal && a.Valid == b.Valid && Same(a.Out, b.Out) && Same(a.In, b.In);

@@ -367,7 +367,7 @@ int Analyse(QStringList args) {
         const TIndexRange range = VisibleRange(d, x0, x1);
         const TRangeStats st = RangeStats(d, summary.get(), range);
         const TMseSettingsCurve& cu = db.Settings().Curves[c];
-        const TLimitTimes lt = CalcLimits(d, summary.get(), TLimitSpec{cu.LAlarm, cu.LValue1, cu.LValue2}, range);
+        const TLimitTimes lt = CalcLimits(d, summary.get(), TLimitRule{cu.LAlarm, cu.LValue1, cu.LValue2}, range);
         const bool limited = cu.LAlarm >= 1 && cu.LAlarm <= 4;
         o << (c ? ", " : "") << "{\"index\": " << c << ", \"name\": " << JsonString(db.Curve_NameGet(c))
           << ", \"unit\": " << JsonString(db.Curve_UnitGet(c)) << ", \"points\": " << st.Count

@@ -119,11 +119,11 @@ TRangeStats RangeStats(const TCurveData& d, const TCurveSummary* summary, TIndex
 
 // ---------------------------------------------------------------------- limits
 
-bool TLimitSpec::IsAlarm(double value) const {
+bool TLimitRule::IsAlarm(double value) const {
     return ::IsAlarm(Mode, L1, L2, value);
 }
 
-TLimitTimes CalcLimits(const TCurveData& d, const TCurveSummary* summary, const TLimitSpec& limits,
+TLimitTimes CalcLimits(const TCurveData& d, const TCurveSummary* summary, const TLimitRule& limits,
                        TIndexRange range) {
     TLimitTimes out;
     if (limits.Mode < 1 || limits.Mode > 4 || range.IsEmpty() || range.Last - range.First < 1) return out;
@@ -265,7 +265,7 @@ qint64 FirstIndexOf(const TCurveData& d, const TCurveSummary* summary, TIndexRan
 namespace {
 
 // Whether every value of [min, max] is in alarm (1), none is (0), or it depends (-1).
-int UniformAlarm(const TLimitSpec& limits, double min, double max) {
+int UniformAlarm(const TLimitRule& limits, double min, double max) {
     const bool a = limits.IsAlarm(min), b = limits.IsAlarm(max);
     switch (limits.Mode) {
     case 1:
@@ -286,7 +286,7 @@ int UniformAlarm(const TLimitSpec& limits, double min, double max) {
 
 } // namespace
 
-TLimitViolations LimitViolations(const TCurveData& d, const TCurveSummary* summary, const TLimitSpec& limits,
+TLimitViolations LimitViolations(const TCurveData& d, const TCurveSummary* summary, const TLimitRule& limits,
                                  TIndexRange range) {
     TLimitViolations out;
     if (limits.Mode < 1 || limits.Mode > 4 || range.IsEmpty()) return out;

@@ -45,7 +45,7 @@ struct TRangeStats {
 TRangeStats RangeStats(const TCurveData& d, const TCurveSummary* summary, TIndexRange range);
 
 // A curve's limits: mode 0 none, 1 below L1, 2 above L1, 3 strictly between, 4 outside.
-struct TLimitSpec {
+struct TLimitRule {
     int Mode = 0;
     double L1 = 0.0, L2 = 0.0;
     bool IsAlarm(double value) const;
@@ -60,7 +60,7 @@ struct TLimitTimes {
 // Each stretch of one alarm state is credited, up to the first point of the next state, to
 // the state it began in. A point without a measured value ends the stretch there (credited as
 // usual); the time from it to the next measured value counts to neither total.
-TLimitTimes CalcLimits(const TCurveData& d, const TCurveSummary* summary, const TLimitSpec& limits,
+TLimitTimes CalcLimits(const TCurveData& d, const TCurveSummary* summary, const TLimitRule& limits,
                        TIndexRange range);
 
 // The integral between xmin and xmax by the trapezoidal rule, with the line through the
@@ -93,7 +93,7 @@ struct TLimitViolations {
 // as it ends a stretch of the limit times, so an alarm on both sides of a gap counts twice. A
 // range that begins in alarm begins with a violation. With the summary, blocks whose values
 // all lie on one side of the limits are taken whole.
-TLimitViolations LimitViolations(const TCurveData& d, const TCurveSummary* summary, const TLimitSpec& limits,
+TLimitViolations LimitViolations(const TCurveData& d, const TCurveSummary* summary, const TLimitRule& limits,
                                  TIndexRange range);
 
 // The customary activation energy of the mean kinetic temperature, in kJ/mol: ΔH/R = 10000 K.

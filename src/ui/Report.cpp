@@ -249,7 +249,7 @@ TReport::TReport(const TDataBase& db, QCustomPlot* chart, const TReportOptions& 
         if (c.CalcCount > 1) c.StdDev = zeb::FormatFloat(kStdDevFormat, st.StdDev);
 
         const TMseSettingsCurve& cfg = db.Settings().Curves[i];
-        const TLimitSpec limits{cfg.LAlarm, cfg.LValue1, cfg.LValue2};
+        const TLimitRule limits{cfg.LAlarm, cfg.LValue1, cfg.LValue2};
         c.LimitMode = limits.Mode >= 1 && limits.Mode <= 4 ? limits.Mode : 0;
         c.Limits = zeb::FormatText(modes.value(c.LimitMode), {zeb::FormatFloat(format, limits.L1),
                                                               zeb::FormatFloat(format, limits.L2)});

@@ -31,7 +31,7 @@ void TfrmViewLimit::ReCalc() {
         TMseSettingsCurve& c = FDb->Cfg_Curve_Get(i);
         const TCurveData& d = FDb->Data(i);
         const auto summary = FDb->Summary(i);
-        const TLimitTimes t = CalcLimits(d, summary.get(), TLimitSpec{c.LAlarm, c.LValue1, c.LValue2},
+        const TLimitTimes t = CalcLimits(d, summary.get(), TLimitRule{c.LAlarm, c.LValue1, c.LValue2},
                                          VisibleRange(d, bottom.Min, bottom.Max));
         c.LimitValid = t.Valid;
         c.LimitOutTime = t.Out;

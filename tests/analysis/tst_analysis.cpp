@@ -185,7 +185,7 @@ private Q_SLOTS:
         QFETCH(double, out);
         QFETCH(double, in);
         const TCurveData d = Curve(300, [](qint64 i) { return i < 100 ? 0.0 : 10.0; });
-        const TLimitTimes t = CalcLimits(d, nullptr, TLimitSpec{mode, l1, l2}, All(d));
+        const TLimitTimes t = CalcLimits(d, nullptr, TLimitRule{mode, l1, l2}, All(d));
         QCOMPARE(t.Valid, out >= 0);
         if (!t.Valid) return;
         QCOMPARE(t.Out, out);
@@ -202,11 +202,11 @@ private Q_SLOTS:
         d.Append(kT0 + 15, 1.0, TPointKind::GapEnd);
         d.Append(kT0 + 20, 9.0);
         d.Append(kT0 + 30, 9.0);
-        const TLimitTimes t = CalcLimits(d, nullptr, TLimitSpec{2, 5.0, 0.0}, All(d));
+        const TLimitTimes t = CalcLimits(d, nullptr, TLimitRule{2, 5.0, 0.0}, All(d));
         QCOMPARE(t.In, 10.0 + 5.0);
         QCOMPARE(t.Out, 10.0);
         // A single point is no stretch.
-        QVERIFY(!CalcLimits(d, nullptr, TLimitSpec{2, 5.0, 0.0}, TIndexRange{2, 2}).Valid);
+        QVERIFY(!CalcLimits(d, nullptr, TLimitRule{2, 5.0, 0.0}, TIndexRange{2, 2}).Valid);
     }
 
     // The block summaries give what a pass over every point gives, on random data with gaps,
@@ -238,7 +238,7 @@ private Q_SLOTS:
             d.Append(t, v, kind);
         }
         const TCurveSummary summary(d);
-        const TLimitSpec limits{4, 0.0, 10.0};
+        const TLimitRule limits{4, 0.0, 10.0};
         std::uniform_int_distribution<qint64> at(0, n - 1);
         for (int k = 0; k < 200; ++k) {
             qint64 a = at(rng), b = at(rng);
@@ -362,15 +362,15 @@ private Q_SLOTS:
                      gap ? TPointKind::Gap : TPointKind::Value);
         }
         const TCurveSummary summary(d);
-        const TLimitSpec specs[] = {{1, -8.0, 0}, {2, 8.0, 0}, {3, -3.0, 3.0}, {4, -8.0, 8.0}};
+        const TLimitRule rules[] = {{1, -8.0, 0}, {2, 8.0, 0}, {3, -3.0, 3.0}, {4, -8.0, 8.0}};
         std::uniform_int_distribution<qint64> at(0, n - 1);
-        for (const TLimitSpec& spec : specs) {
+        for (const TLimitRule& rule : rules) {
             for (int k = 0; k < 20; ++k) {
                 qint64 a = at(rng), b = at(rng);
                 if (a > b) std::swap(a, b);
                 if (k == 0) a = 0, b = n - 1;
-                const TLimitViolations fast = LimitViolations(d, &summary, spec, {a, b});
-                const TLimitViolations brute = LimitViolations(d, nullptr, spec, {a, b});
+                const TLimitViolations fast = LimitViolations(d, &summary, rule, {a, b});
+                const TLimitViolations brute = LimitViolations(d, nullptr, rule, {a, b});
                 QCOMPARE(fast.Count, brute.Count);
                 QCOMPARE(fast.FirstIndex, brute.FirstIndex);
                 if (k == 0) QVERIFY(brute.Count > 5);
