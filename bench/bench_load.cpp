@@ -9,6 +9,7 @@
 // value on a regular recording and 12.5 on an irregular one; the table no slower than on the
 // same recording with its stamps kept as written (ratios <= 1, give or take the noise).
 
+#include "BenchCommon.h"
 #include "CurveData.h"
 #include "DataBase.h"
 #include "DataFile.h"
@@ -25,7 +26,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
-#include <fstream>
 #include <memory>
 #include <string>
 #include <vector>
@@ -35,45 +35,6 @@
 #endif
 
 namespace {
-
-qint64 StatusKb(const char* key) {
-    std::ifstream f("/proc/self/status");
-    std::string line;
-    while (std::getline(f, line))
-        if (line.rfind(key, 0) == 0) return std::stoll(line.substr(std::strlen(key)));
-    return -1;
-}
-
-void ResetPeak() {
-    std::ofstream f("/proc/self/clear_refs");
-    f << "5";
-}
-
-// The whole stream inflated into a reused buffer and dropped: what reading the file costs at least.
-double BareZlib(const QString& path) {
-    QElapsedTimer timer;
-    timer.start();
-    QFile f(path);
-    if (!f.open(QIODevice::ReadOnly)) return 0;
-    z_stream z{};
-    inflateInit(&z);
-    std::vector<char> in(256 * 1024), out(65536);
-    int rc = Z_OK;
-    while (rc != Z_STREAM_END) {
-        if (z.avail_in == 0) {
-            const qint64 r = f.read(in.data(), qint64(in.size()));
-            if (r <= 0) break;
-            z.next_in = reinterpret_cast<Bytef*>(in.data());
-            z.avail_in = uInt(r);
-        }
-        z.next_out = reinterpret_cast<Bytef*>(out.data());
-        z.avail_out = uInt(out.size());
-        rc = inflate(&z, Z_NO_FLUSH);
-        if (rc != Z_OK && rc != Z_STREAM_END) break;
-    }
-    inflateEnd(&z);
-    return double(timer.nsecsElapsed()) * 1e-9;
-}
 
 double BareIsal(const QString& path) {
 #ifdef ZEB_BENCH_ISAL
