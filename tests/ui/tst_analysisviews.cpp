@@ -10,6 +10,7 @@
 #include "DataBase.h"
 #include "Formats.h"
 #include "Main.h"
+#include "MainFixture.h"
 #include "Texts.h"
 #include "ValidateEdit.h"
 #include "ViewCalc.h"
@@ -68,19 +69,14 @@ class TstAnalysisViews : public QObject {
     QTemporaryDir FTmp;
     QString FFile;
 
-    bool Load(TForm1& f) {
-        QSignalSpy spy(&f, &TForm1::loadFinished);
-        return f.OpenFile(FFile) && spy.wait(60000);
-    }
     std::unique_ptr<TForm1> Open() {
         auto f = std::make_unique<TForm1>();
         f->setWindowState(Qt::WindowNoState);
         f->resize(1200, 800);
         f->show();
-        if (!QTest::qWaitForWindowExposed(f.get()) || !Load(*f)) return {};
+        if (!QTest::qWaitForWindowExposed(f.get()) || !::Load(*f, FFile)) return {};
         return f;
     }
-    QAction* Action(TForm1& f, const char* name) { return f.findChild<QAction*>(QLatin1String(name)); }
 
 private Q_SLOTS:
     void initTestCase() {
@@ -91,11 +87,7 @@ private Q_SLOTS:
         TZebDlg::SetNativeDialogs(false);
         TZebDlg::SetDialogHook([](QDialog* dlg) { dlg->reject(); });
         FFile = FTmp.filePath(u"analyses.zeb"_s);
-        QProcess p;
-        p.start(QStringLiteral(ZEBTOOL), {u"gen"_s, u"--quiet"_s, u"--seed"_s, u"4"_s, u"--channels"_s, u"4"_s,
-                                          u"--records"_s, u"30000"_s, u"--gaps"_s, FFile});
-        QVERIFY(p.waitForFinished(60000));
-        QCOMPARE(p.exitCode(), 0);
+        Generate({u"--seed"_s, u"4"_s, u"--channels"_s, u"4"_s, u"--records"_s, u"30000"_s, u"--gaps"_s, FFile});
     }
     void init() {
         ZebSettings() = TZebSettings();

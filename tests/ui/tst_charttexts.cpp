@@ -7,6 +7,7 @@
 #include "DataBase.h"
 #include "Formats.h"
 #include "Main.h"
+#include "MainFixture.h"
 #include "Texts.h"
 #include "ZebChart.h"
 #include "ZebDlg.h"
@@ -235,14 +236,10 @@ private Q_SLOTS:
         qputenv("ZEB_SETTINGS_FILE", dir.filePath(u"settings.ini"_s).toLocal8Bit());
         SetZebProgramDir(dir.path());
         const QString file = dir.filePath(u"n.zeb"_s);
-        QProcess p;
-        p.start(QStringLiteral(ZEBTOOL), {u"gen"_s, u"--quiet"_s, u"--channels"_s, u"2"_s, u"--records"_s, u"100"_s, file});
-        QVERIFY(p.waitForFinished(60000));
+        Generate({u"--channels"_s, u"2"_s, u"--records"_s, u"100"_s, file});
         TForm1 f;
-        QSignalSpy done(&f, &TForm1::loadFinished);
-        QVERIFY(f.OpenFile(file));
-        QVERIFY(done.wait(60000));
-        QAction* note = f.findChild<QAction*>(u"menGraphNote"_s);
+        QVERIFY(Load(f, file));
+        QAction* note = Action(f, u"menGraphNote"_s);
         note->trigger();
         QVERIFY(f.Chart()->Texts()->NoticesShown());
         for (int i = 0; i < f.DataBase()->Curve_Count(); ++i)

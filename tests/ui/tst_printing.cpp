@@ -6,6 +6,7 @@
 #include "DataBase.h"
 #include "Formats.h"
 #include "Main.h"
+#include "MainFixture.h"
 #include "Printing.h"
 #include "Texts.h"
 #include "ZebChart.h"
@@ -163,15 +164,11 @@ private Q_SLOTS:
         qputenv("ZEB_SETTINGS_FILE", dir.filePath(u"settings.ini"_s).toLocal8Bit());
         SetZebProgramDir(dir.path());
         const QString file = dir.filePath(u"p.zeb"_s);
-        QProcess gen;
-        gen.start(QStringLiteral(ZEBTOOL), {u"gen"_s, u"--quiet"_s, u"--channels"_s, u"2"_s, u"--records"_s, u"500"_s, file});
-        QVERIFY(gen.waitForFinished(60000));
+        Generate({u"--channels"_s, u"2"_s, u"--records"_s, u"500"_s, file});
         TForm1 f;
         f.resize(1100, 750);
         f.show();
-        QSignalSpy done(&f, &TForm1::loadFinished);
-        QVERIFY(f.OpenFile(file));
-        QVERIFY(done.wait(60000));
+        QVERIFY(Load(f, file));
         f.GUI_FilePrintPreview();
         QCOMPARE(f.WorkPage(), int(TForm1::pgPreview));
         auto visibleMenus = [&f] {
