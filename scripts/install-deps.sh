@@ -7,7 +7,9 @@ packages=(
   g++ cmake ninja-build pkg-config
   qt6-base-dev qt6-base-dev-tools libqt6printsupport6 qt6-translations-l10n qt6-svg-dev
   libqcustomplot-dev zlib1g-dev libisal-dev libfftw3-dev
-  xvfb xauth fonts-dejavu-core poppler-utils
+  xvfb xauth poppler-utils
+  # the fonts the program names (Arial: Liberation Sans has its metrics) and the tests' fallback
+  fonts-liberation2 fonts-dejavu-core
   clang libclang-rt-14-dev
   # the Debian package and the checks of the desktop files, MIME types and window captions
   dpkg-dev fakeroot file desktop-file-utils libxml2-utils shared-mime-info xdg-utils libglib2.0-bin

@@ -148,6 +148,9 @@ int Run(const TParsed& parsed, const char* program, const QString& usage) {
     TCutter cutter(request);
     const TCutResult result = cutter.Run();
     if (result != TCutResult::Ok) PrintError(cutter.Message());
+    // An empty window is no error (the file is written), but it is seldom what was meant.
+    else if (cutter.Written() == 0 && (std::isfinite(request.Start) || std::isfinite(request.End)))
+        PrintError(zeb::Txt(TTextId::CmpWindowEmpty));
     return int(result);
 }
 

@@ -4,37 +4,51 @@
 #include "CompanionCli.h"
 #include "Language.h"
 #include "Previewer.h"
+#include "QtOptions.h"
 #include "Texts.h"
 #include "ZebReg.h"
 
 #include <QApplication>
 #include <QFileDialog>
 
-#include <cstring>
 
 int main(int argc, char** argv) {
-    // Help, version and a wrong option are answered before the application object exists, so
-    // they need no display.
+    // Help, version and a wrong call are answered before the application object exists, so
+    // they need no display; Qt's own options (-platform offscreen, ...) are Qt's.
     companion::StartProgram(QStringLiteral("zeb_previewer.exe"));
-    if (argc == 2 && (std::strcmp(argv[1], "--help") == 0 || std::strcmp(argv[1], "-h") == 0)) {
-        companion::PrintOut(zeb::Txt(zeb::TTextId::PrvUsage));
-        return 0;
-    }
-    if (argc == 2 && std::strcmp(argv[1], "--version") == 0) {
+    QStringList raw;
+    for (int i = 1; i < argc; ++i)
+        raw << QString::fromLocal8Bit(argv[i]);
+    QString missingValue;
+    const QStringList args = zeb::WithoutQtOptions(raw, &missingValue);
+    const auto invalid = [](const QString& arg) {
+        companion::PrintError(zeb::TxtFmt(zeb::TTextId::CliBadArgument, {arg}));
+        companion::PrintError(zeb::Txt(zeb::TTextId::PrvUsage));
+        return 2;
+    };
+    if (!missingValue.isEmpty()) return invalid(missingValue);
+    for (const QString& a : args)
+        if (a == QLatin1String("--help") || a == QLatin1String("-h") || a == QLatin1String("/?")) {
+            companion::PrintOut(zeb::Txt(zeb::TTextId::PrvUsage));
+            return 0;
+        }
+    if (args.contains(QLatin1String("--version"))) {
         companion::PrintOut(QString::fromLatin1(companion::kPreviewerName) + QStringLiteral(" " ZEB_VERSION));
         return 0;
     }
-    // Anything else with two dashes is no file; Qt's own options come with others.
-    if (argc == 2 && std::strncmp(argv[1], "--", 2) == 0) {
-        companion::PrintError(zeb::TxtFmt(zeb::TTextId::CliBadArgument, {QString::fromLocal8Bit(argv[1])}));
-        companion::PrintError(zeb::Txt(zeb::TTextId::PrvUsage));
+    for (const QString& a : args)
+        if (a.size() > 1 && a.startsWith(QLatin1Char('-'))) return invalid(a);
+    // One recording at a time.
+    if (args.size() > 1) {
+        companion::PrintError(
+            zeb::TxtFmt(zeb::TTextId::CmpArgumentCount, {QString::fromLatin1(companion::kPreviewerName)}));
         return 2;
     }
 
     QApplication app(argc, argv);
     zeb::InstallQtTranslations();
 
-    QString file = QCoreApplication::arguments().value(1);
+    QString file = args.value(0);
     if (file.isEmpty()) {
         const QString ext = ZebSettings().DataFileExt;
         file = QFileDialog::getOpenFileName(nullptr, zeb::Txt(zeb::TTextId::PrvCaption), QString(),

@@ -34,6 +34,7 @@
 #include <cstdio>
 #include <optional>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -47,19 +48,33 @@ QTextStream& Err() {
     return s;
 }
 
-// The usage, in the user's language as the suite's other programs give it: on stdout with exit
-// code 0 when asked for, else on stderr with 2.
-int Usage(bool asked = false) {
+// The program's settings and language, as the suite's other programs load them; once.
+void StartLanguage() {
+    static bool started = false;
+    if (std::exchange(started, true)) return;
     ZebSettingsRoot();
     LoadZebSettings(QStringLiteral("zebtool.exe"));
     const TZebSettings& settings = ZebSettings();
     zeb::ApplyStartupLanguage(settings.Language, settings.LocDate, settings.LocDecimalSeparator);
+}
+
+// The usage, in the user's language as the suite's other programs give it: on stdout with exit
+// code 0 when asked for, else on stderr with 2.
+int Usage(bool asked = false) {
+    StartLanguage();
     QString text = zeb::Txt(zeb::TTextId::ToolUsage);
     text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
     QTextStream& s = asked ? Out() : Err();
     s << text << "\n";
     s.flush();
     return asked ? 0 : 2;
+}
+
+// A call with an argument that has no place in it: the argument named, then the usage.
+int BadCall(const QString& arg) {
+    StartLanguage();
+    Err() << zeb::TxtFmt(zeb::TTextId::CliBadArgument, {arg}) << "\n";
+    return Usage();
 }
 
 // Shortest text that reads back to the same double. JSON has no numbers for NaN and the
@@ -87,6 +102,10 @@ QString JsonString(const QString& s) {
         }
     }
     return out + QLatin1Char('"');
+}
+
+QString OrNull(std::optional<double> v) {
+    return v ? Num(*v) : QStringLiteral("null");
 }
 
 // ------------------------------------------------------------------ gen
@@ -126,10 +145,9 @@ int Gen(QStringList args) {
                 ok = dt.isValid();
                 o.startDays = double(QDateTime(QDate(2000, 1, 1), QTime(0, 0), Qt::UTC).msecsTo(dt)) / 86400000.0;
             } else if (a.startsWith(QLatin1String("--"))) {
-                Err() << "zebtool gen: unknown option " << a << "\n";
-                return Usage();
+                return BadCall(a);
             } else if (out.isEmpty()) out = a;
-            else return Usage();
+            else return BadCall(a);
             if (!ok) {
                 Err() << "zebtool gen: bad value for " << a << "\n";
                 return 2;
@@ -263,7 +281,7 @@ int LoadFromArgs(const char* cmd, const QStringList& args, TDataBase& db, TLoad&
         else if (args[i] == QLatin1String("--answer") && i + 1 < args.size()) answer = args[++i].toInt();
         else if (args[i] == QLatin1String("--variant") && i + 1 < args.size()) variant = args[++i].toInt();
         else if (path.isEmpty() && !args[i].startsWith(QLatin1String("--"))) path = args[i];
-        else return Usage();
+        else return BadCall(args[i]);
     }
     if (path.isEmpty()) return Usage();
     if (!QFileInfo::exists(path)) {
@@ -356,7 +374,9 @@ int Analyse(QStringList args) {
     if (const int rc = LoadFromArgs("analyse", args, db, res, path); rc >= 0) return rc;
     double first = 0.0, last = 0.0;
     db.GetXMinXMax(first, last, false);
-    const double x0 = from.value_or(first), x1 = to.value_or(last);
+    double x0 = from.value_or(first), x1 = to.value_or(last);
+    // Bounds given the wrong way round mean the same range, as in the integration dialog.
+    if (x0 > x1) std::swap(x0, x1);
     auto orNull = [](bool has, double v) { return has ? Num(v) : QStringLiteral("null"); };
 
     QTextStream& o = Out();
@@ -377,7 +397,7 @@ int Analyse(QStringList args) {
           << ", \"limit_mode\": " << (limited ? QString::number(cu.LAlarm) : QStringLiteral("null"))
           << ", \"limit_out_s\": " << orNull(limited && lt.Valid, lt.Out)
           << ", \"limit_in_s\": " << orNull(limited && lt.Valid, lt.In)
-          << ", \"integral\": " << Num(Integrate(d, summary.get(), x0, x1)) << "}";
+          << ", \"integral\": " << OrNull(Integrate(d, summary.get(), x0, x1)) << "}";
     }
     o << "]}\n";
     return 0;
@@ -460,5 +480,5 @@ int main(int argc, char** argv) {
     if (cmd == QLatin1String("info")) return Info(args);
     if (cmd == QLatin1String("analyse")) return Analyse(args);
     if (cmd == QLatin1String("fft")) return Fft(args);
-    return Usage();
+    return BadCall(cmd);
 }

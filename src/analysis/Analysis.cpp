@@ -211,18 +211,20 @@ double Trapezoids(const TCurveData& d, const TCurveSummary* summary, qint64 a, q
 
 } // namespace
 
-double Integrate(const TCurveData& d, const TCurveSummary* summary, double xmin, double xmax) {
+std::optional<double> Integrate(const TCurveData& d, const TCurveSummary* summary, double xmin, double xmax) {
     const qint64 n = d.Count();
     const qint64 s = d.LowerBound(xmin);
-    if (s >= n) return 0.0;
+    // Without a point in the range there is nothing to start from: the lines through the
+    // neighbours would reach out of the curve.
+    if (s >= n || d.Time(s) > xmax) return std::nullopt;
     auto line = [&](qint64 i, double x) { // through points i - 1 and i
         return (d.Value(i) - d.Value(i - 1)) / (d.Time(i) - d.Time(i - 1)) * (x - d.Time(i - 1)) + d.Value(i - 1);
     };
     double result = 0.0;
     if (s > 0 && d.Time(s) > xmin && IsMeasured(d, s - 1) && IsMeasured(d, s))
         result = (line(s, xmin) + d.Value(s)) / 2.0 * (d.Time(s) - xmin);
-    // The first point after s beyond xmax ends the sum.
-    const qint64 e = std::min(n, std::max(s + 1, d.UpperBound(xmax)));
+    // The first point beyond xmax ends the sum.
+    const qint64 e = d.UpperBound(xmax);
     result += Trapezoids(d, summary, s + 1, e);
     if (e < n && IsMeasured(d, e - 1) && IsMeasured(d, e))
         result += (d.Value(e - 1) + line(e, xmax)) / 2.0 * (xmax - d.Time(e - 1));

@@ -63,11 +63,12 @@ struct TLimitTimes {
 TLimitTimes CalcLimits(const TCurveData& d, const TCurveSummary* summary, const TLimitRule& limits,
                        TIndexRange range);
 
-// The integral between xmin and xmax by the trapezoidal rule, with the line through the
+// The integral between xmin <= xmax by the trapezoidal rule, with the line through the
 // neighbouring points at both bounds. The first piece starts at the first point at or after
 // xmin (nothing is extrapolated before the first point or after the last). A trapezoid needs
-// two consecutive measured values, so no area is added across a gap or a NaN value.
-double Integrate(const TCurveData& d, const TCurveSummary* summary, double xmin, double xmax);
+// two consecutive measured values, so no area is added across a gap or a NaN value. A range
+// that holds no point of the curve has no integral (nullopt).
+std::optional<double> Integrate(const TCurveData& d, const TCurveSummary* summary, double xmin, double xmax);
 
 // The flow total in litres of a flow in litres per minute integrated over seconds.
 inline double FlowTotal(double integral) {

@@ -5,6 +5,7 @@
 #include "FileThread.h"
 #include "Language.h"
 #include "Main.h"
+#include "QtOptions.h"
 #include "Texts.h"
 #include "ZebDlg.h"
 #include "ZebReg.h"
@@ -38,26 +39,6 @@ void PrintErr(const QString& text) {
     Print(text, stderr);
 }
 
-// Qt's own command-line options, taken by the application object; with their value or without.
-// Qt reads them with one dash or two.
-bool IsQtOption(const QString& arg, bool& takesValue) {
-    static const QStringList kWithValue = {
-        QStringLiteral("platform"),        QStringLiteral("platformpluginpath"), QStringLiteral("platformtheme"),
-        QStringLiteral("plugin"),          QStringLiteral("qwindowgeometry"),    QStringLiteral("qwindowicon"),
-        QStringLiteral("qwindowtitle"),    QStringLiteral("session"),            QStringLiteral("display"),
-        QStringLiteral("style"),           QStringLiteral("stylesheet"),         QStringLiteral("qmljsdebugger")};
-    static const QStringList kAlone = {QStringLiteral("reverse"), QStringLiteral("widgetcount")};
-    if (!arg.startsWith(QLatin1Char('-'))) return false;
-    QString name = arg.mid(arg.startsWith(QLatin1String("--")) ? 2 : 1);
-    const qsizetype eq = name.indexOf(QLatin1Char('='));
-    if (eq >= 0) {
-        // -style=fusion carries its value
-        takesValue = false;
-        return kWithValue.contains(name.left(eq));
-    }
-    takesValue = kWithValue.contains(name);
-    return takesValue || kAlone.contains(name);
-}
 
 QStringList RawArguments(int argc, char** argv) {
     QStringList args;

@@ -363,6 +363,7 @@ enum class TTextId : int {
     CmpArgumentCount,
     CmpChannelCount,
     CmpWindowReversed,
+    CmpWindowEmpty,
     CmpNoSuchChannel,
     CmpCannotRead,
     CmpNotARecording,

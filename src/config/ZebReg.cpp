@@ -11,7 +11,6 @@
 #include <QSettings>
 #include <QStandardPaths>
 
-#include <cstdio>
 #include <limits>
 #include <optional>
 #include <type_traits>
@@ -552,12 +551,11 @@ bool SaveZebSettings(const QString& programName) {
         }
         WriteKey(reg, k);
     }
-    if (reg.Flush() && wrote) return true;
-    // Settings are saved while the window closes: nobody to ask, so a line on standard error.
+    return reg.Flush() && wrote;
+}
+
+QString ZebSettingsSaveFailedText() {
     const QString where = TZEBRegistry::SettingsFileName();
-    const QString text = zeb::TxtFmt(zeb::TTextId::MsgCannotSaveSettings,
-                                     {where.isEmpty() ? ZebSettingsRoot() : QDir::toNativeSeparators(where)});
-    std::fputs(text.toLocal8Bit().constData(), stderr);
-    std::fputc('\n', stderr);
-    return false;
+    return zeb::TxtFmt(zeb::TTextId::MsgCannotSaveSettings,
+                       {where.isEmpty() ? ZebSettingsRoot() : QDir::toNativeSeparators(where)});
 }

@@ -198,6 +198,8 @@ void LoadZebSettings(const QString& programName);
 // The same with an explicit screen size instead of the provider's.
 void LoadZebSettings(const QString& programName, QSize screen);
 // Writes back only what the program owns. False when the settings could not be written; the
-// previous settings then stay whole, and a warning in the user's language goes to standard
-// error (settings are saved while the window closes, so there is no one to ask).
+// previous settings then stay whole.
 bool SaveZebSettings(const QString& programName);
+// The warning that the settings could not be saved, in the user's language, naming where they
+// live (the settings file, or the registry branch).
+QString ZebSettingsSaveFailedText();

@@ -113,7 +113,7 @@ bool TfrmCalcDlg::Execute(TDataBase* db, TCrossHair* crossHair, bool flowMode, b
     lblResult1->clear();
     lblResult2->clear();
     ProgressBar1->setValue(0);
-    FResult = 0.0;
+    FResult.reset();
     if (modal)
         exec();
     else
@@ -132,15 +132,19 @@ void TfrmCalcDlg::Button1Click() {
     FResult = Integrate(FDb->Data(curve), summary.get(), FXMin, FXMax);
     ProgressBar1->setValue(100);
     const QString unit = FDb->Curve_UnitGet(curve).trimmed();
-    if (FFlow) {
-        const double litres = FlowTotal(FResult);
+    if (!FResult) {
+        // No point of the curve in the range: no figure rather than one made up.
+        lblResult1->clear();
+        lblResult2->clear();
+    } else if (FFlow) {
+        const double litres = FlowTotal(*FResult);
         lblResult1->setText(zeb::FormatFloat(QStringLiteral("0.000"), litres) + QStringLiteral(" l"));
         lblResult2->setText(QLatin1Char('(') + zeb::FormatFloat(QStringLiteral("0.00000E+00"), litres) +
                             QStringLiteral(" l)"));
     } else {
-        lblResult1->setText(zeb::FormatFloat(QStringLiteral("0.000"), FResult) + QLatin1Char(' ') + unit +
+        lblResult1->setText(zeb::FormatFloat(QStringLiteral("0.000"), *FResult) + QLatin1Char(' ') + unit +
                             QStringLiteral(" * s"));
-        lblResult2->setText(QLatin1Char('(') + zeb::FormatFloat(QStringLiteral("0.00000E+00"), FResult) +
+        lblResult2->setText(QLatin1Char('(') + zeb::FormatFloat(QStringLiteral("0.00000E+00"), *FResult) +
                             QLatin1Char(' ') + unit + QStringLiteral(" * s)"));
     }
     for (QWidget* w : std::initializer_list<QWidget*>{Button1, Button2, ListBox1})

@@ -5,6 +5,8 @@
 
 #include <QDialog>
 
+#include <optional>
+
 class QLabel;
 class QListWidget;
 class QProgressBar;
@@ -26,7 +28,8 @@ public:
 
     double XMin() const { return FXMin; }
     double XMax() const { return FXMax; }
-    double Result() const { return FResult; }
+    // Empty when the range holds no point of the curve.
+    std::optional<double> Result() const { return FResult; }
     QString ResultText(int line) const;
     QListWidget* CurveList() const { return ListBox1; }
 
@@ -35,7 +38,7 @@ private:
     bool FFlow = false;
     double FXMin = 0.0, FXMax = 0.0;
     bool FMinFromCursor = false, FMaxFromCursor = false;
-    double FResult = 0.0;
+    std::optional<double> FResult;
 
     QLabel* lblBegin;
     QLabel* lblBeginValue;

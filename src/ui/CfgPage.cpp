@@ -5,6 +5,7 @@
 #include "Formats.h"
 #include "Texts.h"
 #include "ValidateEdit.h"
+#include "WheelSideways.h"
 #include "ZebChart.h"
 #include "ZebDlg.h"
 
@@ -536,6 +537,7 @@ QWidget* TCfgPage::BuildCurveTab() {
     FCurveModel = new TCfgCurveModel(FDb, this);
     otbCurveCfg->setModel(FCurveModel);
     otbCurveCfg->verticalHeader()->hide();
+    ScrollSidewaysWithShift(otbCurveCfg);
     otbCurveCfg->setSelectionMode(QAbstractItemView::SingleSelection);
     otbCurveCfg->setSelectionBehavior(QAbstractItemView::SelectItems);
     otbCurveCfg->setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::SelectedClicked |
@@ -554,10 +556,8 @@ QWidget* TCfgPage::BuildCurveTab() {
     FCells[colType] = new TCfgListCell(
         QStringLiteral("otcCfgCurveType"), [] { return TxtList(TTextId::CfgCurveTypes); }, false, 0, this);
     FCells[colFormat] = new TCfgListCell(QStringLiteral("otcCfgCurveFormat"), CurveFormats, true, 0, this);
-    static constexpr int kWidths[colCount] = {74, 85, 185, 86, 86, 86, 86, 126};
     for (int c = 0; c < colCount; ++c) {
         otbCurveCfg->setItemDelegateForColumn(c, FCells[size_t(c)]);
-        otbCurveCfg->setColumnWidth(c, kWidths[c]);
     }
     connect(FCurveModel, &QAbstractItemModel::dataChanged, this, &TCfgPage::modified);
     v->addWidget(otbCurveCfg);
@@ -739,6 +739,7 @@ void TCfgPage::ApplyLanguage() {
     }
 
     FCurveModel->RetranslateHeader();
+    FitCurveColumns();
 
     for (TAxisControls& a : FAxes) {
         a.lblName->setText(Txt(TTextId::CfgName));
@@ -1070,7 +1071,17 @@ void TCfgPage::ShowExtView() {
     // The serial numbers tell the loggers apart when the curves come from more than one.
     const bool ext = FDb->ExtView() > 0;
     otbCurveCfg->setColumnHidden(colSerial, !ext);
-    otbCurveCfg->setColumnWidth(colDescription, ext ? 100 : 185);
+    FitCurveColumns();
+}
+
+void TCfgPage::FitCurveColumns() {
+    static constexpr int kWidths[colCount] = {74, 85, 185, 86, 86, 86, 86, 126};
+    const bool ext = FDb->ExtView() > 0;
+    const QHeaderView* header = otbCurveCfg->horizontalHeader();
+    for (int c = 0; c < colCount; ++c) {
+        const int designed = c == colDescription && ext ? 100 : kWidths[c];
+        otbCurveCfg->setColumnWidth(c, std::max(designed, header->sectionSizeHint(c)));
+    }
 }
 
 // ---------------------------------------------------------------------- time axis

@@ -133,6 +133,9 @@ private:
     void MarkCurves();
     void RestoreCurves();
     void ShowExtView();
+    // The curve grid's columns at their designed widths, or wider where the header's text in
+    // the current language needs it.
+    void FitCurveColumns();
 
     // Checks and writes the open tab; the first invalid edit when it cannot be left.
     TValidateEdit* LeaveTab();

@@ -360,7 +360,9 @@ TForm1::~TForm1() {
             s.ScreenWidth = normalGeometry().width();
             s.ScreenHeight = normalGeometry().height();
         }
-        SaveZebSettings(QString::fromLatin1(kZebProgramViewer));
+        // The window is gone by now, but the program still runs: the user hears of it as of
+        // any other failed save.
+        if (!SaveZebSettings(QString::fromLatin1(kZebProgramViewer))) ShowError(ZebSettingsSaveFailedText());
     }
 }
 

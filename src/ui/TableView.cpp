@@ -2,6 +2,7 @@
 
 #include "DataBase.h"
 #include "Texts.h"
+#include "WheelSideways.h"
 
 #include <QApplication>
 #include <QHBoxLayout>
@@ -105,6 +106,7 @@ TTableView::TTableView(TDataBase* db, QWidget* parent) : QWidget(parent), FDb(db
     FTable->installEventFilter(this);
     // Rows are counted on the viewport: a horizontal scroll bar that comes or goes changes it.
     FTable->viewport()->installEventFilter(this);
+    ScrollSidewaysWithShift(FTable);
     FTable->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
 
     FFrozen = new QTableView(FTable);

@@ -21,7 +21,12 @@ TfrmViewBase::TfrmViewBase(TDataBase* db, const char* name, const int (&widths)[
     setObjectName(QLatin1String(name));
     // A tool window stays above the main window and goes with it.
     setAttribute(Qt::WA_DeleteOnClose, false);
+    // Windows' own dialog font there; elsewhere the desktop's, at the same size.
+#ifdef Q_OS_WIN
     QFont f(QStringLiteral("Segoe UI"));
+#else
+    QFont f = font();
+#endif
     f.setPointSize(9);
     setFont(f);
     resize(kWidth, kHeight);

@@ -109,14 +109,17 @@ void TZoomAndScroll::MouseMove(int x, int y) {
         const int dx = x - FStart.x(), dy = y - FStart.y();
         if (dx == 0 && dy == 0) return;
         FStart = QPoint(x, y);
+        bool moved = false;
         for (int i = 0; i < zaCount; ++i) {
             const TAxis a = TAxis(i);
             const int d = IsVertical(a) ? dy : -dx; // the curves follow the mouse
             if (d == 0 || !Takes(a)) continue;
             Axis(a)->moveRange(d * FScale[size_t(a)]);
             FAuto[a] = false;
+            moved = true;
         }
-        // Every move of a pan counts, even with every axis fixed, and no pan can be undone.
+        // With every axis fixed nothing moved, and nothing is to be saved; no pan can be undone.
+        if (!moved) return;
         FMoved = true;
         for (TUndo& u : FUndo)
             u.Valid = false;

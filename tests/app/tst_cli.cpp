@@ -89,7 +89,7 @@ void TstCli::manners_data() {
     QTest::addColumn<int>("language");
     QTest::addColumn<int>("code");
     QTest::addColumn<QString>("out"); // the start of stdout; empty: nothing at all
-    QTest::addColumn<QString>("err"); // the start of stderr; empty: nothing at all
+    QTest::addColumn<QString>("err"); // the start of stderr, all of it when it ends a line; empty: nothing
 
     const QString version = QStringLiteral(ZEB_VERSION);
     struct TProgramHelp {
@@ -138,10 +138,18 @@ void TstCli::manners_data() {
     QTest::newRow("previewer, unknown option") << u"zeb_previewer"_s << QStringList{u"--fast"_s}
                                                << int(zeb::LangEnglish) << 2 << QString()
                                                << u"Invalid argument: --fast\nUsage: zeb_previewer"_s;
+    QTest::newRow("previewer, Qt's options before the version")
+        << u"zeb_previewer"_s << QStringList{u"-platform"_s, u"offscreen"_s, u"--version"_s} << int(zeb::LangEnglish)
+        << 0 << u"zeb_previewer "_s + version << QString();
+    QTest::newRow("previewer, two files") << u"zeb_previewer"_s << QStringList{u"a.zeb"_s, u"b.zeb"_s}
+                                          << int(zeb::LangEnglish) << 2 << QString()
+                                          << u"Wrong number of arguments (zeb_previewer --help shows the call)\n"_s;
+    QTest::newRow("zebtool, unknown option") << u"zebtool"_s << QStringList{u"--bogus"_s} << int(zeb::LangFrench)
+                                             << 2 << QString() << u"Argument invalide : --bogus\nUsage : zebtool gen "_s;
     QTest::newRow("zebtool, nothing") << u"zebtool"_s << QStringList{} << int(zeb::LangGerman) << 2 << QString()
                                       << u"Aufruf: zebtool gen "_s;
     QTest::newRow("zebtool, unknown command") << u"zebtool"_s << QStringList{u"make"_s} << int(zeb::LangEnglish)
-                                              << 2 << QString() << u"Usage: zebtool gen "_s;
+                                              << 2 << QString() << u"Invalid argument: make\nUsage: zebtool gen "_s;
     QTest::newRow("zebtool, missing file") << u"zebtool"_s << QStringList{u"info"_s, u"/nonexistent/a.zeb"_s}
                                            << int(zeb::LangEnglish) << 1 << QString()
                                            << u"zebtool info: no such file"_s;
@@ -164,7 +172,7 @@ void TstCli::manners() {
     QCOMPARE(run.Code, code);
     if (out.isEmpty()) QCOMPARE(run.Out, QString());
     else QVERIFY2(run.Out.startsWith(out), qPrintable(run.Out));
-    if (err.isEmpty()) QCOMPARE(run.Err, QString());
+    if (err.isEmpty() || err.endsWith(u'\n')) QCOMPARE(run.Err, err);
     else QVERIFY2(run.Err.startsWith(err), qPrintable(run.Err));
     // A help names every exit code it can end with.
     if (code == 0 && args.contains(u"--help"_s))

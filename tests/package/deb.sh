@@ -39,6 +39,7 @@ depends=$(field Depends)
 for lib in libqt6core6 libqt6widgets6 libqt6gui6 libqcustomplot2.1-qt6 zlib1g libc6; do
   expect "Depends names $lib ($depends)" grep -q "\\b$lib (>= " <<<"$depends"
 done
+expect "Depends names the fonts ($depends)" grep -q "\\bfonts-liberation2\\b" <<<"$depends"
 
 # Every program in one folder, each reachable from bin through a link into that folder.
 list=$(dpkg-deb -c "$deb" | awk '{ print $6 ($7 == "->" ? " -> " $8 : "") }')

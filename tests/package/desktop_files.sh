@@ -63,6 +63,12 @@ done
 checks=$((checks + 1))
 [ -f "$src/icons/$(key Icon).svg" ] || fail "no icon named $(key Icon)"
 
+# Software centres promise what the metainfo says the program opens; the entry is what opens it.
+checks=$((checks + 1))
+mediatypes=$(xpath "//provides/mediatype/text()" "$metainfo" | sort | tr '\n' ' ')
+opened=$(key MimeType | tr ';' '\n' | sed '/^$/d' | sort | tr '\n' ' ')
+[ "$mediatypes" = "$opened" ] || fail "metainfo provides [$mediatypes], the entry opens [$opened]"
+
 # The metainfo names the entry, the icon and this version.
 checks=$((checks + 3))
 [ "$(xpath "string(//component/id)" "$metainfo")" = "$id" ] || fail "metainfo id"

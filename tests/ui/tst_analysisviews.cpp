@@ -201,6 +201,33 @@ private Q_SLOTS:
         QVERIFY(limitRow > 0);
     }
 
+    // Bounds the wrong way round are the same range; a range beside the recording has no
+    // integral, rather than one extrapolated from its first points.
+    void zebtoolBounds() {
+        auto analyse = [this](const QStringList& bounds) {
+            QProcess p;
+            p.start(QStringLiteral(ZEBTOOL), QStringList{u"analyse"_s} + bounds + QStringList{FFile});
+            p.waitForFinished(60000);
+            return p.exitCode() == 0 ? QJsonDocument::fromJson(p.readAllStandardOutput()).object() : QJsonObject();
+        };
+        auto between = [&](double from, double to) {
+            return analyse({u"--from"_s, QString::number(from, 'g', 17), u"--to"_s, QString::number(to, 'g', 17)});
+        };
+        const double first = analyse({})[u"from"_s].toDouble();
+        QVERIFY(first > 0);
+        const QJsonObject ordered = between(first + 200, first + 900), reversed = between(first + 900, first + 200);
+        QVERIFY(!ordered.isEmpty());
+        QCOMPARE(reversed, ordered);
+        QVERIFY(ordered[u"curves"_s].toArray()[0].toObject()[u"points"_s].toInt() > 0);
+        for (const QJsonObject& beside : {between(first - 5000, first - 1000), between(first + 1e9, first + 2e9)}) {
+            QVERIFY(!beside[u"curves"_s].toArray().isEmpty());
+            for (const QJsonValue c : beside[u"curves"_s].toArray()) {
+                QCOMPARE(c.toObject()[u"points"_s].toInt(), 0);
+                QVERIFY(c.toObject()[u"integral"_s].isNull());
+            }
+        }
+    }
+
     void integrationDialog_data() {
         QTest::addColumn<bool>("flow");
         QTest::addColumn<QString>("unit");
@@ -252,11 +279,20 @@ private Q_SLOTS:
         const QString begin = dlg.findChild<QLabel*>(u"lblBeginValue"_s)->text();
         QVERIFY2(begin.endsWith(Txt(TTextId::CalcDlgFromCursor) + u")"_s), qPrintable(begin));
         dlg.Button1Click();
-        QCOMPARE(dlg.Result(), (80.0 * 80.0 - 20.0 * 20.0) / 2.0);
+        QCOMPARE(dlg.Result().value_or(-1.0), (80.0 * 80.0 - 20.0 * 20.0) / 2.0);
         ch.SetCursor(1, -1);
         QVERIFY(dlg.Execute(&db, &ch, false, false));
         QCOMPARE(dlg.XMax(), db.View().Axes[axBottom].Max);
         QVERIFY(dlg.findChild<QLabel*>(u"lblEndValue"_s)->text().endsWith(Txt(TTextId::CalcDlgFromAxis) + u")"_s));
+        // A time axis wholly before the curve: no point, so no figure at all.
+        ch.SetCursor(0, -1);
+        db.View().Axes[axBottom].Min = 7.6e8 - 500;
+        db.View().Axes[axBottom].Max = 7.6e8 - 100;
+        QVERIFY(dlg.Execute(&db, &ch, false, false));
+        dlg.Button1Click();
+        QVERIFY(!dlg.Result());
+        QCOMPARE(dlg.ResultText(0), QString());
+        QCOMPARE(dlg.ResultText(1), QString());
     }
 
     // The additional flow channel: its dialog fills the settings, the chart draws it, the

@@ -192,9 +192,17 @@ private Q_SLOTS:
         c.Chart->resize(400, 300);
         c.Chart->replot();
         QVERIFY(c.Texts->BoxItem(0)->bottomRight->pixelPosition().x() <= 400);
-        c.Chart->resize(900, 500);
+        // Back at its place once the chart is wide enough for the whole box...
+        c.Chart->resize(1200, 500);
         c.Chart->replot();
         QCOMPARE(c.Texts->BoxItem(0)->topLeft->pixelPosition().x(), 850.0);
+        // ...and pulled in by exactly what it overhangs where it is not.
+        const double width =
+            c.Texts->BoxItem(0)->bottomRight->pixelPosition().x() - c.Texts->BoxItem(0)->topLeft->pixelPosition().x();
+        QVERIFY(width > 20);
+        c.Chart->resize(880, 500);
+        c.Chart->replot();
+        QCOMPARE(c.Texts->BoxItem(0)->topLeft->pixelPosition().x(), std::min(850.0, 880.0 - width));
         QCOMPARE(c.Db.Settings().Texts[0].X.Value, 850);
     }
 

@@ -549,6 +549,18 @@ void TstMain::recentFilesAndSettingsOnDestroy() {
     QCOMPARE(ZebSettings().File[1], QFileInfo(second).absoluteFilePath());
     QCOMPARE(ZebSettings().File[2], FTmp.filePath(u"older.zeb"_s));
     QVERIFY(ZebSettings().File[3].isEmpty());
+
+    // Settings that cannot be written (their folder is a file) are the user's to hear of.
+    const QString blocked = FTmp.filePath(u"blocked"_s);
+    {
+        QFile file(blocked);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+    }
+    const QString unwritable = blocked + u"/settings.ini"_s;
+    qputenv("ZEB_SETTINGS_FILE", unwritable.toLocal8Bit());
+    { TForm1 f; }
+    qputenv("ZEB_SETTINGS_FILE", settingsFile.toLocal8Bit());
+    QCOMPARE(Messages().Texts, QStringList{Plain(TxtFmt(TTextId::MsgCannotSaveSettings, {Native(unwritable)}))});
 }
 
 void TstMain::dropRecording_data() {

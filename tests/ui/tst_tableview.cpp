@@ -274,6 +274,25 @@ private Q_SLOTS:
         QCOMPARE(FView->Table()->verticalScrollBar()->value(), 0);
     }
 
+    // Shift with the wheel goes sideways through many channels, as Alt does; the rows stay.
+    void shiftWheelGoesSideways() {
+        Make(100, 400, 12, 500);
+        FView->GUI_TableGotoTime(50);
+        QScrollBar* bar = FView->Table()->horizontalScrollBar();
+        QTRY_VERIFY(bar->maximum() > 0);
+        QWidget* viewport = FView->Table()->viewport();
+        const QPointF at(viewport->width() / 2.0, viewport->height() / 2.0);
+        for (Qt::KeyboardModifier key : {Qt::ShiftModifier, Qt::AltModifier}) {
+            bar->setValue(0);
+            // Alt turns the wheel sideways on the way in; Shift leaves that to the program.
+            const QPoint delta = key == Qt::AltModifier ? QPoint(-120, 0) : QPoint(0, -120);
+            QWheelEvent e(at, viewport->mapToGlobal(at), QPoint(), delta, Qt::NoButton, key, Qt::NoScrollPhase, false);
+            QApplication::sendEvent(viewport, &e);
+            QVERIFY2(bar->value() > 0, key == Qt::ShiftModifier ? "Shift" : "Alt");
+            QCOMPARE(First(), 50.0);
+        }
+    }
+
     void columnsFitTheirHeaders() {
         Make(10, 400, 3, 900);
         FDb->Curve_NameSet(2, QString(200, QLatin1Char('W')));

@@ -178,15 +178,19 @@ private Q_SLOTS:
             c.Drag(Qt::LeftButton, c.Plot.topLeft() + QPoint(50, 50), c.Plot.topLeft() + QPoint(300, 300)),
             0);
         QVERIFY(Same(c.Range(axBottom), now));
-        // A pan with every axis fixed moves nothing, yet it is a pan: it counts as a change
-        // and leaves nothing to undo.
+        // A pan with every axis fixed moves nothing: no change to save, and the zoom before it
+        // can still be undone. One free axis makes it a pan again, which cannot be undone.
         c.Chart->SetAxisFixed(-1, false);
         c.Drag(Qt::LeftButton, c.Plot.topLeft() + QPoint(50, 50), c.Plot.topLeft() + QPoint(300, 300));
         QVERIFY(c.Chart->IsUndoPossible());
         c.Chart->SetAxisFixed(-1, true);
         const QCPRange before = c.Range(axBottom);
-        QCOMPARE(c.Drag(Qt::RightButton, c.Plot.center(), c.Plot.center() + QPoint(60, 40)), 1);
+        QCOMPARE(c.Drag(Qt::RightButton, c.Plot.center(), c.Plot.center() + QPoint(60, 40)), 0);
         QVERIFY(Same(c.Range(axBottom), before));
+        QVERIFY(c.Chart->IsUndoPossible());
+        c.Chart->SetAxisFixed(axBottom, false);
+        QCOMPARE(c.Drag(Qt::RightButton, c.Plot.center(), c.Plot.center() + QPoint(60, 40)), 1);
+        QVERIFY(!Same(c.Range(axBottom), before));
         QVERIFY(!c.Chart->IsUndoPossible());
     }
 
