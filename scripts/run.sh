@@ -1,15 +1,16 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds, writes a demo recording and shows it.
+# Installs what is missing, builds the programs (no tests, no benchmarks: build/run is a folder
+# of its own), writes a demo recording and shows it.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 ./scripts/install-deps.sh
-cmake --preset default >/dev/null
-cmake --build --preset default -j "$(nproc)"
+cmake --preset run >/dev/null
+cmake --build --preset run -j "$(nproc)"
 
-./scripts/make-demo.sh ./build/default/bin/zebtool demo
+./scripts/make-demo.sh ./build/run/bin/zebtool demo
 
-viewer=./build/default/bin/zeb_viewer
+viewer=./build/run/bin/zeb_viewer
 if [ -n "${DISPLAY:-}" ] || [ -n "${WAYLAND_DISPLAY:-}" ] || [ "${QT_QPA_PLATFORM:-}" = "windows" ]; then
   exec "$viewer" demo/demo.zeb
 else

@@ -43,6 +43,45 @@ void WithDecimal(QByteArray& out, const char* first, const char* last, char deci
 
 // ====================================================================== format
 
+namespace {
+
+// The settings are shared with other programs of the suite, whose patterns write the minute "n"
+// and the month "m". Both read here too: in a date pattern a lowercase "m" can only be the
+// month ("M"), in a time pattern "n" is the minute ("m"). Quoted text and AM/PM stay as written.
+QString Respelled(const QString& pattern, QChar from, QChar to) {
+    QString out;
+    out.reserve(pattern.size());
+    for (qsizetype i = 0; i < pattern.size();) {
+        const QChar c = pattern[i];
+        qsizetype kept = 0; // characters copied as they are
+        if (c == QLatin1Char('\'') || c == QLatin1Char('"')) {
+            const qsizetype end = pattern.indexOf(c, i + 1);
+            kept = (end < 0 ? pattern.size() : end + 1) - i;
+        } else {
+            for (const QLatin1String marker : {QLatin1String("am/pm"), QLatin1String("ampm")})
+                if (pattern.mid(i, marker.size()).compare(marker, Qt::CaseInsensitive) == 0) kept = marker.size();
+        }
+        if (kept > 0) {
+            out += pattern.mid(i, kept);
+            i += kept;
+        } else {
+            out += c == from ? to : c;
+            ++i;
+        }
+    }
+    return out;
+}
+
+} // namespace
+
+QString OwnDatePattern(const QString& pattern) {
+    return Respelled(pattern, QLatin1Char('m'), QLatin1Char('M'));
+}
+
+QString OwnTimePattern(const QString& pattern) {
+    return Respelled(pattern, QLatin1Char('n'), QLatin1Char('m'));
+}
+
 TCsvFormat TCsvFormat::FromSettings(const TZebSettings::TCsv& s, const QLocale& locale) {
     TCsvFormat f;
     const bool commaLocale = locale.decimalPoint() == QLatin1String(",");
@@ -66,12 +105,12 @@ TCsvFormat TCsvFormat::FromSettings(const TZebSettings::TCsv& s, const QLocale& 
     default: break;
     }
     f.TimeColumn = (s.iTimeColumn >= 0 && s.iTimeColumn <= 3) ? s.iTimeColumn : 0;
-    if (s.iDateFormat == 6 && !s.sDateFormat.isEmpty()) f.DatePattern = s.sDateFormat;
+    if (s.iDateFormat == 6 && !s.sDateFormat.isEmpty()) f.DatePattern = OwnDatePattern(s.sDateFormat);
     else f.DatePattern = zeb::DateFormatOf(s.iDateFormat);
     f.TimeKind = (s.iTimeFormat >= 0 && s.iTimeFormat <= 3) ? s.iTimeFormat : 0;
     if (f.TimeKind == 3) {
         if (s.sTimeFormat.isEmpty()) f.TimeKind = 0;
-        else f.TimePattern = s.sTimeFormat;
+        else f.TimePattern = OwnTimePattern(s.sTimeFormat);
     }
     switch (s.iFileExt) {
     case 1: f.Extension = QStringLiteral(".txt"); break;

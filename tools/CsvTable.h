@@ -35,6 +35,12 @@ class TDataPrintRow;
 //   iTimeFormat       0 HH:mm:ss with milliseconds, 1 HH:mm:ss, 2 HH:mm, 3 the pattern sTimeFormat
 //   iFileExt          extension given to a target without one: 0 ".csv", 1 ".txt", 2 sFileExt
 // Any other value means 0.
+// sDateFormat and sTimeFormat in the letters of the program's date and time patterns: in a
+// date pattern "m" is taken as the month "M", in a time pattern "n" as the minute "m", so the
+// patterns other programs of the suite write read the same here.
+QString OwnDatePattern(const QString& pattern);
+QString OwnTimePattern(const QString& pattern);
+
 struct TCsvFormat {
     QChar List = QLatin1Char(',');
     QChar Decimal = QLatin1Char('.');

@@ -71,13 +71,14 @@ TRun Run(const QStringList& args) {
             break;
         case TStartupStep::EventLoopStarted:
             run.ShownAtLoop = form->isVisible();
-            // Close once a command-line file has loaded, or soon when none is opened.
+            // Close once a command-line file has loaded, or at once when none is opened: the
+            // window starts its load from the first event the loop delivers, ahead of this one.
             QObject::connect(form, &TForm1::loadFinished, form, [&run, form](int result) {
                 run.Loaded = result == -1;
                 run.FileAtClose = form->DataBase()->FileName();
                 QTimer::singleShot(0, form, &QWidget::close);
             });
-            QTimer::singleShot(1500, form, [&run, form] {
+            QTimer::singleShot(0, form, [&run, form] {
                 if (!form->IsLoading()) {
                     run.FileAtClose = form->DataBase()->FileName();
                     form->close();

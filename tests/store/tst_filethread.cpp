@@ -183,8 +183,8 @@ private Q_SLOTS:
         int reports = 0;
         {
             TFileThread thread(&db, FPastLimit, [&](int, const QString&) { ++reports; }, {});
-            // Let it run a little, then destroy it while it may be waiting on this thread.
-            QTest::qWait(50);
+            // Destroyed once it has begun to report, while it may be waiting on this thread.
+            QTRY_VERIFY_WITH_TIMEOUT(reports > 0, 60000);
         }
         QVERIFY(!db.IsLoading());
         const qint64 n = db.Curve_Count() > 0 ? db.Data(0).Count() : 0;

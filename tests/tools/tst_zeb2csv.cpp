@@ -147,6 +147,15 @@ private Q_SLOTS:
         row("time minutes", {{u"iTimeFormat"_s, 2}}, u"Time,A [V],B|2024-03-01 12:34,1.5,|2024-03-01 12:34,,-0.25"_s);
         row("time pattern", {{u"iTimeFormat"_s, 3}, {u"sTimeFormat"_s, u"HH'h'mm:ss"_s}},
             u"Time,A [V],B|2024-03-01 12h34:56,1.5,|2024-03-01 12h34:57,,-0.25"_s);
+        // The suite's other notation: "m" the month in a date, "n" the minute in a time.
+        row("date pattern, m for the month", {{u"iDateFormat"_s, 6}, {u"sDateFormat"_s, u"ddd d mmmm yyyy"_s}},
+            u"Time,A [V],B|Fri 1 March 2024 12:34:56.789,1.5,|Fri 1 March 2024 12:34:57.789,,-0.25"_s);
+        row("date pattern, quoted m", {{u"iDateFormat"_s, 6}, {u"sDateFormat"_s, u"dd/mm 'am'"_s}},
+            u"Time,A [V],B|01/03 am 12:34:56.789,1.5,|01/03 am 12:34:57.789,,-0.25"_s);
+        row("time pattern, n for the minute", {{u"iTimeFormat"_s, 3}, {u"sTimeFormat"_s, u"hh:nn:ss.zzz"_s}},
+            u"Time,A [V],B|2024-03-01 12:34:56.789,1.5,|2024-03-01 12:34:57.789,,-0.25"_s);
+        row("time pattern, AM/PM", {{u"iTimeFormat"_s, 3}, {u"sTimeFormat"_s, u"h:nn AM/PM"_s}},
+            u"Time,A [V],B|2024-03-01 12:34 PM,1.5,|2024-03-01 12:34 PM,,-0.25"_s);
     }
     void settingsCodes() {
         QFETCH(QVariantMap, codes);

@@ -397,7 +397,7 @@ void TstMainViews::elementClicks() {
     f->CfgPage()->setCurrentIndex(TCfgPage::tabCursor);
     f->GUI_ViewGraph();
     f->SetModified(false);
-    QTest::qWait(20);
+    chart.replot(); // laid out, so the elements are where the click goes
 
     const QPoint at = ElementPos(chart, element);
     QVERIFY2(!at.isNull(), "element not found on the chart");
@@ -426,7 +426,7 @@ void TstMainViews::plainClicksStayOnChart() {
     TZebChart& chart = *f->Chart();
     f->DataBase()->General_Get().Title = u"Title"_s;
     chart.Rebuild();
-    QTest::qWait(20);
+    chart.replot();
     // The legend's plain click switches limit lines (the main window's own test) and stays too.
     for (const QString& element : {u"title"_s, u"left axis"_s, u"bottom axis"_s, u"legend"_s}) {
         QTest::mouseClick(&chart, Qt::LeftButton, Qt::NoModifier, ElementPos(chart, element));
