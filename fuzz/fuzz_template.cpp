@@ -1,7 +1,8 @@
 // Fuzzes the INI reader with the display template on top: the bytes are read as a template,
 // loaded into an empty template and applied to a recording's curves, then saved into the same
 // file content and read back. Nothing may crash, and what was saved must read back as it was
-// written and save to the same bytes again.
+// written and save to the same bytes again. (Writing every value, set or not, adds only the
+// defaults to what the saves here write, at a third of the time; the tests cover it.)
 
 #include "IniFile.h"
 #include "MseSettings.h"
@@ -32,6 +33,13 @@ void CheckSame(const QByteArray& a, const QByteArray& b) {
 
 } // namespace
 
+// Speed and flat memory over detail while fuzzing: where a block was allocated and freed is
+// kept two calls deep, and freed memory waits in a smaller quarantine. A finding is run again
+// with ASAN_OPTIONS=malloc_context_size=30 for the whole story.
+extern "C" const char* __asan_default_options() {
+    return "malloc_context_size=2:quarantine_size_mb=64";
+}
+
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const QByteArray bytes(reinterpret_cast<const char*>(data), qsizetype(size));
     TIniFile ini;
@@ -52,8 +60,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     }
     applied.Read(ini);
     Check(applied.Curves.Count() == 3);
-    TIniFile everything;
-    applied.Write(everything, true);
 
     // Saved into what the file held, read back, saved again.
     TIniFile saved = ini;

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds from scratch if needed and runs the whole test suite:
-# once in the CI build (warnings are errors), once under address + undefined sanitizers.
-# Set ZEB_SKIP_ASAN=1 to run only the first pass.
+# once in the CI build (warnings are errors), once under the address, undefined-behaviour and leak
+# sanitizers.
+# Then a short fuzzing run. ZEB_SKIP_ASAN=1 leaves out the sanitizer pass, ZEB_SKIP_FUZZ=1 the fuzzing.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -38,7 +39,7 @@ if [ "${ZEB_SKIP_FUZZ:-0}" != "1" ] && command -v clang++ >/dev/null; then
     return "${PIPESTATUS[0]}"
   }
   fuzz fuzz_walk 15 "$corpus/walk"
-  fuzz fuzz_template 10 "$corpus/template" tests/fixtures/templates -max_len=8192
+  fuzz fuzz_template 10 "$corpus/template" tests/fixtures/templates -max_len=1024
   fuzz fuzz_settings 10 "$corpus/settings" fuzz/seeds/settings
 fi
 echo "all test passes finished"

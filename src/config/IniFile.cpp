@@ -66,6 +66,7 @@ void TIniFile::Clear() {
     FHead.clear();
     FSections.clear();
     FIndex.clear();
+    FLastIndex = -1;
     FEncoding = TEncoding::Ansi;
 }
 
@@ -172,11 +173,18 @@ bool TIniFile::Save(const QString& fileName) const {
 // ---------------------------------------------------------------------------- lookup
 
 TIniFile::TSection* TIniFile::Find(const QString& section) {
+    // Readers and writers ask for the same section many times in a row: the last answer
+    // spares folding the name's case and hashing it each time.
+    if (FLastIndex >= 0 && section == FLastName) return &FSections[FLastIndex];
     const auto it = FIndex.constFind(section.toCaseFolded());
-    return it == FIndex.constEnd() ? nullptr : &FSections[*it];
+    if (it == FIndex.constEnd()) return nullptr;
+    FLastName = section;
+    FLastIndex = *it;
+    return &FSections[*it];
 }
 
 void TIniFile::Reindex() {
+    FLastIndex = -1;
     FIndex.clear();
     FIndex.reserve(FSections.size());
     for (qsizetype i = 0; i < FSections.size(); ++i)

@@ -91,5 +91,7 @@ private:
     // Case-folded section name to its position, so that files with very many sections read
     // and write in linear time.
     QHash<QString, qsizetype> FIndex;
+    mutable QString FLastName;         // the last section found, as asked for,
+    mutable qsizetype FLastIndex = -1; // and its position (-1: none)
     TEncoding FEncoding = TEncoding::Ansi; // as read; kept on writing where the text allows
 };

@@ -439,6 +439,12 @@ std::vector<TKey> KeyTable(TZebSettings& s) {
     return t;
 }
 
+// The table of the one settings record: its addresses never change, so it is made once.
+const std::vector<TKey>& TheKeyTable() {
+    static const std::vector<TKey> table = KeyTable(ZebSettings());
+    return table;
+}
+
 // The root and the prototype key are read by everybody; a program section by its owner and by
 // the suite's main program, which owns every section.
 bool ReadsSection(const QString& program, const QString& section) {
@@ -511,7 +517,7 @@ void LoadZebSettings(const QString& programName) {
 void LoadZebSettings(const QString& programName, QSize screen) {
     TZebSettings& s = ZebSettings();
     s = TZebSettings();
-    const std::vector<TKey> table = KeyTable(s);
+    const std::vector<TKey>& table = TheKeyTable();
 
     TZEBRegistry reg;
     QString open;
@@ -534,8 +540,7 @@ void LoadZebSettings(const QString& programName, QSize screen) {
 }
 
 bool SaveZebSettings(const QString& programName) {
-    TZebSettings& s = ZebSettings();
-    const std::vector<TKey> table = KeyTable(s);
+    const std::vector<TKey>& table = TheKeyTable();
 
     TZEBRegistry reg;
     bool wrote = true;
