@@ -2,9 +2,11 @@
 
 #include "Formats.h"
 #include "MseSettings.h"
+#include "Texts.h"
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 #include <limits>
 
 namespace {
@@ -59,7 +61,7 @@ bool IsMeasured(const TCurveData& d, qint64 i) {
 
 // ---------------------------------------------------------------------- statistics
 
-TRangeStats RangeStats(const TCurveData& d, const TCurveSummary* summary, TIndexRange range) {
+TRangeStats RangeStats(const TCurveData& d, const TCurveSummary* summary, TIndexRange range, bool finiteOnly) {
     TRangeStats out;
     if (range.IsEmpty()) return out;
     const qint64 a = range.First, b = range.Last + 1;
@@ -77,9 +79,14 @@ TRangeStats RangeStats(const TCurveData& d, const TCurveSummary* summary, TIndex
         });
     }
     TSums s;
+    qint64 infinite = 0;
     auto raw = [&](qint64 from, qint64 to) {
         ForPoints(d, from, to, [&](qint64, double, double y, bool measured) {
             if (!measured) return;
+            if (finiteOnly && !std::isfinite(y)) {
+                ++infinite;
+                return;
+            }
             const double z = y - ref;
             ++s.Count;
             s.Sum += z;
@@ -94,6 +101,11 @@ TRangeStats RangeStats(const TCurveData& d, const TCurveSummary* summary, TIndex
         raw(a, firstBlock * kBlock);
         for (qint64 k = firstBlock; k < endBlock; ++k) {
             const TCurveSummary::TBlockStats& bs = blocks[size_t(k)];
+            // A block with an infinite value is read point by point to leave it out.
+            if (finiteOnly && bs.Count > 0 && !(std::isfinite(bs.Min) && std::isfinite(bs.Max))) {
+                raw(k * kBlock, (k + 1) * kBlock);
+                continue;
+            }
             s.Count += bs.Count;
             s.Sum += bs.Sum;
             s.SumSq += bs.SumSq;
@@ -105,6 +117,7 @@ TRangeStats RangeStats(const TCurveData& d, const TCurveSummary* summary, TIndex
         raw(a, b);
     }
     out.Count = s.Count;
+    out.Infinite = infinite;
     if (s.Count == 0) return out;
     const double n = double(s.Count);
     out.Min = s.Min;
@@ -115,6 +128,20 @@ TRangeStats RangeStats(const TCurveData& d, const TCurveSummary* summary, TIndex
         out.StdDev = q < 0.0 ? 0.0 : std::sqrt(q);
     }
     return out;
+}
+
+double TypicalStep(const TCurveData& d, TIndexRange range) {
+    if (range.IsEmpty() || range.Last <= range.First) return std::numeric_limits<double>::quiet_NaN();
+    const qint64 steps = range.Last - range.First;
+    const qint64 looked = std::min<qint64>(steps, 65536);
+    std::map<qint64, qint64> counts; // microseconds to how often
+    for (qint64 k = 0; k < looked; ++k) {
+        const qint64 i = range.First + k * steps / looked;
+        ++counts[std::llround((d.Time(i + 1) - d.Time(i)) * 1e6)];
+    }
+    const auto most = std::max_element(counts.begin(), counts.end(),
+                                       [](const auto& a, const auto& b) { return a.second < b.second; });
+    return double(most->first) / 1e6;
 }
 
 // ---------------------------------------------------------------------- limits
@@ -237,6 +264,12 @@ QString DurationText(double seconds) {
     const double days = std::floor(seconds / zeb::kSecondsPerDay);
     const double rest = seconds - days * zeb::kSecondsPerDay;
     return QString::number(qint64(days)) + QLatin1Char('+') + zeb::FormatTime(2, rest);
+}
+
+QString DayDurationText(double seconds) {
+    const double days = std::floor(seconds / zeb::kSecondsPerDay);
+    const double rest = seconds - days * zeb::kSecondsPerDay;
+    return zeb::TxtFmt(zeb::TTextId::ReportDuration, {QString::number(qint64(days)), zeb::FormatTime(2, rest)});
 }
 
 // ---------------------------------------------------------------------- report figures

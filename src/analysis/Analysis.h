@@ -33,7 +33,8 @@ TIndexRange VisibleRange(const TCurveData& d, double from, double to);
 bool IsMeasured(const TCurveData& d, qint64 i);
 
 struct TRangeStats {
-    qint64 Count = 0; // measured values
+    qint64 Count = 0;    // measured values (the finite ones when asked for those alone)
+    qint64 Infinite = 0; // infinite values left out, when asked for finite values alone
     double Min = 0.0, Max = 0.0, Average = 0.0;
     // The sample standard deviation sqrt((n·Σy² − (Σy)²) / (n·(n−1))), 0 when rounding makes
     // the quotient negative, and 0 below two values.
@@ -42,7 +43,16 @@ struct TRangeStats {
     int CalcCount() const { return Count >= 2 ? 2 : int(Count); }
 };
 
-TRangeStats RangeStats(const TCurveData& d, const TCurveSummary* summary, TIndexRange range);
+// The statistics of the measured values. The calculation view takes infinite values in (its
+// minimum or maximum is then infinite); with finiteOnly they are counted apart and left out,
+// as a document's figures leave them.
+TRangeStats RangeStats(const TCurveData& d, const TCurveSummary* summary, TIndexRange range,
+                       bool finiteOnly = false);
+
+// The most common step between the stamps of a range (the sampling interval), to the
+// microsecond; at most 65536 steps, spread evenly over the range, are looked at. NaN below two
+// points.
+double TypicalStep(const TCurveData& d, TIndexRange range);
 
 // A curve's limits: mode 0 none, 1 below L1, 2 above L1, 3 strictly between, 4 outside.
 struct TLimitRule {
@@ -77,6 +87,9 @@ inline double FlowTotal(double integral) {
 
 // A duration as whole days, "+" and the rest in the long time format: 90061 s is "1+01:01:01".
 QString DurationText(double seconds);
+// A duration as documents read it: days, then hours:minutes:seconds ("1 d 06:37:00", in the
+// current language's form).
+QString DayDurationText(double seconds);
 
 // ---------------------------------------------------------------------- report figures
 

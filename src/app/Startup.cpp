@@ -2,12 +2,15 @@
 
 #include "AuditLog.h"
 #include "BigDataDlg.h"
+#include "ChartTexts.h"
 #include "FileThread.h"
 #include "Language.h"
 #include "Main.h"
 #include "QtOptions.h"
+#include "Report.h"
 #include "Texts.h"
 #include "ZebDlg.h"
+#include "ZebChart.h"
 #include "ZebReg.h"
 
 #include <QApplication>
@@ -18,6 +21,7 @@
 #include <QRegularExpression>
 #include <QScreen>
 
+#include <cmath>
 #include <cstdio>
 #include <cstring>
 #include <memory>
@@ -89,11 +93,14 @@ int RunExport(TForm1& form, const TCommandLine& cmd) {
         return 1;
     }
     if (!cmd.Template.isEmpty() && !form.ApplyTemplate(cmd.Template)) return 1;
+    if (cmd.Notices) form.Chart()->Texts()->SetNoticesShown(true);
     if (!cmd.Picture.isEmpty() && !form.SaveChartPicture(cmd.Picture, cmd.Size)) {
         PrintErr(TxtFmt(TTextId::CliCannotWritePicture, {QDir::toNativeSeparators(cmd.Picture)}));
         return 3;
     }
-    if (!cmd.Report.isEmpty() && !form.SaveReport(cmd.Report)) {
+    TReportOptions report;
+    report.ActivationEnergy = cmd.ActivationEnergy > 0.0 ? cmd.ActivationEnergy : ZebSettings().MktActivationEnergy;
+    if (!cmd.Report.isEmpty() && !form.SaveReport(cmd.Report, report)) {
         PrintErr(TxtFmt(TTextId::ReportCannotWrite, {QDir::toNativeSeparators(cmd.Report)}));
         return 3;
     }
@@ -147,6 +154,15 @@ TCommandLine ParseCommandLine(const QStringList& args) {
             if (w < 16 || h < 16 || w > 20000 || h > 20000) return invalid(args[i]);
             cmd.Size = QSize(w, h);
             sizeGiven = true;
+        } else if (a == QLatin1String("--notices")) {
+            if (cmd.Notices) return invalid(a);
+            cmd.Notices = true;
+        } else if (a == QLatin1String("--activation-energy")) {
+            if (!hasValue || cmd.ActivationEnergy > 0.0) return invalid(a);
+            bool ok = false;
+            const double v = args[++i].toDouble(&ok);
+            if (!ok || !(v > 0.0) || !std::isfinite(v)) return invalid(args[i]);
+            cmd.ActivationEnergy = v;
         } else if (a == QLatin1String("--template")) {
             if (!hasValue || templateGiven) return invalid(a);
             cmd.Template = args[++i];
@@ -157,6 +173,9 @@ TCommandLine ParseCommandLine(const QStringList& args) {
             cmd.Files << a;
         }
     }
+    // Each option belongs to its export.
+    if (cmd.Notices && cmd.Picture.isEmpty()) return invalid(QStringLiteral("--notices"));
+    if (cmd.ActivationEnergy > 0.0 && cmd.Report.isEmpty()) return invalid(QStringLiteral("--activation-energy"));
     if (!cmd.Picture.isEmpty() || !cmd.Report.isEmpty()) {
         if (cmd.Files.size() != 1) return invalid(cmd.Files.value(1, QStringLiteral("FILE")));
         cmd.Mode = TCommandLine::TMode::Export;

@@ -3,8 +3,8 @@
 //
 //   zeb_viewer [FILE]
 //   zeb_viewer FILE --export-png|--export-jpg|--export-bmp|--export-pdf|--export-svg OUT
-//              [--size WxH] [--template T.mse]
-//   zeb_viewer FILE --report OUT.pdf [--template T.mse]
+//              [--size WxH] [--template T.mse] [--notices]
+//   zeb_viewer FILE --report OUT.pdf [--template T.mse] [--activation-energy KJ_PER_MOL]
 //   zeb_viewer --help | --version
 //
 // The export forms load the recording as an open would, apply its settings (and the template,
@@ -33,6 +33,8 @@ struct TCommandLine {
     QString Format;    // export: "png", "jpg", "bmp", "pdf" or "svg"
     QSize Size{1200, 800};
     QString Template; // export: a display template applied after the recording's own settings
+    bool Notices = false; // picture export: the notices drawn
+    double ActivationEnergy = 0.0; // report: kJ/mol for the mean kinetic temperature; 0: the settings' 
     QString Error;    // invalid: the offending argument
 };
 

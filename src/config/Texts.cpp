@@ -477,37 +477,57 @@ constexpr std::array<TTextRecord, size_t(TTextId::Count)> kTable{
     TTextRecord{ReportPdfFilter, u"PDF document", u"PDF-Dokument", u"Document PDF"},
     TTextRecord{ReportCannotWrite, u"Cannot write report [%s] !", u"Kann Bericht [%s] nicht schreiben !",
                 u"Impossible d’écrire le rapport [%s] !"},
+    TTextRecord{ReportDuration, u"%s d %s", u"%s T %s", u"%s j %s"},
+    TTextRecord{ReportValues, u"Values (sampling interval)", u"Werte (Abtastintervall)",
+                u"Valeurs (intervalle d’échantillonnage)"},
+    TTextRecord{ReportInterval, u"every %s", u"alle %s", u"toutes les %s"},
+    TTextRecord{ReportInfinite, u"%s infinite values, left out of minimum, maximum, average, standard deviation and "
+                                u"mean kinetic temperature",
+                u"%s unendliche Werte, nicht in Minimum, Maximum, Mittelwert, Standardabweichung und mittlerer "
+                u"kinetischer Temperatur enthalten",
+                u"%s valeurs infinies, exclues du minimum, du maximum, de la moyenne, de l’écart type et de la "
+                u"température cinétique moyenne"},
+    TTextRecord{ReportNoticeNumber, u"No.", u"Nr.", u"N°"},
+    TTextRecord{ReportActivationEnergy, u"Activation energy for the mean kinetic temperature:",
+                u"Aktivierungsenergie für die mittlere kinetische Temperatur:",
+                u"Énergie d’activation pour la température cinétique moyenne :"},
 
     // Command-line picture export
     TTextRecord{CliUsage,
                 u"Usage: zeb_viewer [FILE]\r\n"
                 u"       zeb_viewer FILE --export-png|--export-jpg|--export-bmp|--export-pdf|--export-svg OUT "
                 u"[--size WxH] "
-                u"[--template T.mse]\r\n"
-                u"       zeb_viewer FILE --report OUT.pdf [--template T.mse]\r\n"
+                u"[--template T.mse] [--notices]\r\n"
+                u"       zeb_viewer FILE --report OUT.pdf [--template T.mse] [--activation-energy KJ_PER_MOL]\r\n"
                 u"       zeb_viewer --help | --version\r\n"
                 u"Opens the recording FILE in the window; with an export, writes its chart or report without a "
                 u"window.\r\n"
+                u"--notices draws the notices on the picture; --activation-energy sets that of the mean kinetic\r\n"
+                u"temperature (the settings' otherwise, 83.144 unless changed).\r\n"
                 u"Exit codes: 0 done, 1 the recording or template cannot be loaded, 2 invalid argument,\r\n"
                 u"3 the picture or report cannot be written",
                 u"Aufruf: zeb_viewer [DATEI]\r\n"
                 u"        zeb_viewer DATEI --export-png|--export-jpg|--export-bmp|--export-pdf|--export-svg "
                 u"AUSGABE [--size BxH] "
-                u"[--template V.mse]\r\n"
-                u"        zeb_viewer DATEI --report AUSGABE.pdf [--template V.mse]\r\n"
+                u"[--template V.mse] [--notices]\r\n"
+                u"        zeb_viewer DATEI --report AUSGABE.pdf [--template V.mse] [--activation-energy KJ_PRO_MOL]\r\n"
                 u"        zeb_viewer --help | --version\r\n"
                 u"Öffnet die Aufzeichnung DATEI im Fenster; mit einem Export schreibt es ihr Diagramm oder ihren "
                 u"Bericht ohne Fenster.\r\n"
+                u"--notices zeichnet die Notizen ins Bild; --activation-energy setzt die der mittleren kinetischen\r\n"
+                u"Temperatur (sonst die der Einstellungen, 83,144, wenn nicht geändert).\r\n"
                 u"Rückgabewerte: 0 erledigt, 1 Aufzeichnung oder Vorlage nicht ladbar, 2 ungültiges Argument,\r\n"
                 u"3 Bild oder Bericht nicht schreibbar",
                 u"Usage : zeb_viewer [FICHIER]\r\n"
                 u"        zeb_viewer FICHIER --export-png|--export-jpg|--export-bmp|--export-pdf|--export-svg "
                 u"SORTIE [--size LxH] "
-                u"[--template M.mse]\r\n"
-                u"        zeb_viewer FICHIER --report SORTIE.pdf [--template M.mse]\r\n"
+                u"[--template M.mse] [--notices]\r\n"
+                u"        zeb_viewer FICHIER --report SORTIE.pdf [--template M.mse] [--activation-energy KJ_PAR_MOL]\r\n"
                 u"        zeb_viewer --help | --version\r\n"
                 u"Ouvre l’enregistrement FICHIER dans la fenêtre ; avec un export, écrit son graphique ou son "
                 u"rapport sans fenêtre.\r\n"
+                u"--notices dessine les notes sur l’image ; --activation-energy fixe celle de la température\r\n"
+                u"cinétique moyenne (sinon celle des paramètres, 83,144 sauf changement).\r\n"
                 u"Codes de sortie : 0 terminé, 1 enregistrement ou modèle illisible, 2 argument invalide,\r\n"
                 u"3 image ou rapport impossible à écrire"},
     TTextRecord{CliBadArgument, u"Invalid argument: %s", u"Ungültiges Argument: %s", u"Argument invalide : %s"},

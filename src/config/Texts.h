@@ -350,6 +350,12 @@ enum class TTextId : int {
     ReportZoomOut,
     ReportPdfFilter,
     ReportCannotWrite,
+    ReportDuration,
+    ReportValues,
+    ReportInterval,
+    ReportInfinite,
+    ReportNoticeNumber,
+    ReportActivationEnergy,
 
     // Command-line picture export
     CliUsage,

@@ -11,6 +11,7 @@
 #include <QSettings>
 #include <QStandardPaths>
 
+#include <cmath>
 #include <limits>
 #include <optional>
 #include <type_traits>
@@ -108,9 +109,8 @@ void TZEBRegistry::CloseKey() {
 
 QVariant TZEBRegistry::RawValue(const QString& name) const {
     if (!FOpen || name.isEmpty()) return {};
-    const QString key = JoinGroup(FGroup, name);
-    if (!FSettings->contains(key)) return {};
-    return FSettings->value(key);
+    // A missing key answers an invalid value; a key in the file always holds a valid one.
+    return FSettings->value(JoinGroup(FGroup, name));
 }
 
 // In the registry a value has a type and a value of another type is unreadable. The INI file
@@ -175,14 +175,22 @@ void TZEBRegistry::WriteB(const QString& name, bool value) {
     WriteI(name, value ? 1 : 0);
 }
 
+// A value that stands as it would be written is left alone: settings that did not change leave
+// the file untouched (no rewrite at every exit).
 void TZEBRegistry::WriteI(const QString& name, int value) {
     if (!FOpen || !FWritable || name.isEmpty()) return;
-    FSettings->setValue(JoinGroup(FGroup, name), value);
+    const QString key = JoinGroup(FGroup, name);
+    const QVariant now = FSettings->value(key);
+    const bool same = FNative ? IsIntegerType(now) && FromIntegerVariant(now) == value
+                              : IniText(now) == QString::number(value);
+    if (!same) FSettings->setValue(key, value);
 }
 
 void TZEBRegistry::WriteS(const QString& name, const QString& value) {
     if (!FOpen || !FWritable || name.isEmpty()) return;
-    FSettings->setValue(JoinGroup(FGroup, name), value);
+    const QString key = JoinGroup(FGroup, name);
+    const QVariant now = FSettings->value(key);
+    if (now.typeId() != QMetaType::QString || now.toString() != value) FSettings->setValue(key, value);
 }
 
 void TZEBRegistry::WriteD(const QString& name, double value) {
@@ -401,6 +409,7 @@ std::vector<TKey> KeyTable(TZebSettings& s) {
         {viewer, QStringLiteral("CustomApp0_Unit"), &s.CustomApp0_Unit, {kViewer}},
         {viewer, QStringLiteral("CustomApp0_Mul"), &s.CustomApp0_Mul, {kViewer}},
         {viewer, QStringLiteral("CustomApp0_Add"), &s.CustomApp0_Add, {kViewer}},
+        {viewer, QStringLiteral("MktActivationEnergy"), &s.MktActivationEnergy, {kViewer}},
 
         {reader, QStringLiteral("Report"), &s.Reader.Report, none},
         {reader, QStringLiteral("FileMode"), &s.Reader.FileMode, {kMain, QStringLiteral("reader")}},
@@ -449,7 +458,7 @@ const std::vector<TKey>& TheKeyTable() {
 // the suite's main program, which owns every section.
 bool ReadsSection(const QString& program, const QString& section) {
     if (section.isEmpty() || section == QLatin1String("\\Prototype")) return true;
-    return program == kMain || program == section.mid(1);
+    return program == kMain || program == QStringView(section).mid(1);
 }
 
 void ReadKey(const TZEBRegistry& reg, const TKey& k) {
@@ -533,6 +542,8 @@ void LoadZebSettings(const QString& programName, QSize screen) {
     }
 
     if (s.ReportHint == 0) s.ReportHint = CountryCode() == QLatin1String("IN") ? 2 : 1;
+    if (!(s.MktActivationEnergy > 0.0 && std::isfinite(s.MktActivationEnergy)))
+        s.MktActivationEnergy = TZebSettings().MktActivationEnergy;
     if (ReadsSection(programName, QLatin1Char('\\') + kViewer))
         CheckScreen(s.ScreenFull, s.ScreenWidth, s.ScreenHeight, screen);
     if (ReadsSection(programName, QStringLiteral("\\online")))

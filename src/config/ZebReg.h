@@ -137,6 +137,9 @@ struct TZebSettings {
     QString CustomApp0_Unit = QStringLiteral("m3/h");
     double CustomApp0_Mul = 0.06;
     double CustomApp0_Add = 0.0;
+    // The activation energy of the report's mean kinetic temperature, in kJ/mol: the customary
+    // 83.144 (ΔH/R = 10000 K) unless a procedure prescribes another; positive.
+    double MktActivationEnergy = 83.144;
 
     // Sections of the companion programs; only "zeb.exe" and their owners touch them.
     struct TReader { // "\reader"

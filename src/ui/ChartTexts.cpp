@@ -10,6 +10,7 @@
 #include <QMouseEvent>
 
 #include <algorithm>
+#include <cmath>
 
 using zeb::TTextId;
 using zeb::Txt;
@@ -30,6 +31,15 @@ QRect RectOf(const QCPItemText* item) {
 }
 
 } // namespace
+
+std::vector<int> NoticesInRange(const TMseTimeTextList& notices, double from, double to) {
+    std::vector<int> in;
+    for (int i = 0; i < notices.Count(); ++i)
+        if (notices[i].X.Value >= from && notices[i].X.Value <= to) in.push_back(i);
+    std::stable_sort(in.begin(), in.end(),
+                     [&notices](int a, int b) { return notices[a].X.Value < notices[b].X.Value; });
+    return in;
+}
 
 TChartTexts::TChartTexts(TDataBase* db, QCustomPlot* chart, TCrossHair* crossHair, QObject* parent)
     : QObject(parent), FDb(db), FChart(chart), FCrossHair(crossHair) {
@@ -139,21 +149,62 @@ void TChartTexts::Rebuild() {
     }
 }
 
-// A box keeps the pixel position it was given; drawn on a smaller chart it is pulled inside,
-// so it never disappears, and it goes back to its place when the chart grows again.
-void TChartTexts::PlaceBox(int i) {
+QSize TChartTexts::ReferenceSize() const {
+    const QWidget* window = FChart->window();
+    return window && window->isVisible() && !FChart->size().isEmpty() ? FChart->size() : kReferenceSize;
+}
+
+// A box keeps its place as a share of the drawing, pulled inside where its text would reach
+// out, so it never disappears; it goes back to its place when the drawing grows again.
+void TChartTexts::PlaceBox(int i, QSize drawing) {
+    if (drawing.isEmpty()) drawing = FChart->viewport().size();
+    const QSize reference = ReferenceSize();
     const TMseText& t = FDb->Settings().Texts[i];
     const QFontMetrics fm(FBoxes[size_t(i)]->font());
     const QSize size = fm.boundingRect(QRect(), Qt::AlignLeft, t.Text.Value).size() + QSize(8, 4);
-    const QRect chart = FChart->rect();
-    const int x = std::clamp(t.X.Value, 0, std::max(0, chart.width() - size.width()));
-    const int y = std::clamp(t.Y.Value, 0, std::max(0, chart.height() - size.height()));
-    FBoxes[size_t(i)]->position->setCoords(x, y);
+    const int x = int(std::lround(double(t.X.Value) * drawing.width() / reference.width()));
+    const int y = int(std::lround(double(t.Y.Value) * drawing.height() / reference.height()));
+    FBoxes[size_t(i)]->position->setCoords(std::clamp(x, 0, std::max(0, drawing.width() - size.width())),
+                                           std::clamp(y, 0, std::max(0, drawing.height() - size.height())));
 }
 
-void TChartTexts::PlaceBoxes() {
+void TChartTexts::PlaceBoxes(QSize drawing) {
     for (int i = 0; i < int(FBoxes.size()) && i < FDb->Settings().Texts.Count(); ++i)
-        PlaceBox(i);
+        PlaceBox(i, drawing);
+}
+
+void TChartTexts::NumberNotices(const std::vector<int>& order) {
+    const TMseTimeTextList& notices = FDb->Settings().TimeTexts;
+    for (size_t i = 0; i < FMarks.size(); ++i) {
+        const auto at = std::find(order.begin(), order.end(), int(i));
+        const bool numbered = at != order.end();
+        const bool shown = order.empty() ? FShown : numbered;
+        QCPItemText* mark = FMarks[i];
+        QCPItemPosition* position = mark->position;
+        if (numbered) {
+            // A number along the top of the plot at the notice's time, its leader down to the
+            // point: always in sight, whatever the value, and never over another's text.
+            mark->setText(QString::number(at - order.begin() + 1));
+            position->setParentAnchor(nullptr);
+            position->setTypeX(QCPItemPosition::ptPlotCoords);
+            position->setTypeY(QCPItemPosition::ptAxisRectRatio);
+            position->setAxes(FChart->xAxis, FChart->yAxis);
+            position->setAxisRect(FChart->axisRect());
+            position->setCoords(notices[int(i)].X.Value, 0.0);
+            mark->setPositionAlignment(Qt::AlignHCenter | Qt::AlignTop);
+            FLeaders[i]->end->setParentAnchor(mark->bottom);
+        } else {
+            mark->setText(notices[int(i)].Text.Value);
+            position->setType(QCPItemPosition::ptAbsolute);
+            position->setParentAnchor(FPoints[i]->position);
+            position->setCoords(FOffsets[i]);
+            mark->setPositionAlignment(Qt::AlignLeft | Qt::AlignTop);
+            FLeaders[i]->end->setParentAnchor(mark->topLeft);
+        }
+        FPoints[i]->setVisible(shown);
+        mark->setVisible(shown);
+        FLeaders[i]->setVisible(shown);
+    }
 }
 
 void TChartTexts::SetNoticesShown(bool shown) {

@@ -7,6 +7,7 @@
 
 #include <QObject>
 #include <QPoint>
+#include <QSize>
 #include <QPointer>
 
 #include <vector>
@@ -20,18 +21,34 @@ class QMouseEvent;
 class TCrossHair;
 class TDataBase;
 
+class TMseTimeTextList;
+
+// The notices whose time lies in [from, to], in time order (indices into the list); the report
+// numbers them in this order, on its chart and in its table.
+std::vector<int> NoticesInRange(const TMseTimeTextList& notices, double from, double to);
+
 class TChartTexts : public QObject {
     Q_OBJECT
 public:
     TChartTexts(TDataBase* db, QCustomPlot* chart, TCrossHair* crossHair, QObject* parent = nullptr);
 
+    // A box's position is a pixel of the chart in the window. A drawing of another size (a
+    // picture, the report, a print) places it at the same share of its width and height; a
+    // chart that is in no window shown takes this size for the window's.
+    static constexpr QSize kReferenceSize{1200, 800};
+    QSize ReferenceSize() const;
+
     // Draws the template's texts anew (after a load, a template, a change of fonts).
     void Rebuild();
-    // After the chart changed its size: the boxes pulled inside it again.
-    void PlaceBoxes();
+    // Places the boxes for a drawing of that size (the chart's own when empty), each inside it.
+    void PlaceBoxes(QSize drawing = {});
     // The notice series: hidden at first and after every load.
     bool NoticesShown() const { return FShown; }
     void SetNoticesShown(bool shown);
+
+    // The marks of these notices show their number in this order (1, 2, ...) instead of their
+    // text, the others none; an empty order gives every mark its text back, as shown before.
+    void NumberNotices(const std::vector<int>& order);
 
     // ---- the commands
     // A notice with the text at the top-left corner of what the chart shows.
@@ -70,7 +87,7 @@ Q_SIGNALS:
 
 private:
     void Changed();
-    void PlaceBox(int i);
+    void PlaceBox(int i, QSize drawing = {});
     QPoint Global(QPoint chartPixel) const;
 
     TDataBase* FDb;

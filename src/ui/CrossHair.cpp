@@ -147,6 +147,10 @@ void TCrossHair::SetCursorPrintColor(bool on) {
     Repaint();
 }
 
+void TCrossHair::SetHidden(bool hidden) {
+    FLayer->setVisible(!hidden);
+}
+
 int TCrossHair::CursorAt(int x, int y) const {
     const QRect plot = FChart->axisRect()->rect();
     if (!plot.contains(x, y)) return -1;

@@ -39,6 +39,8 @@ public:
     void SetWidth(int which, int index);
     // Grey cursors for printing, black otherwise.
     void SetCursorPrintColor(bool on);
+    // Hidden from drawings that have no use for them (the report), whatever their state.
+    void SetHidden(bool hidden);
     // Either cursor is hit at the pixel.
     bool IsClicked(int x, int y) const;
     // The cursor hit at the pixel, -1 for none.

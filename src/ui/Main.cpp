@@ -1823,12 +1823,14 @@ void TForm1::GUI_FilePrint() {
 void TForm1::GUI_FilePrintReport() {
     if (FLoading || FCaptionFile.isEmpty() || !CfgPageApply()) return;
     // The figures are the analyses' over what the chart shows.
-    TfrmReport dlg(*FDataBase, FChart, this);
+    TReportOptions options;
+    options.ActivationEnergy = ZebSettings().MktActivationEnergy;
+    TfrmReport dlg(*FDataBase, FChart, this, options);
     dlg.exec();
 }
 
-bool TForm1::SaveReport(const QString& fileName) {
-    return WriteReportPdf(*FDataBase, FChart, fileName);
+bool TForm1::SaveReport(const QString& fileName, const TReportOptions& options) {
+    return WriteReportPdf(*FDataBase, FChart, fileName, options);
 }
 
 // ====================================================================== picture export

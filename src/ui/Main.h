@@ -39,6 +39,7 @@ class QStackedWidget;
 class QToolButton;
 class TCfgPage;
 class TDataBase;
+struct TReportOptions;
 class TFileThread;
 class TTableView;
 class TZebChart;
@@ -77,7 +78,7 @@ public:
     // (png, jpg, bmp).
     bool SaveChartPicture(const QString& fileName, QSize size);
     // The report of the open recording as a PDF file (the command line's --report).
-    bool SaveReport(const QString& fileName);
+    bool SaveReport(const QString& fileName, const TReportOptions& options);
 
     TDataBase* DataBase() const { return FDataBase; }
     TZebChart* Chart() const { return FChart; }

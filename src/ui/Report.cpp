@@ -1,9 +1,11 @@
 #include "Report.h"
 
+#include "ChartTexts.h"
 #include "CurvePlottable.h" // the chart library, as every unit includes it
 #include "DataBase.h"
 #include "Formats.h"
 #include "Texts.h"
+#include "ZebChart.h"
 #include "ZebReg.h"
 
 #include <QDate>
@@ -16,6 +18,8 @@
 #include <QPdfWriter>
 #include <QPrinter>
 #include <QSaveFile>
+#include <QTextLayout>
+#include <QTextOption>
 
 #include <cmath>
 #include <functional>
@@ -38,6 +42,12 @@ double NowSince2000() {
 bool IsCelsius(QString unit) {
     unit.remove(QLatin1Char(' '));
     return unit.compare(QStringLiteral("°C"), Qt::CaseInsensitive) == 0;
+}
+
+// A sampling interval: seconds below an hour, else days and hours.
+QString IntervalText(double seconds) {
+    if (seconds < 3600.0) return zeb::FormatFloat(QStringLiteral("0.###"), seconds) + QStringLiteral(" s");
+    return DayDurationText(seconds);
 }
 
 QColor FromBgr(int bgr) {
@@ -70,7 +80,6 @@ struct TCell {
     int Span = 1;
     bool Bold = false;
     QColor Swatch; // a colour square before the text
-    int WrapFlag = Qt::TextWordWrap;
 };
 struct TRow {
     std::vector<TCell> Cells;
@@ -99,10 +108,27 @@ public:
         f.setBold(bold);
         return f;
     }
-    double TextHeight(const QFont& font, double width, const QString& text, int flags) const {
-        const QFontMetricsF fm(font, &FDevice);
-        if (text.isEmpty()) return fm.height();
-        return fm.boundingRect(QRectF(0, 0, width, 1e9), flags, text).height();
+    // Text breaks at word boundaries, and anywhere where a word (a path, a long name) is
+    // wider than the line.
+    static QTextOption Wrapping(Qt::Alignment alignment) {
+        QTextOption o(alignment);
+        o.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+        return o;
+    }
+    double TextHeight(const QFont& font, double width, const QString& text) const {
+        if (text.isEmpty()) return QFontMetricsF(font, &FDevice).height();
+        QString lines = text;
+        lines.replace(QLatin1Char('\n'), QChar::LineSeparator);
+        QTextLayout layout(lines, font, &FDevice);
+        layout.setTextOption(Wrapping(Qt::AlignLeft));
+        double height = 0.0;
+        layout.beginLayout();
+        for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+            line.setLineWidth(width);
+            height += line.height();
+        }
+        layout.endLayout();
+        return height;
     }
 
     // A table of rows over columns given as fractions of the width.
@@ -123,7 +149,7 @@ public:
             for (const TCell& c : r.Cells) {
                 const double swatch = c.Swatch.isValid() ? X(4.5) : 0.0;
                 h = std::max(h, TextHeight(c.Bold ? bold : normal, cellWidth(col, c.Span) - 2 * padX - swatch,
-                                           c.Text, c.WrapFlag));
+                                           c.Text));
                 col += size_t(c.Span);
             }
             heights.push_back(h + 2 * padY);
@@ -157,7 +183,9 @@ public:
                     }
                     p.setPen(Qt::black);
                     p.setFont(c.Bold ? bold : normal);
-                    p.drawText(text, Qt::AlignLeft | Qt::AlignVCenter | c.WrapFlag, c.Text);
+                    QString lines = c.Text;
+                    lines.replace(QLatin1Char('\n'), QChar::LineSeparator);
+                    p.drawText(text, lines, Wrapping(Qt::AlignLeft | Qt::AlignVCenter));
                     col = end;
                 }
                 y += h;
@@ -168,13 +196,13 @@ public:
 
     TBlock Text(const QString& text, const QFont& font, double spaceAfter, bool keepWithNext = false) const {
         TBlock b;
-        b.Height = TextHeight(font, FContent.width(), text, Qt::TextWordWrap);
+        b.Height = TextHeight(font, FContent.width(), text);
         b.SpaceAfter = spaceAfter;
         b.KeepWithNext = keepWithNext;
         b.Draw = [text, font](QCPPainter& p, const QRectF& at) {
             p.setPen(Qt::black);
             p.setFont(font);
-            p.drawText(at, Qt::AlignLeft | Qt::AlignTop | Qt::TextWordWrap, text);
+            p.drawText(at, text, Wrapping(Qt::AlignLeft | Qt::AlignTop));
         };
         return b;
     }
@@ -203,7 +231,7 @@ TReport::TReport(const TDataBase& db, QCustomPlot* chart, const TReportOptions& 
     }
     const QString range = TDataBase::GetXValueStr(0, bottom.Min) + QStringLiteral(" \u2013 ") +
                           TDataBase::GetXValueStr(0, bottom.Max) + QStringLiteral(" (") +
-                          DurationText(bottom.Max - bottom.Min) + QLatin1Char(')');
+                          DayDurationText(bottom.Max - bottom.Min) + QLatin1Char(')');
     FHeader = {
         {Txt(TTextId::ReportCompany), FCompany},
         {Txt(TTextId::ReportFile), QDir::toNativeSeparators(FFileName)},
@@ -223,8 +251,12 @@ TReport::TReport(const TDataBase& db, QCustomPlot* chart, const TReportOptions& 
         const TCurveData& d = db.Data(i);
         const auto summary = db.Summary(i);
         const TIndexRange visible = VisibleRange(d, bottom.Min, bottom.Max);
-        const TRangeStats st = RangeStats(d, summary.get(), visible);
+        const TRangeStats st = RangeStats(d, summary.get(), visible, true);
         const QString format = db.Curve_FormatGet(i);
+        const QString unit = db.Curve_UnitGet(i).trimmed();
+        // A value as the views write it, with the unit a reader needs to sign it.
+        auto withUnit = [&unit](const QString& value) { return unit.isEmpty() ? value : value + QLatin1Char(' ') + unit; };
+        auto value = [&](double v) { return withUnit(zeb::FormatFloat(format, v)); };
         auto timeOf = [&](qint64 k) { return k < 0 ? QString() : TDataBase::GetXValueStr(0, d.Time(k)); };
 
         TReportCurve c;
@@ -234,30 +266,34 @@ TReport::TReport(const TDataBase& db, QCustomPlot* chart, const TReportOptions& 
             c.Name += QStringLiteral(" (") + db.Curve_LoggernameGet(i) + QLatin1Char(')');
         c.Color = db.Curve_ColorGet(i);
         c.CalcCount = st.CalcCount();
+        const double step = TypicalStep(d, visible);
+        c.Values = QString::number(st.Count + st.Infinite);
+        if (std::isfinite(step))
+            c.Values += QStringLiteral(" (") + zeb::TxtFmt(TTextId::ReportInterval, {IntervalText(step)}) + QLatin1Char(')');
+        if (st.Infinite > 0) c.Infinite = zeb::TxtFmt(TTextId::ReportInfinite, {QString::number(st.Infinite)});
         if (c.CalcCount > 0) {
-            c.Min = zeb::FormatFloat(format, st.Min);
+            c.Min = value(st.Min);
             c.MinTime = timeOf(FirstIndexOf(d, summary.get(), visible, st.Min));
-            c.Max = zeb::FormatFloat(format, st.Max);
+            c.Max = value(st.Max);
             c.MaxTime = timeOf(FirstIndexOf(d, summary.get(), visible, st.Max));
-            c.Average = zeb::FormatFloat(format, st.Average);
-            c.Span = zeb::FormatFloat(format, std::abs(st.Max - st.Min));
-            if (IsCelsius(db.Curve_UnitGet(i))) {
+            c.Average = value(st.Average);
+            c.Span = value(std::abs(st.Max - st.Min));
+            if (IsCelsius(unit)) {
                 const double mkt = MeanKineticTemperature(d, visible, options.ActivationEnergy);
-                if (std::isfinite(mkt)) c.Mkt = zeb::FormatFloat(format, mkt);
+                if (std::isfinite(mkt)) c.Mkt = value(mkt);
             }
         }
-        if (c.CalcCount > 1) c.StdDev = zeb::FormatFloat(kStdDevFormat, st.StdDev);
+        if (c.CalcCount > 1) c.StdDev = withUnit(zeb::FormatFloat(kStdDevFormat, st.StdDev));
 
         const TMseSettingsCurve& cfg = db.Settings().Curves[i];
         const TLimitRule limits{cfg.LAlarm, cfg.LValue1, cfg.LValue2};
         c.LimitMode = limits.Mode >= 1 && limits.Mode <= 4 ? limits.Mode : 0;
-        c.Limits = zeb::FormatText(modes.value(c.LimitMode), {zeb::FormatFloat(format, limits.L1),
-                                                              zeb::FormatFloat(format, limits.L2)});
+        c.Limits = zeb::FormatText(modes.value(c.LimitMode), {value(limits.L1), value(limits.L2)});
         const TLimitTimes t = CalcLimits(d, summary.get(), limits, visible);
         c.LimitValid = t.Valid;
         if (t.Valid) {
-            c.Out = DurationText(t.Out);
-            c.In = DurationText(t.In);
+            c.Out = DayDurationText(t.Out);
+            c.In = DayDurationText(t.In);
         }
         if (c.LimitMode > 0) {
             const TLimitViolations v = LimitViolations(d, summary.get(), limits, visible);
@@ -267,15 +303,15 @@ TReport::TReport(const TDataBase& db, QCustomPlot* chart, const TReportOptions& 
         FCurves.push_back(std::move(c));
     }
 
+    // Only the notices of the range, numbered in time order as the chart's marks.
     const TMseTimeTextList& notices = db.Settings().TimeTexts;
-    for (int i = 0; i < notices.Count(); ++i) {
-        QString text = notices[i].Text.Value;
+    const std::vector<int> inRange = NoticesInRange(notices, bottom.Min, bottom.Max);
+    for (size_t k = 0; k < inRange.size(); ++k) {
+        const TMseTimeText& n = notices[inRange[k]];
+        QString text = n.Text.Value;
         text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
-        const double x = notices[i].X.Value;
-        FNotices.push_back({x, TDataBase::GetXValueStr(0, x), text});
+        FNotices.push_back({int(k) + 1, TDataBase::GetXValueStr(0, n.X.Value), text});
     }
-    std::stable_sort(FNotices.begin(), FNotices.end(),
-                     [](const TNotice& a, const TNotice& b) { return a.Time < b.Time; });
 
     if (chart) {
         FChartWidget = chart;
@@ -305,12 +341,8 @@ bool TReport::Print(QPagedPaintDevice& device) const {
     blocks.push_back(L.Text(Txt(TTextId::ReportTitle), TPageLayout::Font(16, true), L.Y(4)));
     {
         std::vector<TRow> rows;
-        for (const auto& [label, value] : FHeader) {
-            TCell v{value};
-            // A value without blanks (a path) can only break anywhere.
-            if (!value.contains(QLatin1Char(' '))) v.WrapFlag = Qt::TextWrapAnywhere;
-            rows.push_back({{TCell{label, 1, true}, v}, false});
-        }
+        for (const auto& [label, value] : FHeader)
+            rows.push_back({{TCell{label, 1, true}, TCell{value}}, false});
         blocks.push_back(L.Table(std::move(rows), {0.3, 0.7}, gap));
     }
     if (FChartWidget) {
@@ -330,6 +362,7 @@ bool TReport::Print(QPagedPaintDevice& device) const {
         const double scale = device.logicalDpiX() / 96.0;
         b.Draw = [chart = FChartWidget, w, h, scale](QCPPainter& p, const QRectF& at) {
             if (!chart) return;
+            const TDocumentLook look(qobject_cast<TZebChart*>(chart.data()));
             const QRectF target(at.left() + (at.width() - w) / 2, at.top(), w, h);
             const int lw = qRound(w / scale), lh = qRound(h / scale);
             if (std::abs(scale - 1.0) < 0.01) {
@@ -358,6 +391,7 @@ bool TReport::Print(QPagedPaintDevice& device) const {
     for (const TReportCurve& c : FCurves) {
         std::vector<TRow> rows;
         rows.push_back({{TCell{c.Name, 3, true, FromBgr(c.Color)}}, true});
+        if (!c.Infinite.isEmpty()) rows.push_back({{TCell{c.Infinite, 3}}, false});
         if (c.CalcCount == 0) {
             rows.push_back({{TCell{Txt(TTextId::ReportNoValues), 3}}, false});
         } else {
@@ -372,6 +406,7 @@ bool TReport::Print(QPagedPaintDevice& device) const {
                 {{TCell{Txt(TTextId::ViewColumnParameter), 1, true},
                   TCell{Txt(TTextId::ViewColumnValue), 1, true}, TCell{Txt(TTextId::ColumnTime), 1, true}},
                  false});
+            wide(Txt(TTextId::ReportValues), c.Values);
             row(Txt(TTextId::ReportMinimum), c.Min, c.MinTime);
             row(Txt(TTextId::ReportMaximum), c.Max, c.MaxTime);
             row(Txt(TTextId::ReportAverage), c.Average);
@@ -394,16 +429,17 @@ bool TReport::Print(QPagedPaintDevice& device) const {
 
     if (!FNotices.empty()) {
         blocks.push_back(L.Text(Txt(TTextId::ReportNotices), TPageLayout::Font(12, true), L.Y(2), true));
-        const std::vector<double> noticeColumns{0.3, 0.7};
-        TBlock head = L.Table(
-            {{{TCell{Txt(TTextId::ColumnTime), 1, true}, TCell{Txt(TTextId::ReportNoticeText), 1, true}},
-              true}},
-            noticeColumns, 0.0);
+        const std::vector<double> noticeColumns{0.08, 0.27, 0.65};
+        TBlock head = L.Table({{{TCell{Txt(TTextId::ReportNoticeNumber), 1, true},
+                                 TCell{Txt(TTextId::ColumnTime), 1, true}, TCell{Txt(TTextId::ReportNoticeText), 1, true}},
+                                true}},
+                              noticeColumns, 0.0);
         head.KeepWithNext = true;
         blocks.push_back(std::move(head));
         // A row each, so a long list runs on over pages.
         for (const TNotice& n : FNotices)
-            blocks.push_back(L.Table({{{TCell{n.TimeText}, TCell{n.Text}}, false}}, noticeColumns, 0.0));
+            blocks.push_back(
+                L.Table({{{TCell{QString::number(n.Number)}, TCell{n.TimeText}, TCell{n.Text}}, false}}, noticeColumns, 0.0));
         blocks.back().SpaceAfter = L.Y(4);
     }
 
@@ -413,7 +449,7 @@ bool TReport::Print(QPagedPaintDevice& device) const {
         const QString labels[2] = {Txt(TTextId::ReportCheckedBy), Txt(TTextId::ReportDate)};
         TBlock b;
         const double line = L.Y(14);
-        b.Height = line + L.Y(1) + L.TextHeight(font, L.Content().width(), labels[0], 0);
+        b.Height = line + L.Y(1) + L.TextHeight(font, L.Content().width(), labels[0]);
         b.Draw = [labels, font, line, space = L.Y(1)](QCPPainter& p, const QRectF& at) {
             const double w = at.width() * 0.42;
             for (int k = 0; k < 2; ++k) {
@@ -472,9 +508,12 @@ bool TReport::Print(QPagedPaintDevice& device) const {
         const QRectF footer(left, rule + L.Y(1), right - left, L.Y(kFooterBand - 3));
         p.setPen(Qt::black);
         p.setFont(small);
-        p.drawText(footer, Qt::AlignLeft | Qt::AlignTop, file);
-        p.drawText(footer, Qt::AlignRight | Qt::AlignTop,
-                   zeb::TxtFmt(TTextId::ReportPage, {QString::number(n + 1), QString::number(pages.size())}));
+        // A long name gives way to the page number, shortened in its middle.
+        const QString page = zeb::TxtFmt(TTextId::ReportPage, {QString::number(n + 1), QString::number(pages.size())});
+        const QFontMetricsF fm(small, &device);
+        const double room = footer.width() - fm.horizontalAdvance(page) - L.X(5);
+        p.drawText(footer, Qt::AlignLeft | Qt::AlignTop, fm.elidedText(file, Qt::ElideMiddle, room));
+        p.drawText(footer, Qt::AlignRight | Qt::AlignTop, page);
         for (const TPlaced& placed : pages[n])
             placed.Block->Draw(
                 p, QRectF(L.Content().left(), placed.Y, L.Content().width(), placed.Block->Height));

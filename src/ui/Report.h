@@ -2,8 +2,8 @@
 // The report: a paginated A4 document, in the current language, of what the chart shows: a
 // header naming the recording and the time range, the chart itself, per shown curve the
 // figures of the calculation and limit views over that range (with the times of the extremes,
-// the limit violations and, for temperatures, the mean kinetic temperature), the notices, page
-// numbers and lines to sign. Previewed and printed by TfrmReport, written by scripts with
+// the limit violations and, for temperatures, the mean kinetic temperature), the notices of
+// the range (numbered on the chart and in their table), page numbers and lines to sign. Previewed and printed by TfrmReport, written by scripts with
 // WriteReportPdf.
 //
 // The figures and texts are taken from the store when the report is made, so the preview, the
@@ -26,12 +26,15 @@ struct TReportOptions {
     double ActivationEnergy = kMktActivationEnergy;
 };
 
-// One curve of the report: its figures as texts, formatted as the views format them.
+// One curve of the report: its figures as texts, formatted as the views format them, each
+// value with the curve's unit. Infinite values are counted apart and left out of the figures.
 struct TReportCurve {
     int Curve = 0;
     QString Name;      // with unit, and the logger when the curves come from several
     int Color = 0;     // 0x00BBGGRR
-    int CalcCount = 0; // 0 no value in the range, 1 one, 2 more
+    int CalcCount = 0; // finite values: 0 none in the range, 1 one, 2 more
+    QString Values;    // how many, and the sampling interval
+    QString Infinite;  // how many infinite values were left out; empty with none
     QString Min, MinTime, Max, MaxTime, Average, StdDev, Span;
     QString Mkt; // empty unless the unit is °C
     int LimitMode = 0;
@@ -64,8 +67,9 @@ public:
     const std::vector<std::pair<QString, QString>>& Header() const { return FHeader; }
 
 private:
+    // The notices of the reported range, numbered as the chart's marks are.
     struct TNotice {
-        double Time = 0.0;
+        int Number = 0;
         QString TimeText, Text;
     };
     std::vector<std::pair<QString, QString>> FHeader;

@@ -1,11 +1,15 @@
 #include "ReportDlg.h"
 
+#include "CurvePlottable.h" // the chart library
 #include "DataBase.h"
 #include "Texts.h"
 #include "ZebDlg.h"
+#include "ZebReg.h"
 
+#include <QDoubleSpinBox>
 #include <QFileInfo>
 #include <QHBoxLayout>
+#include <QLabel>
 #include <QPrintDialog>
 #include <QPrintPreviewWidget>
 #include <QPrinter>
@@ -17,7 +21,8 @@ using zeb::Txt;
 
 TfrmReport::TfrmReport(const TDataBase& db, QCustomPlot* chart, QWidget* parent,
                        const TReportOptions& options)
-    : QDialog(parent), FReport(std::make_unique<TReport>(db, chart, options)),
+    : QDialog(parent), FDb(db), FChart(chart), FOptions(options),
+      FReport(std::make_unique<TReport>(db, chart, options)),
       FPrinter(std::make_unique<QPrinter>(QPrinter::HighResolution)), FDataFile(db.FileName()) {
     setObjectName(QStringLiteral("frmReport"));
     resize(820, 900);
@@ -46,7 +51,22 @@ TfrmReport::TfrmReport(const TDataBase& db, QCustomPlot* chart, QWidget* parent,
     connect(btnReportSavePdf, &QPushButton::clicked, this, &TfrmReport::GUI_ReportSavePdf);
     connect(btnReportClose, &QPushButton::clicked, this, &QDialog::accept);
 
+    lblReportActivationEnergy = new QLabel(this);
+    lblReportActivationEnergy->setObjectName(QStringLiteral("lblReportActivationEnergy"));
+    osfReportActivationEnergy = new QDoubleSpinBox(this);
+    osfReportActivationEnergy->setObjectName(QStringLiteral("osfReportActivationEnergy"));
+    osfReportActivationEnergy->setDecimals(3);
+    osfReportActivationEnergy->setRange(1.0, 1000.0);
+    osfReportActivationEnergy->setSuffix(QStringLiteral(" kJ/mol"));
+    osfReportActivationEnergy->setValue(options.ActivationEnergy);
+    lblReportActivationEnergy->setBuddy(osfReportActivationEnergy);
+    connect(osfReportActivationEnergy, &QDoubleSpinBox::editingFinished, this,
+            [this] { SetActivationEnergy(osfReportActivationEnergy->value()); });
+
     auto* buttons = new QHBoxLayout;
+    buttons->addWidget(lblReportActivationEnergy);
+    buttons->addWidget(osfReportActivationEnergy);
+    buttons->addSpacing(12);
     buttons->addWidget(btnReportZoomOut);
     buttons->addWidget(btnReportZoomIn);
     buttons->addStretch(1);
@@ -62,6 +82,15 @@ TfrmReport::TfrmReport(const TDataBase& db, QCustomPlot* chart, QWidget* parent,
 
 TfrmReport::~TfrmReport() = default;
 
+void TfrmReport::SetActivationEnergy(double kJPerMol) {
+    if (kJPerMol == FOptions.ActivationEnergy || !(kJPerMol > 0.0)) return;
+    FOptions.ActivationEnergy = kJPerMol;
+    ZebSettings().MktActivationEnergy = kJPerMol;
+    osfReportActivationEnergy->setValue(kJPerMol);
+    FReport = std::make_unique<TReport>(FDb, FChart, FOptions);
+    FPreview->updatePreview();
+}
+
 void TfrmReport::LoadLanguageRes() {
     setWindowTitle(Txt(TTextId::ReportTitle));
     btnReportZoomOut->setText(QStringLiteral("\u2212"));
@@ -71,6 +100,7 @@ void TfrmReport::LoadLanguageRes() {
     btnReportPrint->setText(Txt(TTextId::PrintPrint));
     btnReportSavePdf->setText(Txt(TTextId::ReportSavePdf));
     btnReportClose->setText(Txt(TTextId::BtnClose));
+    lblReportActivationEnergy->setText(Txt(TTextId::ReportActivationEnergy));
 }
 
 void TfrmReport::GUI_ReportPrint() {

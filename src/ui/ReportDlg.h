@@ -1,6 +1,7 @@
 #pragma once
 // The report's form (File > "Print report.."): the document page by page before it is
-// printed, with buttons to print it, to save it as PDF and to zoom.
+// printed, with buttons to print it, to save it as PDF and to zoom, and the activation energy
+// of the mean kinetic temperature (kept in the program settings for the next report).
 
 #include "Report.h"
 
@@ -8,6 +9,8 @@
 
 #include <memory>
 
+class QDoubleSpinBox;
+class QLabel;
 class QPrinter;
 class QPrintPreviewWidget;
 class QPushButton;
@@ -21,6 +24,8 @@ public:
     ~TfrmReport() override;
 
     const TReport& Report() const { return *FReport; }
+    // Makes the report anew with this activation energy (kJ/mol) and keeps it in the settings.
+    void SetActivationEnergy(double kJPerMol);
     QPrintPreviewWidget* Preview() const { return FPreview; }
 
     // The printer dialog, then the print.
@@ -33,6 +38,9 @@ public:
 private:
     void LoadLanguageRes();
 
+    const TDataBase& FDb;
+    QPointer<QCustomPlot> FChart;
+    TReportOptions FOptions;
     std::unique_ptr<TReport> FReport;
     std::unique_ptr<QPrinter> FPrinter; // the preview's
     QString FDataFile;
@@ -42,4 +50,6 @@ private:
     QPushButton* btnReportZoomIn = nullptr;
     QPushButton* btnReportZoomOut = nullptr;
     QPushButton* btnReportClose = nullptr;
+    QLabel* lblReportActivationEnergy = nullptr;
+    QDoubleSpinBox* osfReportActivationEnergy = nullptr;
 };

@@ -675,6 +675,8 @@ int TZebChart::LegendRowsThatFit() const {
 
 void TZebChart::updateLayout() {
     QCustomPlot::updateLayout();
+    // Every drawing lays out first, the window's and any picture's at its own size.
+    if (FTexts) FTexts->PlaceBoxes(viewport().size());
     const int fit = LegendRowsThatFit();
     const int n = int(FLegendCurves.size());
     const int rows = fit >= n ? std::numeric_limits<int>::max() : fit;
@@ -783,11 +785,7 @@ void TZebChart::mouseDoubleClickEvent(QMouseEvent* event) {
     if (FMouseTools && FTextMode) FTexts->MouseDoubleClick(event); // Text_OnDblClick
 }
 
-// Free text boxes are pulled inside a chart that became smaller.
-void TZebChart::resizeEvent(QResizeEvent* event) {
-    QCustomPlot::resizeEvent(event);
-    FTexts->PlaceBoxes();
-}
+
 
 bool TZebChart::ElementClick(const QPoint& pos, Qt::KeyboardModifiers modifiers) {
     if (legend->visible() && legend->outerRect().contains(pos)) {
@@ -896,4 +894,22 @@ void TZebChart::mouseReleaseEvent(QMouseEvent* event) {
         FPanning = false;
         Q_EMIT statusText(Txt(TTextId::StatusZoomHint));
     }
+}
+
+// ====================================================================== document look
+
+TDocumentLook::TDocumentLook(TZebChart* chart) : FChart(chart) {
+    if (!FChart) return;
+    FChart->CrossHair()->SetHidden(true);
+    const QCPRange time = FChart->xAxis->range();
+    std::vector<int> order = NoticesInRange(FChart->DataBase()->Settings().TimeTexts, time.lower, time.upper);
+    // A mark for each notice in the range, and no other.
+    if (order.empty()) order.push_back(-1);
+    FChart->Texts()->NumberNotices(order);
+}
+
+TDocumentLook::~TDocumentLook() {
+    if (!FChart) return;
+    FChart->CrossHair()->SetHidden(false);
+    FChart->Texts()->NumberNotices({});
 }

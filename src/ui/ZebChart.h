@@ -69,6 +69,7 @@ public:
     void Undo();
     bool IsUndoPossible() const;
 
+    TDataBase* DataBase() const { return FDb; }
     TCrossHair* CrossHair() const { return FCrossHair; }
     TZoomAndScroll* Zoom() const { return FZoom; }
     // The free text boxes and notices.
@@ -124,7 +125,6 @@ protected:
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
-    void resizeEvent(QResizeEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
     void updateLayout() override;
 
@@ -170,3 +170,18 @@ private:
     int FDragCursor = -1;
     bool FPanning = false;
 };
+
+// While it lives, the chart looks as a document shows it: no crosshairs (nothing on paper
+// reads them out), and the notices inside the time axis's range as numbered marks, numbered
+// as NoticesInRange orders them so a table can list them by number. Undone when it goes.
+class TDocumentLook {
+public:
+    explicit TDocumentLook(TZebChart* chart);
+    ~TDocumentLook();
+    TDocumentLook(const TDocumentLook&) = delete;
+    TDocumentLook& operator=(const TDocumentLook&) = delete;
+
+private:
+    TZebChart* FChart;
+};
+

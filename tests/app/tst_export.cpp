@@ -1,12 +1,17 @@
 // The picture export of the command line, run as the real program without a display.
 
+#include "Analysis.h"
+#include "Formats.h"
+#include "LoadRecording.h"
 #include "MseSettings.h"
+#include "PdfWords.h"
 #include "ZebReg.h"
 
 #include <QColor>
 #include <QFileInfo>
 #include <QImage>
 #include <QProcess>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QXmlStreamReader>
 #include <QTest>
@@ -69,6 +74,9 @@ private Q_SLOTS:
     void failures_data();
     void failures();
     void templateApplied();
+    void boxesKeepTheirPlace();
+    void noticesOnRequest();
+    void reportActivationEnergy();
     void wrongCommandLine();
 
 private:
@@ -244,10 +252,106 @@ void TstExport::templateApplied() {
     QVERIFY2(r.Err.contains(QFileInfo(missing).fileName()), qPrintable(r.Err));
 }
 
+// A text box keeps its share of the drawing at any size: the window's reference without a
+// window is 1200x800, so (300, 120) is a quarter across and 15 % down. A box that would reach
+// out of the drawing is pulled inside. In the report, the box lies on the chart.
+void TstExport::boxesKeepTheirPlace() {
+    if (QStandardPaths::findExecutable(u"pdftotext"_s).isEmpty()) QSKIP("pdftotext is missing");
+    const QString templ = FTmp.filePath(u"boxes.mse"_s);
+    TMseSettings s;
+    for (const auto& [text, x, y] : {std::tuple{u"Leftbox"_s, 300, 120}, std::tuple{u"Rightbox"_s, 1150, 700}}) {
+        TMseText& t = s.Texts.Add();
+        t.Text.Set(text);
+        t.X.Set(x);
+        t.Y.Set(y);
+    }
+    QVERIFY(s.SaveFile(templ));
+    for (const QString& size : {u"1200x800"_s, u"2400x1600"_s}) {
+        const QString out = FTmp.filePath(u"boxes-"_s + size + u".pdf"_s);
+        const TResult r = Viewer({FFile, u"--export-pdf"_s, out, u"--size"_s, size, u"--template"_s, templ});
+        QVERIFY2(r.ExitCode == 0, qPrintable(r.Err));
+        const std::vector<TPdfWord> words = PdfWords(out);
+        const TPdfWord* left = FindWord(words, u"Leftbox"_s);
+        const TPdfWord* right = FindWord(words, u"Rightbox"_s);
+        QVERIFY2(left && right, qPrintable(size));
+        // The text starts a few pixels inside its box's corner.
+        QVERIFY2(left->Left() >= 0.25 && left->Left() < 0.26, qPrintable(QString::number(left->Left())));
+        QVERIFY2(left->Top() >= 0.145 && left->Top() < 0.165, qPrintable(QString::number(left->Top())));
+        QVERIFY(right->Box.right() <= right->PageSize.width() && right->Box.bottom() <= right->PageSize.height());
+        QVERIFY2(right->Box.right() > 0.97 * right->PageSize.width(), qPrintable(QString::number(right->Box.right())));
+    }
+
+    const QString report = FTmp.filePath(u"boxes-report.pdf"_s);
+    const TResult r = Viewer({FFile, u"--report"_s, report, u"--template"_s, templ});
+    QVERIFY2(r.ExitCode == 0, qPrintable(r.Err));
+    const std::vector<TPdfWord> words = PdfWords(report);
+    const TPdfWord* box = FindWord(words, u"Leftbox"_s);
+    const TPdfWord* printed = FindWord(words, u"Printed"_s); // the header's last row
+    const TPdfWord* channels = FindWord(words, u"Channels"_s);
+    QVERIFY(box && printed && channels);
+    QCOMPARE(box->Page, 1);
+    // Below the header, above the figures: on the chart, a quarter across its width.
+    QVERIFY(box->Box.top() > printed->Box.bottom());
+    QVERIFY(channels->Page > 1 || box->Box.bottom() < channels->Box.top());
+    QVERIFY2(box->Left() > 0.25 && box->Left() < 0.35, qPrintable(QString::number(box->Left())));
+}
+
+// The notices are drawn on a picture when asked for.
+void TstExport::noticesOnRequest() {
+    if (QStandardPaths::findExecutable(u"pdftotext"_s).isEmpty()) QSKIP("pdftotext is missing");
+    const auto db = LoadRecording(FFile);
+    double first = 0, last = 0;
+    db->GetXMinXMax(first, last, false);
+    const QString templ = FTmp.filePath(u"notice.mse"_s);
+    TMseSettings s;
+    TMseTimeText& n = s.TimeTexts.Add();
+    n.Text.Set(u"Doorwasopen"_s);
+    n.X.Set((first + last) / 2);
+    n.Y.Set(20.0);
+    QVERIFY(s.SaveFile(templ));
+    const QString plain = FTmp.filePath(u"plain-notice.pdf"_s), shown = FTmp.filePath(u"shown-notice.pdf"_s);
+    TResult r = Viewer({FFile, u"--export-pdf"_s, plain, u"--template"_s, templ});
+    QVERIFY2(r.ExitCode == 0, qPrintable(r.Err));
+    r = Viewer({FFile, u"--export-pdf"_s, shown, u"--template"_s, templ, u"--notices"_s});
+    QVERIFY2(r.ExitCode == 0, qPrintable(r.Err));
+    QVERIFY(!FindWord(PdfWords(plain), u"Doorwasopen"_s));
+    QVERIFY(FindWord(PdfWords(shown), u"Doorwasopen"_s));
+}
+
+// --activation-energy gives the mean kinetic temperature of that energy, and says which.
+void TstExport::reportActivationEnergy() {
+    if (QStandardPaths::findExecutable(u"pdftotext"_s).isEmpty()) QSKIP("pdftotext is missing");
+    const auto db = LoadRecording(FFile);
+    QCOMPARE(db->Curve_UnitGet(0), u"°C"_s);
+    const TIndexRange all{0, db->Data(0).Count() - 1};
+    const QString expected = zeb::FormatFloat(u"0.000"_s, MeanKineticTemperature(db->Data(0), all, 100.0)) + u" °C"_s;
+    const QString usual = zeb::FormatFloat(u"0.000"_s, MeanKineticTemperature(db->Data(0), all)) + u" °C"_s;
+    QVERIFY(expected != usual);
+    const QString out = FTmp.filePath(u"energy.pdf"_s);
+    const TResult r = Viewer({FFile, u"--report"_s, out, u"--activation-energy"_s, u"100"_s});
+    QVERIFY2(r.ExitCode == 0, qPrintable(r.Err));
+    QProcess p;
+    p.start(u"pdftotext"_s, {u"-layout"_s, out, u"-"_s});
+    QVERIFY(p.waitForFinished(60000));
+    const QString text = QString::fromUtf8(p.readAllStandardOutput());
+    QVERIFY2(text.contains(u"(ΔH = 100.000 kJ/mol)"_s), qPrintable(text));
+    QVERIFY2(text.contains(expected), qPrintable(expected));
+    QVERIFY(!text.contains(usual));
+}
+
 void TstExport::wrongCommandLine() {
     TResult r = Viewer({FFile, u"--export-gif"_s, FTmp.filePath(u"x.gif"_s)});
     QCOMPARE(r.ExitCode, 2);
     QVERIFY2(r.Err.contains(u"--export-gif"_s) && r.Err.contains(u"--export-png"_s), qPrintable(r.Err));
+
+    // Options of the other export.
+    r = Viewer({FFile, u"--report"_s, FTmp.filePath(u"r.pdf"_s), u"--notices"_s});
+    QCOMPARE(r.ExitCode, 2);
+    r = Viewer({FFile, u"--export-png"_s, FTmp.filePath(u"r.png"_s), u"--activation-energy"_s, u"90"_s});
+    QCOMPARE(r.ExitCode, 2);
+    r = Viewer({FFile, u"--report"_s, FTmp.filePath(u"r.pdf"_s), u"--activation-energy"_s, u"-5"_s});
+    QCOMPARE(r.ExitCode, 2);
+    QVERIFY2(r.Err.contains(u"-5"_s), qPrintable(r.Err));
 
     // A picture that cannot be written.
     r = Viewer({FFile, u"--export-png"_s, FTmp.filePath(u"no/such/folder/x.png"_s)});

@@ -6,8 +6,10 @@
 #include "Texts.h"
 #include "ZebReg.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QTest>
@@ -24,7 +26,8 @@ const QStringList kViewerKeys = [] {
         keys << QStringLiteral("File%1").arg(i);
     return keys + QStringList{"ScreenFull",        "ScreenWidth",      "ScreenHeight",
                               "CustomApp0_Active", "CustomApp0_Curve", "CustomApp0_Name",
-                              "CustomApp0_Unit",   "CustomApp0_Mul",   "CustomApp0_Add"};
+                              "CustomApp0_Unit",   "CustomApp0_Mul",   "CustomApp0_Add",
+                              "MktActivationEnergy"};
 }();
 
 QStringList Prefixed(const QString& prefix, const QStringList& keys) {
@@ -120,6 +123,7 @@ private Q_SLOTS:
         s.CustomApp0_Unit = QStringLiteral("l/s");
         s.CustomApp0_Mul = 1.25;
         s.CustomApp0_Add = -0.5;
+        s.MktActivationEnergy = 100.0;
         QVERIFY(SaveZebSettings(kZebProgramViewer));
         QCOMPARE(Get(kTree + "zeb_viewer.exe/CustomApp0_Mul").toString(), QStringLiteral("1,25"));
 
@@ -136,6 +140,24 @@ private Q_SLOTS:
         QCOMPARE(s.CustomApp0_Unit, QStringLiteral("l/s"));
         QCOMPARE(s.CustomApp0_Mul, 1.25);
         QCOMPARE(s.CustomApp0_Add, -0.5);
+        QCOMPARE(s.MktActivationEnergy, 100.0);
+
+        // Saved again unchanged (with the decimal comma it was saved with), the file is left
+        // as it was, to the byte and the time.
+        zeb::SetFormats(0, 0, 1);
+        QByteArray before;
+        {
+            QFile f(FFile);
+            QVERIFY(f.open(QIODevice::ReadWrite));
+            before = f.readAll();
+            QVERIFY(f.setFileTime(QDateTime(QDate(2020, 1, 1), QTime(0, 0)), QFileDevice::FileModificationTime));
+        }
+        QVERIFY(SaveZebSettings(kZebProgramViewer));
+        QCOMPARE(QFileInfo(FFile).lastModified(), QDateTime(QDate(2020, 1, 1), QTime(0, 0)));
+        QFile f(FFile);
+        QVERIFY(f.open(QIODevice::ReadOnly));
+        QCOMPARE(f.readAll(), before);
+        zeb::SetFormats(0, 0, 0);
     }
 
     // Values another program of the suite wrote: the viewer reads the root, the prototype key
@@ -277,6 +299,9 @@ private Q_SLOTS:
         row("nan for double", "zeb_viewer.exe/CustomApp0_Mul", "NAN");
         row("huge double", "zeb_viewer.exe/CustomApp0_Mul", "1e999");
         row("word for width", "zeb_viewer.exe/ScreenWidth", "wide");
+        // An activation energy must be positive to give a temperature.
+        row("zero energy", "zeb_viewer.exe/MktActivationEnergy", "0");
+        row("negative energy", "zeb_viewer.exe/MktActivationEnergy", "-83.144");
     }
     void wrongValuesFallBack() {
         QFETCH(QString, key);
@@ -289,6 +314,7 @@ private Q_SLOTS:
         QCOMPARE(s.Language, -1);
         QCOMPARE(s.ShowTools, false);
         QCOMPARE(s.CustomApp0_Mul, 0.06);
+        QCOMPARE(s.MktActivationEnergy, 83.144);
         // A width that is not there, or unreadable, means a maximised window.
         QCOMPARE(s.ScreenWidth, -1);
         QCOMPARE(s.ScreenFull, true);

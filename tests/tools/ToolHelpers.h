@@ -2,39 +2,18 @@
 // Shared by the companion-program tests: loading a recording the way the viewer does, the
 // points of a curve inside a window, and running a companion program as a process.
 
-#include "DataBase.h"
-#include "FileThread.h"
+#include "LoadRecording.h"
 
-#include <QEventLoop>
 #include <QProcess>
 #include <QSettings>
-#include <QTimer>
 
 #include <bit>
 #include <memory>
 
 namespace tooltest {
 
-// The recording loaded through the loader thread, every large-file question answered "go on".
 inline std::unique_ptr<TDataBase> Load(const QString& path, int* result = nullptr) {
-    auto db = std::make_unique<TDataBase>();
-    db->AddFile(path);
-    QEventLoop loop;
-    int last = 0;
-    TFileThread thread(
-        db.get(), path,
-        [&](int index, const QString&) {
-            if (index < 0) {
-                last = index;
-                loop.quit();
-            }
-        },
-        [](int& res) { res = 2; });
-    QTimer::singleShot(120000, &loop, &QEventLoop::quit);
-    loop.exec();
-    thread.wait();
-    if (result) *result = last;
-    return db;
+    return LoadRecording(path, result);
 }
 
 // One point as the store holds it: time, the value's bits, and whether it is a gap marker.

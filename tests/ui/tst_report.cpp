@@ -2,8 +2,11 @@
 // views show them, the times of extremes and violations on a signal with known crossings, the
 // mean kinetic temperature, notices, page numbers, lines to sign, and the language.
 
+#include "ChartTexts.h"
+#include "CrossHair.h"
 #include "DataBase.h"
 #include "Formats.h"
+#include "PdfWords.h"
 #include "Report.h"
 #include "ReportDlg.h"
 #include "Texts.h"
@@ -23,6 +26,7 @@
 #include <QTest>
 
 #include <cmath>
+#include <limits>
 
 using namespace zeb;
 using namespace Qt::StringLiterals;
@@ -31,6 +35,7 @@ namespace {
 
 constexpr double kT0 = 7.6e8; // seconds since 2000, a minute per point below
 constexpr int kPoints = 1000;
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
 
 // The time of point i.
 double At(int i) {
@@ -79,6 +84,10 @@ void Fill(TDataBase& db, const QString& file) {
     TMseTimeText& n0 = db.Settings().TimeTexts.Add();
     n0.Text.Set(u"Defrost started"_s);
     n0.X.Set(At(100));
+    // Beyond the reported range: in neither the chart nor the table.
+    TMseTimeText& late = db.Settings().TimeTexts.Add();
+    late.Text.Set(u"Compressor serviced"_s);
+    late.X.Set(At(950));
 }
 
 QString PdfText(const QString& pdf) {
@@ -165,8 +174,13 @@ private Q_SLOTS:
             QVERIFY(Row(s, u"Average"_s).contains(c.CalcAverageText));
             QVERIFY(Row(s, u"Standard deviation"_s).contains(c.CalcStdDevText));
             QVERIFY(Row(s, u"Span"_s).contains(c.CalcSpanText));
-            QVERIFY(Row(s, u"Out of limits time"_s).contains(c.LimitOutText));
-            QVERIFY(Row(s, u"Within limits time"_s).contains(c.LimitInText));
+            // The view's times, read as days and hours.
+            const TAxisState& x = db.View().Axes[axBottom];
+            const TLimitTimes t = CalcLimits(db.Data(i), nullptr, TLimitRule{c.LAlarm, c.LValue1, c.LValue2},
+                                             VisibleRange(db.Data(i), x.Min, x.Max));
+            QCOMPARE(DurationText(t.Out), c.LimitOutText);
+            QVERIFY(Row(s, u"Out of limits time"_s).contains(DayDurationText(t.Out)));
+            QVERIFY(Row(s, u"Within limits time"_s).contains(DayDurationText(t.In)));
         }
         // The temperature over points 10..900: extremes first at 180 (12 °C) and 60 (28 °C),
         // above 25 °C from point 26 on, once in each of four periods; the mean kinetic
@@ -183,7 +197,7 @@ private Q_SLOTS:
         // Only temperatures have one; the pressure's band is named with its format.
         QCOMPARE(text.count(u"Mean kinetic temperature"_s), 1);
         QVERIFY(Row(Section(text, names[1], names), u"Limits"_s)
-                    .contains(u"alarm below L1 = 1000.0 or above L2 = 1020.0"_s));
+                    .contains(u"alarm below L1 = 1000.0 hPa or above L2 = 1020.0 hPa"_s));
         QVERIFY(!text.contains(u"Hidden"_s));
 
         // The header, the notices in time order, the lines to sign.
@@ -192,9 +206,13 @@ private Q_SLOTS:
             QVERIFY2(all.contains(QLatin1String(s)), s);
         QVERIFY(all.contains(TDataBase::GetXValueStr(0, At(10)) + u" – "_s +
                              TDataBase::GetXValueStr(0, At(900))));
-        const QString defrost = Row(Section(text, u"Notices"_s, {}), TDataBase::GetXValueStr(0, At(100)));
-        QVERIFY2(defrost.contains(u"Defrost started"_s), qPrintable(defrost));
-        QVERIFY(text.indexOf(u"Defrost started"_s) < text.indexOf(u"Door opened"_s));
+        // The notices of the range only, numbered in time order as on the chart.
+        const QStringList notices = Section(text, u"Notices"_s, {});
+        const QString defrost = Row(notices, u"1 "_s);
+        QVERIFY2(defrost.contains(u"Defrost started"_s) && defrost.contains(TDataBase::GetXValueStr(0, At(100))),
+                 qPrintable(defrost));
+        QVERIFY(Row(notices, u"2 "_s).contains(u"Door opened"_s));
+        QVERIFY(!all.contains(u"Compressor serviced"_s));
         QVERIFY(text.lastIndexOf(u"Checked by"_s) > text.lastIndexOf(u"Door opened"_s));
 
         // A printer that keeps a resolution of its own gets the same pages, the chart as a
@@ -222,6 +240,78 @@ private Q_SLOTS:
         for (int p = 0; p < pages.size(); ++p)
             QVERIFY2(pages[p].contains(u"Page %1 of %2"_s.arg(p + 1).arg(pages.size())),
                      qPrintable(pages[p]));
+    }
+
+    // What a signer reads: each value with its unit, the values and their interval, infinite
+    // values counted and left out, durations in days, a long name wrapped inside its cell.
+    void figuresASignerCanRead() {
+        TDataBase db;
+        const QString name = FTmp.filePath(u"Shipment 2024-03 from the central warehouse to the "
+                                           u"customer's cold room number three, pallet seven.zeb"_s);
+        Fill(db, name);
+        // Two infinite temperatures inside the range, the highest and lowest of all.
+        TCurveData& temp = db.Data(0);
+        TCurveData changed;
+        for (qint64 i = 0; i < temp.Count(); ++i)
+            changed.Append(temp.Time(i), i == 300 ? kInfinity : i == 400 ? -kInfinity : temp.Value(i));
+        temp = std::move(changed);
+        const QString pdf = FTmp.filePath(u"signer.pdf"_s);
+        QVERIFY(WriteReportPdf(db, nullptr, pdf));
+        const QString text = PdfText(pdf);
+        const QStringList names = {db.Curve_NameUnitGet(0), db.Curve_NameUnitGet(1), u"Notices"_s};
+        const QStringList t = Section(text, names[0], names);
+        QVERIFY2(Row(t, u"Values"_s).contains(u"891 (every 60 s)"_s), qPrintable(Row(t, u"Values"_s)));
+        QVERIFY2(Row(t, u"2 infinite values"_s).contains(u"left out of minimum"_s), qPrintable(t.join(u'\n')));
+        QVERIFY(Row(t, u"Minimum"_s).contains(u"12.000 °C"_s));
+        QVERIFY(Row(t, u"Maximum"_s).contains(u"28.000 °C"_s));
+        QVERIFY(Row(t, u"Average"_s).contains(u" °C"_s));
+        QVERIFY(Row(t, u"Mean kinetic temperature"_s).contains(u" °C"_s));
+        QVERIFY(Row(t, u"Out of limits time"_s).contains(u"0 d "_s));
+        QVERIFY(Row(Section(text, names[1], names), u"Span"_s).contains(u" hPa"_s));
+        QVERIFY(!text.contains(u"INF"_s) && !text.contains(u"NAN"_s));
+        // The range heading the report reads in days too.
+        QVERIFY(text.contains(u"(0 d 14:50:00)"_s));
+
+        // Every word of the name inside the page's right margin (15 mm of 210).
+        const std::vector<TPdfWord> words = PdfWords(pdf);
+        int found = 0;
+        for (const TPdfWord& w : words)
+            if (w.Page == 1 && (w.Text.contains(u"warehouse"_s) || w.Text.contains(u"pallet"_s))) {
+                ++found;
+                QVERIFY2(w.Box.right() <= w.PageSize.width() * (1.0 - 15.0 / 210.0), qPrintable(w.Text));
+            }
+        QVERIFY(found >= 2); // in the header's cell, and in the running footer
+
+        // The same in German: days as "T".
+        SwitchTexts(LangGerman);
+        QVERIFY(WriteReportPdf(db, nullptr, pdf));
+        QVERIFY(PdfText(pdf).contains(u"(0 T 14:50:00)"_s));
+    }
+
+    // The report's chart: no crosshairs, the range's notices as numbers; as it was afterwards.
+    void chartAsADocumentShowsIt() {
+        TDataBase db;
+        Fill(db, FTmp.filePath(u"look.zeb"_s));
+        TZebChart chart(&db);
+        chart.resize(1000, 560);
+        chart.Rebuild();
+        chart.CrossHair()->SetCursor(0, 0);
+        chart.Texts()->SetNoticesShown(false);
+        chart.replot();
+        const QImage before = chart.toPixmap(1000, 560).toImage();
+        {
+            const TDocumentLook look(&chart);
+            QVERIFY(!chart.CrossHair()->Tracer(0)->layer()->visible());
+            // Notices 1 (index 1, at point 100) and 2 (index 0, at 500); the late one hidden.
+            QVERIFY(chart.Texts()->NoticeItem(1)->visible() && chart.Texts()->NoticeItem(0)->visible());
+            QCOMPARE(chart.Texts()->NoticeItem(1)->text(), u"1"_s);
+            QCOMPARE(chart.Texts()->NoticeItem(0)->text(), u"2"_s);
+            QVERIFY(!chart.Texts()->NoticeItem(2)->visible());
+        }
+        QVERIFY(chart.CrossHair()->Tracer(0)->layer()->visible());
+        QVERIFY(!chart.Texts()->NoticeItem(0)->visible());
+        QCOMPARE(chart.Texts()->NoticeItem(0)->text(), u"Door opened"_s);
+        QCOMPARE(chart.toPixmap(1000, 560).toImage(), before);
     }
 
     // The energy is the report's setting; German texts in a German run.
