@@ -248,6 +248,8 @@ enum class TTextId : int {
     EdVisible,
     EdGrid,
     EdGridColor,
+    EdGridStyle,
+    EdGridWidth,
     EdLineStyle,
     EdLineStyles, // quoted list
     EdPoints,
@@ -356,6 +358,8 @@ enum class TTextId : int {
     ReportInfinite,
     ReportNoticeNumber,
     ReportActivationEnergy,
+    DlgPngPicture,
+    DlgSvgDrawing,
 
     // Command-line picture export
     CliUsage,

@@ -138,15 +138,24 @@ struct TPrintState {
 };
 // What the chart editor sets beyond the template's keys: kept while the program runs, not
 // saved. Colours as the platform's values, 0x00BBGGRR.
+enum class TLegendPosition : int { Right, Left, Top, Bottom };
 struct TChartLook {
     int TitleColor = 0x000000;
+    // The footer's font and colour; until set, the title's.
+    bool FootFontSet = false;
+    TFontState FootFont;
+    int FootColor = -1;
     int Background = 0xFFFFFF;
     int PlotBackground = 0xFFFFFF;
     bool LegendVisible = true;
-    bool LegendLeft = false; // beside the plot on the left instead of the right
+    TLegendPosition LegendPosition = TLegendPosition::Right; // beside, above or below the plot
     bool LegendFrame = true;
     bool AxisVisible[3] = {true, true, true};
     int GridColor[3] = {0xC8C8C8, 0xC8C8C8, 0xC8C8C8};
+    // By axis: the line style as the curves' (0 solid, 1 dashed, 2 dotted, 3 dash-dotted) and
+    // the width in pixels.
+    int GridStyle[3] = {2, 2, 2};
+    int GridWidth[3] = {1, 1, 1};
     std::vector<int> CurveStyle; // by curve: 0 solid, 1 dashed, 2 dotted, 3 dash-dotted
 };
 struct TViewState {

@@ -95,12 +95,28 @@ QWidget* TChartEditor::BuildTitles() {
         connect(e, &QLineEdit::textEdited, this, &TChartEditor::Apply);
     FTitleFont = FontFields(page, "TitleFont");
     btnTitleColor = ColorButton(page, "btnTitleColor", &FDb->View().Look.TitleColor);
+    FFootFont = FontFields(page, "FootFont");
+    btnFootColor = new QPushButton(page);
+    btnFootColor->setObjectName(QStringLiteral("btnFootColor"));
+    connect(btnFootColor, &QPushButton::clicked, this, [this] {
+        TChartLook& look = FDb->View().Look;
+        QColor c = ColorOf(look.FootColor >= 0 ? look.FootColor : look.TitleColor);
+        if (!zeb::TZebDlg::SelectColor(c)) return;
+        look.FootColor = BgrOf(c);
+        ShowColor(btnFootColor, look.FootColor);
+        FChart->Rebuild();
+        Q_EMIT modified();
+    });
     form->addRow(Txt(TTextId::CfgTitle), edtTitle);
-    form->addRow(Txt(TTextId::CfgFooter), edtFoot);
     form->addRow(Txt(TTextId::CfgFontName), FTitleFont.Family);
     form->addRow(Txt(TTextId::CfgFontSize), FTitleFont.Size);
     form->addRow(Txt(TTextId::CfgFontStyle), FTitleFont.Style);
     form->addRow(Txt(TTextId::CfgCurveColor), btnTitleColor);
+    form->addRow(Txt(TTextId::CfgFooter), edtFoot);
+    form->addRow(Txt(TTextId::CfgFontName), FFootFont.Family);
+    form->addRow(Txt(TTextId::CfgFontSize), FFootFont.Size);
+    form->addRow(Txt(TTextId::CfgFontStyle), FFootFont.Style);
+    form->addRow(Txt(TTextId::CfgCurveColor), btnFootColor);
     return page;
 }
 
@@ -138,6 +154,14 @@ QWidget* TChartEditor::BuildAxes() {
         FChart->Rebuild();
         Q_EMIT modified();
     });
+    cbxGridStyle = new QComboBox(page);
+    cbxGridStyle->setObjectName(QStringLiteral("cbxGridStyle"));
+    cbxGridStyle->addItems(TxtList(TTextId::EdLineStyles));
+    speGridWidth = new QSpinBox(page);
+    speGridWidth->setObjectName(QStringLiteral("speGridWidth"));
+    speGridWidth->setRange(1, 5);
+    connect(cbxGridStyle, &QComboBox::currentIndexChanged, this, &TChartEditor::Apply);
+    connect(speGridWidth, &QSpinBox::valueChanged, this, &TChartEditor::Apply);
     FAxisFont = FontFields(page, "AxisFont");
     for (QCheckBox* c : {chkAxisVisible, chkAxisAuto, chkAxisGrid})
         connect(c, &QCheckBox::toggled, this, &TChartEditor::Apply);
@@ -156,6 +180,8 @@ QWidget* TChartEditor::BuildAxes() {
     form->addRow(Txt(TTextId::CfgFormat), cbxAxisFormat);
     form->addRow(QString(), chkAxisGrid);
     form->addRow(Txt(TTextId::EdGridColor), btnGridColor);
+    form->addRow(Txt(TTextId::EdGridStyle), cbxGridStyle);
+    form->addRow(Txt(TTextId::EdGridWidth), speGridWidth);
     form->addRow(Txt(TTextId::CfgFontName), FAxisFont.Family);
     form->addRow(Txt(TTextId::CfgFontSize), FAxisFont.Size);
     form->addRow(Txt(TTextId::CfgFontStyle), FAxisFont.Style);
@@ -244,10 +270,12 @@ void TChartEditor::Fill() {
         f.Style->setCurrentIndex(std::clamp(s.Style, 0, 3));
     };
     fillFont(FTitleFont, v.General.FontTitle);
+    fillFont(FFootFont, v.Look.FootFontSet ? v.Look.FootFont : v.General.FontTitle);
     fillFont(FLegendFont, v.General.FontLegend);
     ShowColor(btnTitleColor, v.Look.TitleColor);
+    ShowColor(btnFootColor, v.Look.FootColor >= 0 ? v.Look.FootColor : v.Look.TitleColor);
     chkLegendVisible->setChecked(v.Look.LegendVisible);
-    cbxLegendPosition->setCurrentIndex(v.Look.LegendLeft ? 1 : 0);
+    cbxLegendPosition->setCurrentIndex(int(v.Look.LegendPosition));
     chkLegendFrame->setChecked(v.Look.LegendFrame);
     ShowColor(btnBackground, v.Look.Background);
     ShowColor(btnPlotBackground, v.Look.PlotBackground);
@@ -275,6 +303,8 @@ void TChartEditor::FillAxis() {
     cbxAxisFormat->setEditText(s.Format);
     chkAxisGrid->setChecked(s.Grid);
     ShowColor(btnGridColor, v.Look.GridColor[a]);
+    cbxGridStyle->setCurrentIndex(std::clamp(v.Look.GridStyle[a], 0, 3));
+    speGridWidth->setValue(std::clamp(v.Look.GridWidth[a], 1, 5));
     FAxisFont.Family->setCurrentFont(QFont(v.General.FontAxes.Name));
     FAxisFont.Family->setProperty("shown", FAxisFont.Family->currentFont().family());
     FAxisFont.Size->setValue(v.General.FontAxes.Size);
@@ -312,6 +342,14 @@ void TChartEditor::Apply() {
         s.Style = std::max(0, f.Style->currentIndex());
     };
     takeFont(FTitleFont, v.General.FontTitle);
+    // The footer's own font from the first change of its fields on.
+    TFontState foot = v.Look.FootFontSet ? v.Look.FootFont : v.General.FontTitle;
+    const TFontState before = foot;
+    takeFont(FFootFont, foot);
+    if (v.Look.FootFontSet || foot.Name != before.Name || foot.Size != before.Size || foot.Style != before.Style) {
+        v.Look.FootFont = foot;
+        v.Look.FootFontSet = true;
+    }
     takeFont(FLegendFont, v.General.FontLegend);
     takeFont(FAxisFont, v.General.FontAxes);
     const int a = std::max(0, cbxAxis->currentIndex());
@@ -323,6 +361,8 @@ void TChartEditor::Apply() {
     if (const auto x = vedAxisInc->AsFloat(); x && *x >= 0) s.Inc = *x;
     if (a != axBottom && !cbxAxisFormat->currentText().trimmed().isEmpty()) s.Format = cbxAxisFormat->currentText().trimmed();
     s.Grid = chkAxisGrid->isChecked();
+    v.Look.GridStyle[a] = std::max(0, cbxGridStyle->currentIndex());
+    v.Look.GridWidth[a] = speGridWidth->value();
     const int c = cbxCurve->currentIndex();
     if (FDb->Curve_IsValid(c)) {
         FDb->Curve_WidthSet(c, speCurveWidth->value());
@@ -332,7 +372,7 @@ void TChartEditor::Apply() {
         styles[size_t(c)] = std::max(0, cbxCurveStyle->currentIndex());
     }
     v.Look.LegendVisible = chkLegendVisible->isChecked();
-    v.Look.LegendLeft = cbxLegendPosition->currentIndex() == 1;
+    v.Look.LegendPosition = TLegendPosition(std::clamp(cbxLegendPosition->currentIndex(), 0, 3));
     v.Look.LegendFrame = chkLegendFrame->isChecked();
     // The view is what the template gets when the settings are saved.
     FDb->Ini_Store();

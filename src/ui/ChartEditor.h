@@ -57,6 +57,8 @@ private:
     QLineEdit* edtFoot;
     TFontFields FTitleFont;
     QPushButton* btnTitleColor;
+    TFontFields FFootFont;
+    QPushButton* btnFootColor;
 
     QComboBox* cbxAxis;
     QCheckBox* chkAxisVisible;
@@ -67,6 +69,8 @@ private:
     QComboBox* cbxAxisFormat;
     QCheckBox* chkAxisGrid;
     QPushButton* btnGridColor;
+    QComboBox* cbxGridStyle;
+    QSpinBox* speGridWidth;
     TFontFields FAxisFont;
 
     QComboBox* cbxCurve;

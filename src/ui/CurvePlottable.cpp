@@ -20,11 +20,13 @@ public:
           C1(lastColumn), Path(path) {}
 
     void Build() {
-        const qint64 n = D.Count();
-        if (n == 0) return;
-        Lo = NextColumn(0, n, C0 - 1, 0);
+        // The points drawn: the whole curve, or the range the map names.
+        const qint64 first = std::max<qint64>(0, M.FirstIndex);
+        const qint64 n = M.EndIndex < 0 ? D.Count() : std::min(D.Count(), M.EndIndex);
+        if (n <= first) return;
+        Lo = NextColumn(first, n, C0 - 1, first);
         Hi = NextColumn(Lo, n, C1, n);
-        const qint64 s0 = Lo > 0 ? Lo - 1 : 0;
+        const qint64 s0 = Lo > first ? Lo - 1 : first;
         const qint64 e0 = Hi < n ? Hi : n - 1;
         // Pieces of line between null points: a gap marker belongs to none, the first value
         // after a gap starts one.
@@ -270,6 +272,10 @@ bool TCurvePlottable::PixelMap(TPixelMap& map) const {
     map.ValueAxis = value;
     map.ValueFactor = FFactor;
     map.ValueOffset = FOffset;
+    if (FLastIndex >= FFirstIndex) {
+        map.FirstIndex = FFirstIndex;
+        map.EndIndex = FLastIndex + 1;
+    }
     if (value->orientation() == Qt::Vertical && value->scaleType() == QCPAxis::stLinear &&
         !value->rangeReversed() && value->range().size() > 0) {
         const QRect vr = value->axisRect()->rect();
@@ -382,6 +388,8 @@ QCPRange TCurvePlottable::getKeyRange(bool& foundRange, QCP::SignDomain inSignDo
     const TCurveData* d = Data();
     foundRange = d && !d->IsEmpty();
     if (!foundRange) return {};
+    if (FLastIndex >= FFirstIndex && FLastIndex < d->Count())
+        return QCPRange(d->Time(FFirstIndex), d->Time(FLastIndex));
     return QCPRange(d->FirstTime(), d->LastTime());
 }
 
@@ -395,6 +403,11 @@ QCPRange TCurvePlottable::getValueRange(bool& foundRange, QCP::SignDomain inSign
     if (inKeyRange != QCPRange()) {
         first = d->LowerBound(inKeyRange.lower);
         last = d->UpperBound(inKeyRange.upper);
+    }
+    if (FLastIndex >= FFirstIndex) {
+        first = std::max(first, FFirstIndex);
+        last = std::min(last, FLastIndex + 1);
+        if (first >= last) return {};
     }
     double lo = 0.0, hi = 0.0;
     if (FPyramid) {

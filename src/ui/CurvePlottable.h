@@ -59,6 +59,8 @@ struct TPixelMap {
     double ValueLower = 0.0, ValueScale = 1.0, ValueBase = 0.0;
     // A derived curve draws factor * value + offset.
     double ValueFactor = 1.0, ValueOffset = 0.0;
+    // The points drawn: [FirstIndex, EndIndex) of the curve; an EndIndex below 0 means all.
+    qint64 FirstIndex = 0, EndIndex = -1;
 
     double Column(double time) const { return std::floor((time - KeyLower) * KeyScale); }
     double PixelY(double value) const {
@@ -116,6 +118,11 @@ public:
         FOffset = offset;
     }
     int LineType() const { return FType; }
+    // Only the points first..last of the curve are drawn (a copy's range); last below first: all.
+    void SetIndexRange(qint64 first, qint64 last) {
+        FFirstIndex = first;
+        FLastIndex = last;
+    }
     // Segments inside one pixel column are vertical and drawn as the one line they cover
     // together, the same pixels for far fewer strokes and points. Off draws each segment as
     // its own line, the reference the tests compare with.
@@ -153,6 +160,7 @@ private:
     bool FMergeColumns = true;
     int FType = 0;
     double FFactor = 1.0, FOffset = 0.0;
+    qint64 FFirstIndex = 0, FLastIndex = -1;
     qint64 FLastPoints = 0;
     TCurvePath FPath;
     std::vector<QLineF> FLines;

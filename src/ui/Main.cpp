@@ -919,6 +919,8 @@ bool TForm1::CfgPageApply() {
     FChart->Rebuild();
     FChart->CrossHair()->Repaint();
     SyncGraphSwitches();
+    // Limits, number formats and the flow channel may have changed: the figures with them.
+    Analyses_Renew();
     return true;
 }
 
@@ -1263,6 +1265,7 @@ void TForm1::menGraphFuncKessaClick() {
     if (!dlg.Execute(FDataBase)) return;
     // The views fill the channel's texts anew, and the chart draws it (or no longer does).
     FChart->Rebuild();
+    Analyses_Renew();
 }
 
 void TForm1::menGraphFFTClick() {
@@ -1322,6 +1325,14 @@ void TForm1::Analyses_Arm() {
             view->Display(onbView->currentIndex() == pgGraph);
         }
     }
+    Analyses_ReCalc();
+}
+
+// What the views remember of the last range goes: they compute anew, with the settings as
+// they are now.
+void TForm1::Analyses_Renew() {
+    FViewCalc->Clear();
+    FViewLimit->Clear();
     Analyses_ReCalc();
 }
 
@@ -1770,7 +1781,18 @@ void TForm1::GUI_PrintAfterDraw() {
 
 void TForm1::GUI_PrintProperties() {
     QPageSetupDialog dlg(FPrinter.get(), this);
-    if (dlg.exec() == QDialog::Accepted) FPreview->updatePreview();
+    dlg.setObjectName(QStringLiteral("PageSetupDialog1"));
+    if (dlg.exec() != QDialog::Accepted) return;
+    // The orientation chosen there is the store's and the radio buttons' too.
+    const bool landscape = FPrinter->pageLayout().orientation() == QPageLayout::Landscape;
+    if (landscape != FDataBase->View().Print.Landscape) {
+        FDataBase->View().Print.Landscape = landscape;
+        SetModified(true);
+    }
+    FPreviewFilling = true;
+    FOrientation[landscape ? 1 : 0]->setChecked(true);
+    FPreviewFilling = false;
+    FPreview->updatePreview();
 }
 
 // A PDF "printer" asks where the page goes; a printer of the system prints at once.
@@ -1778,7 +1800,8 @@ bool TForm1::PrintNow() {
     if (FPrinter->outputFormat() == QPrinter::PdfFormat && FPrinter->outputFileName().isEmpty()) {
         QString fileName = QFileInfo(FDataBase->FileName()).completeBaseName() + QStringLiteral(".pdf");
         const QString dir = QFileInfo(FDataBase->FileName()).absolutePath();
-        if (!TZebDlg::SaveFile(Txt(TTextId::MenuFilePrint), dir, QStringLiteral("PDF (*.pdf)|*.pdf"),
+        if (!TZebDlg::SaveFile(Txt(TTextId::MenuFilePrint), dir,
+                               TZebDlg::BuildFilter(Txt(TTextId::ReportPdfFilter), QStringLiteral(".pdf")),
                                QStringLiteral(".pdf"), fileName))
             return false;
         FPrinter->setOutputFileName(fileName);
@@ -1854,15 +1877,18 @@ void TForm1::GUI_FileExportJpeg() {
 }
 
 void TForm1::GUI_FileExportPng() {
-    ExportPicture(QStringLiteral(".png"), QStringLiteral("PNG (*.png)|*.png"), TTextId::MenuFileExportPng);
+    ExportPicture(QStringLiteral(".png"), TZebDlg::BuildFilter(Txt(TTextId::DlgPngPicture), QStringLiteral(".png")),
+                  TTextId::MenuFileExportPng);
 }
 
 void TForm1::GUI_FileExportPdf() {
-    ExportPicture(QStringLiteral(".pdf"), QStringLiteral("PDF (*.pdf)|*.pdf"), TTextId::MenuFileExportPdf);
+    ExportPicture(QStringLiteral(".pdf"), TZebDlg::BuildFilter(Txt(TTextId::ReportPdfFilter), QStringLiteral(".pdf")),
+                  TTextId::MenuFileExportPdf);
 }
 
 void TForm1::GUI_FileExportSvg() {
-    ExportPicture(QStringLiteral(".svg"), QStringLiteral("SVG (*.svg)|*.svg"), TTextId::MenuFileExportSvg);
+    ExportPicture(QStringLiteral(".svg"), TZebDlg::BuildFilter(Txt(TTextId::DlgSvgDrawing), QStringLiteral(".svg")),
+                  TTextId::MenuFileExportSvg);
 }
 
 // ====================================================================== time-window cuts

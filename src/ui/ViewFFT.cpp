@@ -181,8 +181,10 @@ bool TfrmViewFFT::Execute(TDataBase* db, TCrossHair* crossHair) {
     FInput = {};
     const qint64 first = d.LowerBound(FLower), last = d.UpperBound(FUpper) - 1;
     if (first <= last) FInput = {first, last};
-    // The input is the curve's own points, not a copy: drawn from the store like the chart.
+    // The input is the curve's own points, not a copy: drawn from the store like the chart,
+    // but only those of the copied range, which are all the FFT can take.
     SeriesInp->SetSource(db, FCurve, db->Summary(FCurve));
+    SeriesInp->SetIndexRange(FInput.IsEmpty() ? 0 : FInput.First, FInput.IsEmpty() ? -1 : FInput.Last);
     SeriesInp->SetReduction(last - first > 100000);
     SeriesFFT->data()->clear();
     FSpectrum = {};

@@ -161,6 +161,11 @@ QColor ColorOf(int colorRef) {
     return QColor(colorRef & 0xFF, (colorRef >> 8) & 0xFF, (colorRef >> 16) & 0xFF);
 }
 
+// The line styles of curves and grids, by their index in the settings.
+constexpr Qt::PenStyle kLineStyles[] = {Qt::SolidLine, Qt::DashLine, Qt::DotLine, Qt::DashDotLine};
+// Legend entries side by side in a line above or below the plot.
+constexpr int kLegendColumns = 4;
+
 QFont FontOf(const TFontState& f) {
     QFont font(f.Name, std::max(1, f.Size));
     font.setBold(f.Style & 1);
@@ -479,10 +484,9 @@ void TZebChart::Rebuild() {
         }
         p->SetReduction(FDb->Curve_isBigDataOn(i));
         p->SetLineType(FDb->Curve_TypeGet(i));
-        static constexpr Qt::PenStyle kStyles[] = {Qt::SolidLine, Qt::DashLine, Qt::DotLine, Qt::DashDotLine};
         const std::vector<int>& styles = FDb->View().Look.CurveStyle;
         const int style = i < int(styles.size()) ? std::clamp(styles[size_t(i)], 0, 3) : 0;
-        p->setPen(QPen(ColorOf(FDb->Curve_ColorGet(i)), std::max(1, FDb->Curve_WidthGet(i)), kStyles[style]));
+        p->setPen(QPen(ColorOf(FDb->Curve_ColorGet(i)), std::max(1, FDb->Curve_WidthGet(i)), kLineStyles[style]));
         p->setName(LegendText(i));
         p->setVisible(FDb->Curve_IsActive(i));
         FLegendCurves.push_back(i);
@@ -565,7 +569,8 @@ void TZebChart::ApplyTexts() {
     FTitle->setText(g.Title);
     FTitle->setFont(FontOf(g.FontTitle));
     FFoot->setText(g.Foot);
-    FFoot->setFont(FontOf(g.FontTitle));
+    const TChartLook& look = FDb->View().Look;
+    FFoot->setFont(FontOf(look.FootFontSet ? look.FootFont : g.FontTitle));
     const QFont info = FontOf(g.FontLegend);
     FStartText->setFont(info);
     FNameText->setFont(info);
@@ -577,7 +582,7 @@ void TZebChart::ApplyTexts() {
 void TZebChart::ApplyLook() {
     const TChartLook& look = FDb->View().Look;
     FTitle->setTextColor(ColorOf(look.TitleColor));
-    FFoot->setTextColor(ColorOf(look.TitleColor));
+    FFoot->setTextColor(ColorOf(look.FootColor >= 0 ? look.FootColor : look.TitleColor));
     setBackground(ColorOf(look.Background));
     axisRect()->setBackground(ColorOf(look.PlotBackground));
     legend->setBorderPen(look.LegendFrame ? QPen(Qt::black) : QPen(Qt::NoPen));
@@ -585,19 +590,34 @@ void TZebChart::ApplyLook() {
     for (int a = 0; a < 3; ++a) {
         QCPAxis* ax = ChartAxis(a);
         if (!look.AxisVisible[a]) ax->setVisible(false);
-        ax->grid()->setPen(QPen(ColorOf(look.GridColor[a]), 0, Qt::DotLine));
+        // A one-pixel line stays one pixel wide at any resolution.
+        const int width = std::clamp(look.GridWidth[a], 1, 5);
+        ax->grid()->setPen(QPen(ColorOf(look.GridColor[a]), width == 1 ? 0 : width,
+                                kLineStyles[std::clamp(look.GridStyle[a], 0, 3)]));
     }
-    // The legend's column beside the plot, right or left.
-    if (FMainRow->element(0, look.LegendLeft ? 0 : 1) != FLegendColumn) {
-        QCPLayoutElement* rect = axisRect();
-        FMainRow->take(rect);
-        FMainRow->take(FLegendColumn);
-        FMainRow->simplify();
-        FMainRow->addElement(0, 0, look.LegendLeft ? static_cast<QCPLayoutElement*>(FLegendColumn) : rect);
-        FMainRow->addElement(0, 1, look.LegendLeft ? static_cast<QCPLayoutElement*>(rect) : FLegendColumn);
-        FMainRow->setColumnStretchFactor(look.LegendLeft ? 0 : 1, 0.001);
-        FMainRow->setColumnStretchFactor(look.LegendLeft ? 1 : 0, 1.0);
-    }
+    PlaceLegend(look.LegendPosition);
+}
+
+// The legend's column beside the plot (right or left), or its lines above or below it.
+void TZebChart::PlaceLegend(TLegendPosition position) {
+    if (position == FLegendPlace) return;
+    FLegendPlace = position;
+    QCPLayoutElement* rect = axisRect();
+    FMainRow->take(rect);
+    FMainRow->take(FLegendColumn);
+    FMainRow->simplify();
+    const bool first = position == TLegendPosition::Left || position == TLegendPosition::Top;
+    QCPLayoutElement* const order[2] = {first ? static_cast<QCPLayoutElement*>(FLegendColumn) : rect,
+                                        first ? rect : static_cast<QCPLayoutElement*>(FLegendColumn)};
+    const bool beside = position == TLegendPosition::Left || position == TLegendPosition::Right;
+    for (int k = 0; k < 2; ++k)
+        FMainRow->addElement(beside ? 0 : k, beside ? k : 0, order[k]);
+    const QList<double> stretch{order[0] == rect ? 1.0 : 0.001, order[1] == rect ? 1.0 : 0.001};
+    if (beside) FMainRow->setColumnStretchFactors(stretch);
+    else FMainRow->setRowStretchFactors(stretch);
+    // Above or below, the entries run in lines across the plot's width.
+    legend->setFillOrder(beside ? QCPLayoutGrid::foRowsFirst : QCPLayoutGrid::foColumnsFirst);
+    legend->setWrap(beside ? 0 : kLegendColumns);
 }
 
 void TZebChart::BuildLayout() {
@@ -677,7 +697,9 @@ void TZebChart::updateLayout() {
     QCustomPlot::updateLayout();
     // Every drawing lays out first, the window's and any picture's at its own size.
     if (FTexts) FTexts->PlaceBoxes(viewport().size());
-    const int fit = LegendRowsThatFit();
+    // Above or below the plot every entry is shown; beside it as many as fit, with a scroll bar.
+    const bool beside = FLegendPlace == TLegendPosition::Left || FLegendPlace == TLegendPosition::Right;
+    const int fit = beside ? LegendRowsThatFit() : std::numeric_limits<int>::max();
     const int n = int(FLegendCurves.size());
     const int rows = fit >= n ? std::numeric_limits<int>::max() : fit;
     if (rows != FLegendRows) {

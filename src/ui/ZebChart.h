@@ -8,6 +8,7 @@
 // ranges by zoom and pan, grids, limit lines, series visibility).
 
 #include "CurvePlottable.h"
+#include "DataBase.h"
 
 #include <array>
 #include <limits>
@@ -141,6 +142,8 @@ private:
     int LegendRowsThatFit() const;
     QString ValueAxisTitle(int axis) const;
 
+    void PlaceLegend(TLegendPosition position);
+    TLegendPosition FLegendPlace = TLegendPosition::Right;
     TDataBase* FDb;
     TCrossHair* FCrossHair = nullptr;
     TZoomAndScroll* FZoom = nullptr;

@@ -6,6 +6,7 @@
 #include "CalcDlg.h"
 #include "CalcKessa.h"
 #include "CalcKessaDlg.h"
+#include "CfgPage.h"
 #include "CrossHair.h"
 #include "DataBase.h"
 #include "Formats.h"
@@ -171,6 +172,24 @@ private Q_SLOTS:
         QVERIFY(QTest::qWaitForWindowActive(&calc));
         QTest::keyClick(calc.List(), Qt::Key_C, Qt::ControlModifier);
         QCOMPARE(QApplication::clipboard()->text(), u"\t"_s + Cell(calc, 1, 1) + u"\t"_s + Cell(calc, 1, 2));
+    }
+
+    // A number format changed on the configuration page shows in the views once the page is
+    // left, without waiting for a zoom.
+    void configurationReachesTheViews() {
+        auto f = Open();
+        QVERIFY(f);
+        Action(*f, "menGraphFuncCalc")->trigger();
+        TDataBase& db = *f->DataBase();
+        const TAxisState& x = db.View().Axes[axBottom];
+        const TRangeStats st = RangeStats(db.Data(0), nullptr, VisibleRange(db.Data(0), x.Min, x.Max));
+        QCOMPARE(Cell(*f->ViewCalc(), 0, 2), FormatFloat(db.Curve_FormatGet(0), st.Min));
+        f->GUI_ViewCfg();
+        f->CfgPage()->Enter(TCfgPage::tabCurve);
+        QAbstractItemModel* m = f->CfgPage()->CurveTable()->model();
+        QVERIFY(m->setData(m->index(0, TCfgPage::colFormat), u"0.0000"_s));
+        f->GUI_ViewGraph();
+        QCOMPARE(Cell(*f->ViewCalc(), 0, 2), FormatFloat(u"0.0000"_s, st.Min));
     }
 
     // zebtool analyse computes the same figures for the same span.

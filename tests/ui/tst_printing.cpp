@@ -16,6 +16,8 @@
 #include <QAction>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QFileDialog>
+#include <QLineEdit>
 #include <QMenuBar>
 #include <QPushButton>
 #include <QImageReader>
@@ -28,6 +30,9 @@
 #include <QSvgRenderer>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
+
+#include <functional>
 
 using namespace Qt::StringLiterals;
 
@@ -208,6 +213,38 @@ private Q_SLOTS:
         f.findChild<QSpinBox*>(u"osfAxisFont"_s)->setValue(13);
         QCOMPARE(f.DataBase()->View().General.FontAxes.Size, 13);
         QCOMPARE(f.Chart()->xAxis->tickLabelFont().pointSize(), 13);
+        // The footer's own font and colour; the title keeps its own.
+        f.findChild<QLineEdit*>(u"edtGraphFoot"_s)->setText(u"Checked"_s);
+        f.DataBase()->View().General.Foot = u"Checked"_s;
+        f.findChild<QSpinBox*>(u"osfFootFont"_s)->setValue(15);
+        QVERIFY(f.DataBase()->View().Look.FootFontSet);
+        QCOMPARE(f.DataBase()->View().Look.FootFont.Size, 15);
+        QVERIFY(f.DataBase()->View().General.FontTitle.Size != 15);
+        f.DataBase()->View().Look.FootColor = 0x0000FF; // red, as the colour dialog would set it
+        f.Chart()->Rebuild();
+        auto* foot = qobject_cast<QCPTextElement*>(f.Chart()->plotLayout()->element(f.Chart()->plotLayout()->rowCount() - 1, 0));
+        QVERIFY(foot && foot->text() == u"Checked"_s);
+        QCOMPARE(foot->font().pointSize(), 15);
+        QCOMPARE(foot->textColor(), QColor(Qt::red));
+        // Grid lines of each axis in a style and width of their own.
+        f.findChild<QComboBox*>(u"cbxGraphAxis"_s)->setCurrentIndex(1);
+        f.findChild<QComboBox*>(u"cbxGridStyle"_s)->setCurrentIndex(1);
+        f.findChild<QSpinBox*>(u"speGridWidth"_s)->setValue(3);
+        QCOMPARE(f.Chart()->yAxis->grid()->pen().style(), Qt::DashLine);
+        QCOMPARE(f.Chart()->yAxis->grid()->pen().width(), 3);
+        QCOMPARE(f.Chart()->xAxis->grid()->pen().style(), Qt::DotLine);
+        // The legend on each side: beside the plot, or above or below it.
+        auto* position = f.findChild<QComboBox*>(u"cbxLegendPosition"_s);
+        QCOMPARE(position->count(), 4);
+        for (int k = 0; k < 4; ++k) {
+            position->setCurrentIndex(k);
+            f.Chart()->replot();
+            const QRect plot = f.Chart()->axisRect()->outerRect(), legend = f.Chart()->legend->outerRect();
+            const bool placed[] = {legend.left() >= plot.right(), legend.right() <= plot.left(),
+                                   legend.bottom() <= plot.top(), legend.top() >= plot.bottom()};
+            QVERIFY2(placed[k], qPrintable(QString::number(k)));
+        }
+        position->setCurrentIndex(0);
         f.findChild<QCheckBox*>(u"chkLegendVisible"_s)->setChecked(false);
         QVERIFY(!f.Chart()->legend->visible());
         f.findChild<QPushButton*>(u"btnGraphEditorOK"_s)->click();
@@ -224,6 +261,58 @@ private Q_SLOTS:
         f.GUI_FilePrintDirect();
         QVERIFY(QFileInfo(dir.filePath(u"direct.pdf"_s)).size() > 1000);
         QCOMPARE(printer.pageLayout().orientation(), QPageLayout::Portrait);
+
+        // An orientation chosen in the page set-up reaches the store and the preview's buttons.
+        f.GUI_FilePrintPreview();
+        QVERIFY(f.findChild<QRadioButton*>(u"rbnPortrait"_s)->isChecked());
+        bool chosen = false;
+        std::function<void()> choose = [&] {
+            auto* dlg = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+            auto* landscape = dlg ? dlg->findChild<QRadioButton*>(u"landscape"_s) : nullptr;
+            if (!landscape) {
+                QTimer::singleShot(5, choose);
+                return;
+            }
+            landscape->click();
+            chosen = true;
+            dlg->accept();
+        };
+        QTimer::singleShot(0, choose);
+        f.findChild<QPushButton*>(u"btnPrintProperties"_s)->click();
+        QVERIFY(chosen);
+        QVERIFY(f.DataBase()->View().Print.Landscape);
+        QVERIFY(f.findChild<QRadioButton*>(u"rbnLandscape"_s)->isChecked());
+        f.GUI_Back();
+    }
+
+    // The picture exports offer their file types in the user's language.
+    void pictureFiltersInTheLanguage() {
+        QTemporaryDir dir;
+        qputenv("ZEB_SETTINGS_FILE", dir.filePath(u"settings.ini"_s).toLocal8Bit());
+        SetZebProgramDir(dir.path());
+        const QString file = dir.filePath(u"f.zeb"_s);
+        Generate({u"--channels"_s, u"2"_s, u"--records"_s, u"100"_s, file});
+        TForm1 f;
+        QVERIFY(Load(f, file));
+        const struct {
+            int Language;
+            const char* Action;
+            const char* Filter;
+        } cases[] = {{zeb::LangGerman, "menFileExportPng", "PNG-Bild (*.png)"},
+                     {zeb::LangFrench, "menFileExportSvg", "Dessin SVG (*.svg)"},
+                     {zeb::LangGerman, "menFileExportPdf", "PDF-Dokument (*.pdf)"}};
+        for (const auto& c : cases) {
+            zeb::SwitchTexts(c.Language);
+            QString offered;
+            zeb::TZebDlg::SetDialogHook([&](QDialog* d) {
+                if (auto* fd = qobject_cast<QFileDialog*>(d)) offered = fd->nameFilters().join(u';');
+                d->reject();
+            });
+            Action(f, QString::fromLatin1(c.Action))->trigger();
+            QVERIFY2(offered.contains(QString::fromUtf8(c.Filter)), qPrintable(offered));
+        }
+        zeb::TZebDlg::SetDialogHook(nullptr);
+        zeb::SwitchTexts(zeb::LangEnglish);
     }
 
     // Each picture format decodes to a picture of the asked size.

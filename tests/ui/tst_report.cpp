@@ -5,6 +5,7 @@
 #include "ChartTexts.h"
 #include "CrossHair.h"
 #include "DataBase.h"
+#include "DialogHelpers.h"
 #include "Formats.h"
 #include "PdfWords.h"
 #include "Report.h"
@@ -16,6 +17,7 @@
 #include "ZebDlg.h"
 #include "ZebReg.h"
 
+#include <QDoubleSpinBox>
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QPdfWriter>
@@ -343,6 +345,17 @@ private Q_SLOTS:
         QVERIFY(QTest::qWaitForWindowExposed(&form));
         QTRY_VERIFY(form.Preview()->pageCount() > 0);
         QCOMPARE(form.Preview()->pageCount(), form.Report().PageCount());
+
+        // The activation energy typed in the form makes the report anew and is kept.
+        auto* energy = form.findChild<QDoubleSpinBox*>(u"osfReportActivationEnergy"_s);
+        QVERIFY(energy);
+        QCOMPARE(energy->value(), kMktActivationEnergy);
+        const QString usual = form.Report().Curves()[0].Mkt;
+        Retype(energy, u"100"_s);
+        QTest::keyClick(energy, Qt::Key_Return);
+        QCOMPARE(ZebSettings().MktActivationEnergy, 100.0);
+        QVERIFY(!form.Report().Curves()[0].Mkt.isEmpty() && form.Report().Curves()[0].Mkt != usual);
+        ZebSettings().MktActivationEnergy = kMktActivationEnergy;
 
         const QString target = FTmp.filePath(u"saved.pdf"_s);
         QString proposed;

@@ -151,6 +151,22 @@ private Q_SLOTS:
         QCOMPARE(v.Curve(), 0);
         QCOMPARE(v.Input().First, qint64(1000));
         QCOMPARE(v.Input().Last, qint64(4000));
+        // The input chart holds the copied range alone: "Window = Band" with the band dragged
+        // past both ends shows no point the FFT does not use.
+        v.SetBand(kT0, kT0 + 59.0);
+        v.btnSetWindowToBandClick();
+        v.ChartInp->replot();
+        QVERIFY(v.SeriesInp->LastDrawnPoints() > 0);
+        // 3001 points in the range, where the whole curve would give the window 5901.
+        QVERIFY2(v.SeriesInp->LastDrawnPoints() <= 3001,
+                 qPrintable(QString::number(v.SeriesInp->LastDrawnPoints())));
+        bool found = false;
+        const QCPRange keys = v.SeriesInp->getKeyRange(found);
+        QVERIFY(found);
+        QCOMPARE(keys.lower, kT0 + 10.0);
+        QCOMPARE(keys.upper, kT0 + 40.0);
+        v.SeriesInp->getValueRange(found, QCP::sdBoth, QCPRange(kT0, kT0 + 5.0));
+        QVERIFY(!found); // nothing of the curve before the range
         // No curve shown: nothing to take, no window.
         db.Curve_SetActive(0, false);
         db.Curve_SetActive(1, false);
