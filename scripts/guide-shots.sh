@@ -12,7 +12,11 @@ build=${ZEB_BUILD:-build/default}
 cmake --build "$build" -j "$(nproc)" --target zeb_viewer zebtool zeb_guide_shots
 bin=$build/bin
 
-work=$(mktemp -d)
+# A folder of a fixed name: the report prints the recording's path.
+work=/tmp/zeb-guide
+rm -rf "$work"
+mkdir -p "$work"
+chmod 700 "$work" # it is the runtime folder of the programs below too
 trap 'rm -rf "$work"' EXIT
 # Settings of their own, in English, never the user's.
 export ZEB_SETTINGS_FILE=$work/settings.ini LC_ALL=C.UTF-8 LANGUAGE= QT_QPA_PLATFORM=offscreen XDG_RUNTIME_DIR=$work
@@ -24,4 +28,10 @@ out=docs/images
 mkdir -p "$out"
 "$bin/zeb_viewer" "$work/demo.zeb" --export-png "$out/chart-export.png" --size 1100x620
 echo "wrote $out/chart-export.png"
+# The report's first two pages, as its PDF shows them.
+"$bin/zeb_viewer" "$work/demo.zeb" --report "$work/report.pdf"
+pdftoppm -png -r 60 -f 1 -l 2 "$work/report.pdf" "$work/report"
+cp "$work/report-1.png" "$out/report-page1.png"
+cp "$work/report-2.png" "$out/report-page2.png"
+echo "wrote $out/report-page1.png $out/report-page2.png"
 "$bin/zeb_guide_shots" "$work/demo.zeb" "$out" 2> >(grep -v "does not support" >&2)

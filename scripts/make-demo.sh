@@ -13,4 +13,16 @@ Title='Cold store, March 2024'
 ModulName='ZEB-P1'
 ChannelName='Pressure'
 Axis=2
+[Text0]
+Text='Received at store 3'
+X=300
+Y=120
+[TimeText0]
+Text='Door opened for loading'
+X=762739200
+Y=22
+[TimeText1]
+Text='Defrost cycle'
+X=763344000
+Y=18
 MSE

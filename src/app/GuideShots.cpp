@@ -13,6 +13,7 @@
 #include <QAction>
 #include <QCheckBox>
 #include <QPushButton>
+#include <QTabWidget>
 #include <QApplication>
 #include <QDir>
 #include <QPainter>
@@ -100,6 +101,12 @@ int main(int argc, char** argv) {
                 Trigger(form, "menViewCfg");
                 failures += !Save(Grab(form), outDir, "window-config.png");
                 Trigger(form, "menViewGraph");
+                // The chart editor beside the chart, on its titles and then its axes.
+                Trigger(form, "menGraphExtended");
+                failures += !Save(Grab(form), outDir, "window-editor.png");
+                if (auto* tabs = form->findChild<QTabWidget*>(QStringLiteral("pclGraphEditor"))) tabs->setCurrentIndex(1);
+                failures += !Save(Grab(form), outDir, "window-editor-axes.png");
+                if (auto* ok = form->findChild<QPushButton*>(QStringLiteral("btnGraphEditorOK"))) ok->click();
 
                 Trigger(form, "menGraphFuncCalc");
                 Trigger(form, "menGraphFuncLimit");

@@ -484,11 +484,11 @@ constexpr std::array<TTextRecord, size_t(TTextId::Count)> kTable{
     TTextRecord{ReportValues, u"Values (sampling interval)", u"Werte (Abtastintervall)",
                 u"Valeurs (intervalle d’échantillonnage)"},
     TTextRecord{ReportInterval, u"every %s", u"alle %s", u"toutes les %s"},
-    TTextRecord{ReportInfinite, u"%s infinite values, left out of minimum, maximum, average, standard deviation and "
+    TTextRecord{ReportInfinite, u"Infinite values: %s, left out of minimum, maximum, average, standard deviation and "
                                 u"mean kinetic temperature",
-                u"%s unendliche Werte, nicht in Minimum, Maximum, Mittelwert, Standardabweichung und mittlerer "
+                u"Unendliche Werte: %s, nicht in Minimum, Maximum, Mittelwert, Standardabweichung und mittlerer "
                 u"kinetischer Temperatur enthalten",
-                u"%s valeurs infinies, exclues du minimum, du maximum, de la moyenne, de l’écart type et de la "
+                u"Valeurs infinies : %s, exclues du minimum, du maximum, de la moyenne, de l’écart type et de la "
                 u"température cinétique moyenne"},
     TTextRecord{ReportNoticeNumber, u"No.", u"Nr.", u"N°"},
     TTextRecord{ReportActivationEnergy, u"Activation energy for the mean kinetic temperature:",

@@ -391,9 +391,9 @@ bool TReport::Print(QPagedPaintDevice& device) const {
     for (const TReportCurve& c : FCurves) {
         std::vector<TRow> rows;
         rows.push_back({{TCell{c.Name, 3, true, FromBgr(c.Color)}}, true});
-        if (!c.Infinite.isEmpty()) rows.push_back({{TCell{c.Infinite, 3}}, false});
         if (c.CalcCount == 0) {
             rows.push_back({{TCell{Txt(TTextId::ReportNoValues), 3}}, false});
+            if (!c.Infinite.isEmpty()) rows.push_back({{TCell{c.Infinite, 3}}, false});
         } else {
             auto row = [&rows](const QString& label, const QString& value, const QString& time = QString()) {
                 rows.push_back({{TCell{label}, TCell{value}, TCell{time}}, false});
@@ -407,6 +407,7 @@ bool TReport::Print(QPagedPaintDevice& device) const {
                   TCell{Txt(TTextId::ViewColumnValue), 1, true}, TCell{Txt(TTextId::ColumnTime), 1, true}},
                  false});
             wide(Txt(TTextId::ReportValues), c.Values);
+            if (!c.Infinite.isEmpty()) rows.push_back({{TCell{c.Infinite, 3}}, false});
             row(Txt(TTextId::ReportMinimum), c.Min, c.MinTime);
             row(Txt(TTextId::ReportMaximum), c.Max, c.MaxTime);
             row(Txt(TTextId::ReportAverage), c.Average);
