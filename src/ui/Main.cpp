@@ -12,9 +12,11 @@
 #include "Formats.h"
 #include "ChartEditor.h"
 #include "GoToDlg.h"
+#include "PrintPreviewPage.h"
 #include "Printing.h"
 #include "ReportDlg.h"
 #include "TableView.h"
+#include "ToolbarGlyphs.h"
 #include "ViewCalc.h"
 #include "ViewFFT.h"
 #include "ViewLimit.h"
@@ -78,233 +80,6 @@ constexpr int kBusyStepMs = 1000;
 bool CompanionExists(const QString& baseName) {
     const QFileInfo fi(ZebProgramPath(baseName));
     return fi.isFile() && fi.isExecutable();
-}
-
-// ---- toolbar glyphs, drawn so they stay sharp at any scale and need no resources
-
-enum class TGlyph {
-    GridBottom,
-    GridLeft,
-    GridRight,
-    AxisBottom,
-    AxisLeft,
-    AxisRight,
-    Cursor1,
-    Cursor2,
-    Scale,
-    Undo,
-    ViewGraph,
-    ViewTable,
-    ViewCfg,
-    TableGotoTMin,
-    TableGotoTime,
-    TextModify,
-    TextInsert,
-    Print
-};
-
-QIcon Glyph(TGlyph g) {
-    constexpr int S = 22;
-    QPixmap pm(S * 2, S * 2);
-    pm.setDevicePixelRatio(2.0);
-    pm.fill(Qt::transparent);
-    QPainter p(&pm);
-    p.setRenderHint(QPainter::Antialiasing);
-    const QColor ink(40, 40, 40);
-    const QColor accent(0, 90, 180);
-    const QColor grid(150, 150, 150);
-    auto axes = [&](bool left, bool right) {
-        p.setPen(QPen(ink, 1.6));
-        p.drawLine(QPointF(3, 18.5), QPointF(19, 18.5));
-        if (left) p.drawLine(QPointF(3.5, 3), QPointF(3.5, 19));
-        if (right) p.drawLine(QPointF(18.5, 3), QPointF(18.5, 19));
-    };
-    switch (g) {
-    case TGlyph::GridBottom:
-    case TGlyph::GridLeft:
-    case TGlyph::GridRight: {
-        p.setPen(QPen(grid, 1.0, Qt::DotLine));
-        if (g == TGlyph::GridBottom)
-            for (double x : {8.5, 13.5})
-                p.drawLine(QPointF(x, 3), QPointF(x, 18));
-        else
-            for (double y : {6.5, 12.5})
-                p.drawLine(QPointF(4, y), QPointF(18, y));
-        axes(g != TGlyph::GridRight, g == TGlyph::GridRight);
-        p.setPen(QPen(accent, 2.0));
-        if (g == TGlyph::GridBottom)
-            p.drawLine(QPointF(3, 18.5), QPointF(19, 18.5));
-        else if (g == TGlyph::GridLeft)
-            p.drawLine(QPointF(3.5, 3), QPointF(3.5, 19));
-        else
-            p.drawLine(QPointF(18.5, 3), QPointF(18.5, 19));
-        break;
-    }
-    case TGlyph::AxisBottom:
-    case TGlyph::AxisLeft:
-    case TGlyph::AxisRight: {
-        axes(g != TGlyph::AxisRight, g == TGlyph::AxisRight);
-        // A padlock on the axis that keeps its range.
-        const QPointF c = g == TGlyph::AxisBottom ? QPointF(11, 12)
-                          : g == TGlyph::AxisLeft ? QPointF(11, 10)
-                                                  : QPointF(10, 10);
-        p.setPen(QPen(accent, 1.6));
-        p.setBrush(Qt::NoBrush);
-        p.drawArc(QRectF(c.x() - 3, c.y() - 6, 6, 7), 0, 180 * 16);
-        p.setBrush(accent);
-        p.drawRoundedRect(QRectF(c.x() - 4.5, c.y() - 2, 9, 7), 1, 1);
-        break;
-    }
-    case TGlyph::Cursor1:
-    case TGlyph::Cursor2: {
-        QPen pen(ink, 1.4, g == TGlyph::Cursor1 ? Qt::DashLine : Qt::DashDotDotLine);
-        p.setPen(pen);
-        p.drawLine(QPointF(11, 2), QPointF(11, 20));
-        p.drawLine(QPointF(2, 11), QPointF(20, 11));
-        p.setPen(QPen(accent, 1.6));
-        p.drawEllipse(QPointF(11, 11), 3.5, 3.5);
-        p.setPen(ink);
-        QFont f = p.font();
-        f.setPixelSize(8);
-        f.setBold(true);
-        p.setFont(f);
-        p.drawText(QRectF(13, 12, 9, 9), Qt::AlignCenter,
-                   g == TGlyph::Cursor1 ? QStringLiteral("1") : QStringLiteral("2"));
-        break;
-    }
-    case TGlyph::Scale: {
-        axes(true, false);
-        QPainterPath curve;
-        curve.moveTo(5, 15);
-        curve.cubicTo(9, 2, 12, 20, 18, 5);
-        p.setPen(QPen(accent, 1.8));
-        p.drawPath(curve);
-        p.setPen(QPen(ink, 1.2));
-        p.drawLine(QPointF(15, 2.5), QPointF(20, 2.5));
-        p.drawLine(QPointF(19.5, 2), QPointF(19.5, 7));
-        break;
-    }
-    case TGlyph::Undo: {
-        QPainterPath arc;
-        arc.moveTo(6, 9);
-        arc.cubicTo(10, 4, 18, 5, 18, 12);
-        arc.cubicTo(18, 17, 13, 19, 9, 18);
-        p.setPen(QPen(accent, 2.0, Qt::SolidLine, Qt::RoundCap));
-        p.drawPath(arc);
-        QPainterPath head;
-        head.moveTo(3, 8);
-        head.lineTo(9.5, 4.5);
-        head.lineTo(9, 12);
-        head.closeSubpath();
-        p.setPen(Qt::NoPen);
-        p.setBrush(accent);
-        p.drawPath(head);
-        break;
-    }
-    case TGlyph::ViewGraph: {
-        p.setPen(QPen(ink, 1.2));
-        p.setBrush(Qt::white);
-        p.drawRect(QRectF(2.5, 3.5, 17, 15));
-        QPainterPath curve;
-        curve.moveTo(4, 14);
-        curve.lineTo(8, 8);
-        curve.lineTo(11, 12);
-        curve.lineTo(15, 6);
-        curve.lineTo(18, 9);
-        p.setPen(QPen(accent, 1.8, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-        p.setBrush(Qt::NoBrush);
-        p.drawPath(curve);
-        break;
-    }
-    case TGlyph::ViewTable: {
-        p.setPen(Qt::NoPen);
-        p.setBrush(QColor(200, 220, 240));
-        p.drawRect(QRectF(2.5, 3.5, 17, 4));
-        p.setBrush(Qt::NoBrush);
-        p.setPen(QPen(ink, 1.2));
-        p.drawRect(QRectF(2.5, 3.5, 17, 15));
-        for (double y : {7.5, 11.25, 15.0})
-            p.drawLine(QPointF(2.5, y), QPointF(19.5, y));
-        p.drawLine(QPointF(8.5, 3.5), QPointF(8.5, 18.5));
-        p.drawLine(QPointF(14, 3.5), QPointF(14, 18.5));
-        break;
-    }
-    case TGlyph::ViewCfg: {
-        // Three sliders: the settings page.
-        p.setPen(QPen(ink, 1.4, Qt::SolidLine, Qt::RoundCap));
-        const double ys[3] = {5, 11, 17};
-        const double knobs[3] = {7, 15, 10};
-        for (int i = 0; i < 3; ++i)
-            p.drawLine(QPointF(3, ys[i]), QPointF(19, ys[i]));
-        p.setBrush(accent);
-        p.setPen(QPen(Qt::white, 1.0));
-        for (int i = 0; i < 3; ++i)
-            p.drawRoundedRect(QRectF(knobs[i] - 2.5, ys[i] - 3, 5, 6), 1.2, 1.2);
-        break;
-    }
-    case TGlyph::TableGotoTMin: {
-        // To the chart's first moment: an arrow onto a bar, over a small curve.
-        QPainterPath curve;
-        curve.moveTo(4, 19);
-        curve.cubicTo(8, 13, 12, 20, 19, 14);
-        p.setPen(QPen(grid, 1.4));
-        p.drawPath(curve);
-        p.setPen(QPen(accent, 2.0, Qt::SolidLine, Qt::RoundCap));
-        p.drawLine(QPointF(4, 3), QPointF(4, 13));
-        p.drawLine(QPointF(18, 8), QPointF(7, 8));
-        QPainterPath head;
-        head.moveTo(6, 8);
-        head.lineTo(11, 4.5);
-        head.lineTo(11, 11.5);
-        head.closeSubpath();
-        p.setPen(Qt::NoPen);
-        p.setBrush(accent);
-        p.drawPath(head);
-        break;
-    }
-    case TGlyph::TextModify:
-    case TGlyph::TextInsert: {
-        // A text box; a hand to move it, or a plus to add one.
-        p.setPen(QPen(ink, 1.2));
-        p.setBrush(QColor(255, 250, 205));
-        p.drawRect(QRectF(2.5, 4.5, 14, 9));
-        p.setPen(QPen(ink, 1.0));
-        for (double y : {7.5, 10.5})
-            p.drawLine(QPointF(5, y), QPointF(13, y));
-        p.setPen(QPen(accent, 2.0, Qt::SolidLine, Qt::RoundCap));
-        if (g == TGlyph::TextInsert) {
-            p.drawLine(QPointF(16, 13), QPointF(16, 20));
-            p.drawLine(QPointF(12.5, 16.5), QPointF(19.5, 16.5));
-        } else {
-            p.drawLine(QPointF(11, 17), QPointF(19, 17));
-            p.drawLine(QPointF(15, 13), QPointF(15, 21));
-        }
-        break;
-    }
-    case TGlyph::Print: {
-        p.setPen(QPen(ink, 1.2));
-        p.setBrush(Qt::white);
-        p.drawRect(QRectF(6.5, 2.5, 9, 6));
-        p.setBrush(QColor(220, 220, 220));
-        p.drawRoundedRect(QRectF(2.5, 8.5, 17, 8), 1.5, 1.5);
-        p.setBrush(Qt::white);
-        p.drawRect(QRectF(6.5, 13.5, 9, 6));
-        p.setPen(QPen(accent, 1.2));
-        p.drawLine(QPointF(8, 16), QPointF(14, 16));
-        break;
-    }
-    case TGlyph::TableGotoTime: {
-        p.setPen(QPen(ink, 1.4));
-        p.setBrush(Qt::white);
-        p.drawEllipse(QPointF(11, 11), 8, 8);
-        p.setPen(QPen(accent, 1.8, Qt::SolidLine, Qt::RoundCap));
-        p.drawLine(QPointF(11, 11), QPointF(11, 5.5));
-        p.drawLine(QPointF(11, 11), QPointF(15, 13));
-        break;
-    }
-    }
-    p.end();
-    return QIcon(pm);
 }
 
 QFrame* ToolPanel(QWidget* parent, const char* name) {
@@ -807,21 +582,7 @@ void TForm1::ApplyLanguage() {
 
     chkBigDataOn->setText(Txt(TTextId::DataReduction));
     btnFileCancel->setText(Txt(TTextId::BtnCancel));
-    lblPrinter->setText(Txt(TTextId::PrintPrinter));
-    cbxPrinter->setItemText(cbxPrinter->count() - 1, Txt(TTextId::PrintToPdf));
-    btnPrintProperties->setText(Txt(TTextId::PrintProperties));
-    rgpPrintOrientation->setTitle(Txt(TTextId::PrintOrientation));
-    const QStringList orientations = zeb::TxtList(TTextId::PrintOrientations);
-    for (int k = 0; k < 2; ++k)
-        FOrientation[k]->setText(orientations.value(k));
-    grpPrintMargins->setTitle(Txt(TTextId::PrintMargins));
-    const TTextId margins[4] = {TTextId::PrintMarginLeft, TTextId::PrintMarginRight, TTextId::PrintMarginTop,
-                                TTextId::PrintMarginBottom};
-    for (int k = 0; k < 4; ++k)
-        lblPrintMargin[k]->setText(Txt(margins[k]));
-    chkPrintProportional->setText(Txt(TTextId::PrintProportional));
-    btnPrint->setText(Txt(TTextId::PrintPrint));
-    btnPrintCancel->setText(Txt(TTextId::PrintBack));
+    if (FPrintPage) FPrintPage->ApplyLanguage();
 }
 
 void TForm1::FindHelperPrograms() {
@@ -1634,213 +1395,55 @@ void TForm1::GUI_Back() {
 // ====================================================================== printing
 
 void TForm1::BuildPreviewPage() {
-    auto* page = new QWidget(onbWork);
-    page->setObjectName(QStringLiteral("tbsPrintPreview"));
-    FPreview = new QPrintPreviewWidget(FPrinter.get(), page);
-    FPreview->setObjectName(QStringLiteral("panPrintPreview"));
-    connect(FPreview, &QPrintPreviewWidget::paintRequested, this, [this](QPrinter* printer) {
-        PrintChart(*printer, *FChart, FDataBase->View().Print);
-        QTimer::singleShot(0, this, &TForm1::GUI_PrintAfterDraw);
-    });
-
-    auto* side = new QWidget(page);
-    side->setObjectName(QStringLiteral("panPrintControls"));
-    side->setFixedWidth(230);
-    auto* v = new QVBoxLayout(side);
-    lblPrinter = new QLabel(side);
-    cbxPrinter = new QComboBox(side);
-    cbxPrinter->setObjectName(QStringLiteral("cbxPrinter"));
-    for (const QString& name : QPrinterInfo::availablePrinterNames())
-        cbxPrinter->addItem(name, name);
-    cbxPrinter->addItem(QString(), QString()); // a PDF file, named when printing
-    connect(cbxPrinter, &QComboBox::currentIndexChanged, this, [this](int index) {
-        const QString name = cbxPrinter->itemData(index).toString();
-        if (name.isEmpty()) {
-            FPrinter->setOutputFormat(QPrinter::PdfFormat);
-        } else {
-            FPrinter->setOutputFormat(QPrinter::NativeFormat);
-            FPrinter->setPrinterName(name);
-        }
-        FPreview->updatePreview();
-    });
-    btnPrintProperties = new QPushButton(side);
-    btnPrintProperties->setObjectName(QStringLiteral("btnPrintProperties"));
-    connect(btnPrintProperties, &QPushButton::clicked, this, &TForm1::GUI_PrintProperties);
-
-    rgpPrintOrientation = new QGroupBox(side);
-    rgpPrintOrientation->setObjectName(QStringLiteral("rgpPrintOrientation"));
-    auto* ov = new QVBoxLayout(rgpPrintOrientation);
-    for (int k = 0; k < 2; ++k) {
-        FOrientation[k] = new QRadioButton(rgpPrintOrientation);
-        FOrientation[k]->setObjectName(k ? QStringLiteral("rbnLandscape") : QStringLiteral("rbnPortrait"));
-        ov->addWidget(FOrientation[k]);
-        connect(FOrientation[k], &QRadioButton::toggled, this, [this, k](bool on) {
-            if (on && !FPreviewFilling) GUI_PrintOrientation(k);
-        });
-    }
-
-    grpPrintMargins = new QGroupBox(side);
-    grpPrintMargins->setObjectName(QStringLiteral("grpPrintMargins"));
-    auto* grid = new QGridLayout(grpPrintMargins);
-    QSpinBox** fields[4] = {&osfPrintMarginLeft, &osfPrintMarginRight, &osfPrintMarginTop, &osfPrintMarginBottom};
-    const char* names[4] = {"osfPrintMarginLeft", "osfPrintMarginRight", "osfPrintMarginTop", "osfPrintMarginBottom"};
-    for (int k = 0; k < 4; ++k) {
-        lblPrintMargin[k] = new QLabel(grpPrintMargins);
-        auto* f = *fields[k] = new QSpinBox(grpPrintMargins);
-        f->setObjectName(QLatin1String(names[k]));
-        f->setRange(0, 45);
-        connect(f, &QSpinBox::valueChanged, this, [this] {
-            if (!FPreviewFilling) GUI_PrintMargins();
-        });
-        grid->addWidget(lblPrintMargin[k], k, 0);
-        grid->addWidget(f, k, 1);
-    }
-    chkPrintProportional = new QCheckBox(side);
-    chkPrintProportional->setObjectName(QStringLiteral("chkPrintProportional"));
-    connect(chkPrintProportional, &QCheckBox::toggled, this, [this] {
-        if (!FPreviewFilling) GUI_PrintProportional();
-    });
-    btnPrint = new QPushButton(side);
-    btnPrint->setObjectName(QStringLiteral("btnPrint"));
-    connect(btnPrint, &QPushButton::clicked, this, &TForm1::GUI_Print);
-    btnPrintCancel = new QPushButton(side);
-    btnPrintCancel->setObjectName(QStringLiteral("btnPrintCancel"));
-    connect(btnPrintCancel, &QPushButton::clicked, this, &TForm1::GUI_Back);
-
-    v->addWidget(lblPrinter);
-    v->addWidget(cbxPrinter);
-    v->addWidget(btnPrintProperties);
-    v->addSpacing(8);
-    v->addWidget(rgpPrintOrientation);
-    v->addWidget(grpPrintMargins);
-    v->addWidget(chkPrintProportional);
-    v->addStretch(1);
-    v->addWidget(btnPrint);
-    v->addWidget(btnPrintCancel);
-
-    auto* h = new QHBoxLayout(page);
-    h->addWidget(FPreview, 1);
-    h->addWidget(side);
-    onbWork->addWidget(page); // page 2
-}
-
-void TForm1::PrinterFromStore() {
-    FPrinter->setPageOrientation(FDataBase->View().Print.Landscape ? QPageLayout::Landscape : QPageLayout::Portrait);
+    FPrintPage = new TPrintPreviewPage(FDataBase, FChart, FPrinter.get(), onbWork);
+    connect(FPrintPage, &TPrintPreviewPage::modified, this, [this] { SetModified(true); });
+    connect(FPrintPage, &TPrintPreviewPage::failed, this, &TForm1::ShowError);
+    connect(FPrintPage, &TPrintPreviewPage::back, this, &TForm1::GUI_Back);
+    connect(FPrintPage, &TPrintPreviewPage::printed, this, [this] { ShowWorkPage(pgWork); });
+    onbWork->addWidget(FPrintPage); // page 2
 }
 
 void TForm1::GUI_FilePrintPreview() {
     if (FLoading || FCaptionFile.isEmpty() || !CfgPageApply()) return;
-    PrinterFromStore();
-    FPreviewFilling = true;
-    const bool landscape = FPrinter->pageLayout().orientation() == QPageLayout::Landscape;
-    FOrientation[landscape ? 1 : 0]->setChecked(true);
-    FPreviewFilling = false;
-    // Without a printer of the system the preview and the print are a PDF page.
-    if (cbxPrinter->itemData(cbxPrinter->currentIndex()).toString().isEmpty())
-        FPrinter->setOutputFormat(QPrinter::PdfFormat);
+    FPrintPage->Enter();
     ShowWorkPage(pgPreview);
-    FPreview->updatePreview();
+    FPrintPage->Refresh();
 }
 
 void TForm1::GUI_PrintOrientation(int item) {
-    FPreview->setOrientation(item == 1 ? QPageLayout::Landscape : QPageLayout::Portrait);
-    FDataBase->View().Print.Landscape = item == 1;
-    SetModified(true);
+    FPrintPage->SetOrientation(item);
 }
 
 void TForm1::GUI_PrintMargins() {
-    TPrintState& p = FDataBase->View().Print;
-    p.Proportional = false;
-    p.MarginLeft = osfPrintMarginLeft->value();
-    p.MarginRight = osfPrintMarginRight->value();
-    p.MarginTop = osfPrintMarginTop->value();
-    p.MarginBottom = osfPrintMarginBottom->value();
-    SetModified(true);
-    FPreview->updatePreview();
+    FPrintPage->TakeMargins();
 }
 
 void TForm1::GUI_PrintProportional() {
-    FDataBase->View().Print.Proportional = chkPrintProportional->isChecked();
-    SetModified(true);
-    if (chkPrintProportional->isChecked()) FPreview->updatePreview();
+    FPrintPage->TakeProportional();
 }
 
-// The fields show the margins the preview was drawn with: the proportional ones when on.
 void TForm1::GUI_PrintAfterDraw() {
-    const TPrintState& p = FDataBase->View().Print;
-    const QRect page = FPrinter->pageLayout().paintRectPixels(FPrinter->resolution());
-    const TPrintMargins m = MarginsFor(p, page.size(), FChart->size());
-    FPreviewFilling = true;
-    osfPrintMarginLeft->setValue(m.Left);
-    osfPrintMarginRight->setValue(m.Right);
-    osfPrintMarginTop->setValue(m.Top);
-    osfPrintMarginBottom->setValue(m.Bottom);
-    chkPrintProportional->setChecked(p.Proportional);
-    FPreviewFilling = false;
+    FPrintPage->ShowDrawnMargins();
 }
 
 void TForm1::GUI_PrintProperties() {
-    QPageSetupDialog dlg(FPrinter.get(), this);
-    dlg.setObjectName(QStringLiteral("PageSetupDialog1"));
-    if (dlg.exec() != QDialog::Accepted) return;
-    // The orientation chosen there is the store's and the radio buttons' too.
-    const bool landscape = FPrinter->pageLayout().orientation() == QPageLayout::Landscape;
-    if (landscape != FDataBase->View().Print.Landscape) {
-        FDataBase->View().Print.Landscape = landscape;
-        SetModified(true);
-    }
-    FPreviewFilling = true;
-    FOrientation[landscape ? 1 : 0]->setChecked(true);
-    FPreviewFilling = false;
-    FPreview->updatePreview();
-}
-
-// A PDF "printer" asks where the page goes; a printer of the system prints at once.
-bool TForm1::PrintNow() {
-    if (FPrinter->outputFormat() == QPrinter::PdfFormat && FPrinter->outputFileName().isEmpty()) {
-        QString fileName = QFileInfo(FDataBase->FileName()).completeBaseName() + QStringLiteral(".pdf");
-        const QString dir = QFileInfo(FDataBase->FileName()).absolutePath();
-        if (!TZebDlg::SaveFile(Txt(TTextId::MenuFilePrint), dir,
-                               TZebDlg::BuildFilter(Txt(TTextId::ReportPdfFilter), QStringLiteral(".pdf")),
-                               QStringLiteral(".pdf"), fileName))
-            return false;
-        FPrinter->setOutputFileName(fileName);
-        const bool ok = PrintChart(*FPrinter, *FChart, FDataBase->View().Print);
-        FPrinter->setOutputFileName(QString());
-        if (!ok) ShowError(TxtFmt(TTextId::MsgPrintFailed, {QDir::toNativeSeparators(fileName)}));
-        return ok;
-    }
-    if (PrintChart(*FPrinter, *FChart, FDataBase->View().Print)) return true;
-    ShowError(TxtFmt(TTextId::MsgPrintFailed, {FPrinter->printerName()}));
-    return false;
+    FPrintPage->PageSetup();
 }
 
 void TForm1::GUI_Print() {
-    if (PrintNow()) ShowWorkPage(pgWork);
+    if (FPrintPage->PrintNow()) ShowWorkPage(pgWork);
 }
 
 // At once, with the orientation the printer has; the store's orientation is set afterwards,
 // as the program always has.
 void TForm1::GUI_FilePrintDirect() {
     if (FLoading || FCaptionFile.isEmpty() || !CfgPageApply()) return;
-    if (FPrinter->outputFormat() == QPrinter::NativeFormat && FPrinter->printerName().isEmpty()) {
-        // No printer of the system: the dialog, which offers a file.
-        GUI_FilePrint();
-        return;
-    }
-    PrintNow();
-    PrinterFromStore();
+    if (!FPrintPage->PrintDirect()) GUI_FilePrint(); // no printer of the system: the dialog, which offers a file
 }
 
 void TForm1::GUI_FilePrint() {
     if (FLoading || FCaptionFile.isEmpty() || !CfgPageApply()) return;
-    PrinterFromStore();
-    QPrintDialog dlg(FPrinter.get(), this);
-    dlg.setObjectName(QStringLiteral("PrintDialog1"));
-    if (dlg.exec() != QDialog::Accepted) return;
-    FDataBase->View().Print.Landscape = FPrinter->pageLayout().orientation() == QPageLayout::Landscape;
-    if (!PrintChart(*FPrinter, *FChart, FDataBase->View().Print))
-        ShowError(TxtFmt(TTextId::MsgPrintFailed, {FPrinter->printerName()}));
+    FPrintPage->PrintWithDialog(this);
 }
 
 void TForm1::GUI_FilePrintReport() {

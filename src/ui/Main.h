@@ -43,6 +43,7 @@ struct TReportOptions;
 class TFileThread;
 class TTableView;
 class TZebChart;
+class TPrintPreviewPage;
 class TfrmBigDataDlg;
 class TfrmViewCalc;
 class TfrmViewFFT;
@@ -193,8 +194,6 @@ private:
     void ShowWorkPage(int page);
     // Asks for a picture file named after the recording and writes the chart into it.
     void ExportPicture(const QString& extension, const QString& filter, zeb::TTextId title);
-    bool PrintNow();
-    void PrinterFromStore();
     void ApplyLanguage();
     void FindHelperPrograms();
     void UpdateCaption();
@@ -314,22 +313,7 @@ private:
     QAction* menGraphExtended = nullptr;
     QAction* menGraphCheckboxes = nullptr;
     // ---- the print preview page
-    QPrintPreviewWidget* FPreview = nullptr;
-    QCheckBox* chkPrintProportional = nullptr;
-    QGroupBox* rgpPrintOrientation = nullptr;
-    QRadioButton* FOrientation[2] = {};
-    QGroupBox* grpPrintMargins = nullptr;
-    QSpinBox* osfPrintMarginLeft = nullptr;
-    QSpinBox* osfPrintMarginRight = nullptr;
-    QSpinBox* osfPrintMarginTop = nullptr;
-    QSpinBox* osfPrintMarginBottom = nullptr;
-    QLabel* lblPrintMargin[4] = {};
-    QLabel* lblPrinter = nullptr;
-    QComboBox* cbxPrinter = nullptr;
-    QPushButton* btnPrintProperties = nullptr;
-    QPushButton* btnPrint = nullptr;
-    QPushButton* btnPrintCancel = nullptr;
-    bool FPreviewFilling = false; // the controls are being set from the store
+    TPrintPreviewPage* FPrintPage = nullptr; // page 2 and the prints made there
     // ---- the chart editor page
     QWidget* FEditor = nullptr;
     class QVBoxLayout* FGraphLayout = nullptr; // the chart page's: the chart and its read-outs
