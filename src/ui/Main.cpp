@@ -6,6 +6,7 @@
 #include "CalcKessaDlg.h"
 #include "CfgPage.h"
 #include "ChartTexts.h"
+#include "CutterLaunch.h"
 #include "CrossHair.h"
 #include "DataBase.h"
 #include "FileThread.h"
@@ -63,7 +64,6 @@
 #include <QVBoxLayout>
 
 #include <algorithm>
-#include <charconv>
 
 using zeb::TMsgDlgBtn;
 using zeb::TMsgDlgType;
@@ -118,12 +118,9 @@ TForm1::TForm1(QWidget* parent)
 
 TForm1::~TForm1() {
     // Cuts the user started finish before the program ends, with the window already gone.
-    if (!FCutters.empty()) {
+    if (FCutterLaunch->Running() > 0) {
         hide();
-        for (QProcess* cutter : std::vector<QProcess*>(FCutters)) {
-            cutter->disconnect(this);
-            cutter->waitForFinished(-1);
-        }
+        FCutterLaunch->WaitForAll();
     }
     // A load still running is only stopped; its pending reports go nowhere.
     FFileThread = nullptr;
@@ -149,6 +146,9 @@ void TForm1::FormCreate() {
     FTableView = new TTableView(FDataBase);
     FTableView->setObjectName(QStringLiteral("tbsTable"));
     FCfgPage = new TCfgPage(FDataBase);
+    FCutterLaunch = new TCutterLaunch(this);
+    connect(FCutterLaunch, &TCutterLaunch::statusText, this, &TForm1::SetStatus);
+    connect(FCutterLaunch, &TCutterLaunch::finished, this, &TForm1::cutterFinished);
 
     onbWork = new QStackedWidget(this);
     onbWork->setObjectName(QStringLiteral("onbWork"));
@@ -1496,67 +1496,16 @@ void TForm1::GUI_FileExportSvg() {
 
 // ====================================================================== time-window cuts
 
-namespace {
-
-// Shortest text that reads back to the same double, with "." whatever the locale: the cutter's
-// window must hold exactly the points the chart shows at its edges.
-QString ExactNumber(double v) {
-    char buf[32];
-    const auto r = std::to_chars(buf, buf + sizeof buf, v);
-    return QString::fromLatin1(buf, int(r.ptr - buf));
+QStringList TForm1::CutterArguments(const QString& target, bool csv) const {
+    return ::CutterArguments(*FDataBase, target, csv);
 }
 
-} // namespace
-
-QStringList TForm1::CutterArguments(const QString& target, bool csv) const {
-    const TDataBase& db = *FDataBase;
-    QStringList channels;
-    for (int i = 0; i < db.Curve_Count(); ++i)
-        if (db.Curve_IsAvailable(i)) channels << QString::number(db.Curve_FileChannel(i));
-    if (channels.isEmpty()) return {};
-    const TAxisState& bottom = db.View().Axes[axBottom];
-    QStringList args{QDir::toNativeSeparators(db.FileName()), QDir::toNativeSeparators(target),
-                     ExactNumber(bottom.Min), ExactNumber(bottom.Max), QString::number(channels.size()),
-                     channels.join(QLatin1Char(','))};
-    if (csv) args << QStringLiteral("csv");
-    return args;
+int TForm1::CuttersRunning() const {
+    return FCutterLaunch->Running();
 }
 
 void TForm1::StartCutter(const QString& target, bool csv) {
-    const QStringList args = CutterArguments(target, csv);
-    if (args.isEmpty()) {
-        SetStatus(Txt(TTextId::MsgCutterNoChannel));
-        return;
-    }
-    const bool partner = ZebSettings().BrandVariant != 0;
-    auto* cutter = new QProcess(this);
-    // Every argument travels as one word; on Windows Qt quotes each in double quotes.
-    cutter->setProgram(ZebProgramPath(partner ? QStringLiteral("trk_cutter") : QStringLiteral("zeb_cutter")));
-    cutter->setArguments(args);
-    cutter->setProcessChannelMode(QProcess::SeparateChannels);
-    const QString shown = QDir::toNativeSeparators(target);
-    connect(cutter, &QProcess::finished, this, [this, cutter, shown](int code, QProcess::ExitStatus status) {
-        std::erase(FCutters, cutter);
-        const QString message = QString::fromLocal8Bit(cutter->readAllStandardError()).trimmed();
-        cutter->deleteLater();
-        if (status == QProcess::NormalExit && code == 0)
-            SetStatus(TxtFmt(TTextId::MsgCutterDone, {shown}));
-        else
-            SetStatus(TxtFmt(TTextId::MsgCutterFailed,
-                             {QString::number(status == QProcess::NormalExit ? code : -1),
-                              message.isEmpty() ? cutter->errorString() : message.section(QLatin1Char('\n'), 0, 0)}));
-        Q_EMIT cutterFinished(status == QProcess::NormalExit ? code : -1);
-    });
-    connect(cutter, &QProcess::errorOccurred, this, [this, cutter](QProcess::ProcessError error) {
-        if (error != QProcess::FailedToStart) return; // the rest ends in finished()
-        std::erase(FCutters, cutter);
-        SetStatus(TxtFmt(TTextId::MsgCutterFailed, {QStringLiteral("-1"), cutter->errorString()}));
-        cutter->deleteLater();
-        Q_EMIT cutterFinished(-1);
-    });
-    FCutters.push_back(cutter);
-    SetStatus(TxtFmt(TTextId::MsgCutterRunning, {shown}));
-    cutter->start();
+    FCutterLaunch->Start(*FDataBase, target, csv);
 }
 
 void TForm1::GUI_FileSaveAs() {

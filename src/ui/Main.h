@@ -43,6 +43,7 @@ struct TReportOptions;
 class TFileThread;
 class TTableView;
 class TZebChart;
+class TCutterLaunch;
 class TPrintPreviewPage;
 class TfrmBigDataDlg;
 class TfrmViewCalc;
@@ -110,7 +111,7 @@ public:
     // when no curve is shown.
     QStringList CutterArguments(const QString& target, bool csv) const;
     // Cuts still running.
-    int CuttersRunning() const { return int(FCutters.size()); }
+    int CuttersRunning() const;
     // The settings file that belongs to a recording: same name, template extension.
     static QString SettingsFileOf(const QString& dataFile);
 
@@ -264,7 +265,7 @@ private:
     bool FShownOnce = false;
     bool FCutterAvailable = false;
     bool FTextExportAvailable = false;
-    std::vector<QProcess*> FCutters;
+    TCutterLaunch* FCutterLaunch = nullptr;
     TMessageSink FBatchSink;
     QElapsedTimer FBusyStep;
     std::unique_ptr<QPrinter> FPrinter;
