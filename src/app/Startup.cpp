@@ -2,20 +2,16 @@
 
 #include "AuditLog.h"
 #include "BigDataDlg.h"
-#include "ChartTexts.h"
-#include "FileThread.h"
+#include "Export.h"
 #include "Language.h"
 #include "Main.h"
 #include "QtOptions.h"
-#include "Report.h"
 #include "Texts.h"
 #include "ZebDlg.h"
-#include "ZebChart.h"
 #include "ZebReg.h"
 
 #include <QApplication>
 #include <QDir>
-#include <QEventLoop>
 #include <QFileInfo>
 #include <QIcon>
 #include <QRegularExpression>
@@ -78,34 +74,6 @@ bool WantsExport(int argc, char** argv) {
     return false;
 }
 
-int RunExport(TForm1& form, const TCommandLine& cmd) {
-    form.SetBatchMode(PrintErr);
-    int result = TFileThread::kResultError;
-    QEventLoop loop;
-    QObject::connect(&form, &TForm1::loadFinished, &loop, [&](int r) {
-        result = r;
-        loop.quit();
-    });
-    if (!form.OpenFile(cmd.Files.first())) return 1;
-    loop.exec();
-    if (result != TFileThread::kResultOk) {
-        // The loader's message has been printed already.
-        return 1;
-    }
-    if (!cmd.Template.isEmpty() && !form.ApplyTemplate(cmd.Template)) return 1;
-    if (cmd.Notices) form.Chart()->Texts()->SetNoticesShown(true);
-    if (!cmd.Picture.isEmpty() && !form.SaveChartPicture(cmd.Picture, cmd.Size)) {
-        PrintErr(TxtFmt(TTextId::CliCannotWritePicture, {QDir::toNativeSeparators(cmd.Picture)}));
-        return 3;
-    }
-    TReportOptions report;
-    report.ActivationEnergy = cmd.ActivationEnergy > 0.0 ? cmd.ActivationEnergy : ZebSettings().MktActivationEnergy;
-    if (!cmd.Report.isEmpty() && !form.SaveReport(cmd.Report, report)) {
-        PrintErr(TxtFmt(TTextId::ReportCannotWrite, {QDir::toNativeSeparators(cmd.Report)}));
-        return 3;
-    }
-    return 0;
-}
 
 } // namespace
 
@@ -243,8 +211,16 @@ int RunViewer(int argc, char** argv, const TStartupObserver& observer) {
     const TCommandLine cmd = ParseCommandLine(QCoreApplication::arguments().mid(1));
     if (const int answered = AnswerEarly(cmd); answered >= 0) return answered;
 
-    // 5. the forms that live for the whole run
     TZebDlg::SetDataFileExtension(s.DataFileExt);
+    // An export makes no window: the store, a chart and the report do the work.
+    if (cmd.Mode == TCommandLine::TMode::Export) {
+        AuditLog().Open(QStringLiteral("Viewer"));
+        const int exitCode = RunExport(cmd);
+        AuditLog().Close();
+        return exitCode;
+    }
+
+    // 5. the forms that live for the whole run
     auto form = std::make_unique<TForm1>();
     auto* bigDataDlg = new TfrmBigDataDlg(form.get());
     form->SetBigDataDlg(bigDataDlg);
@@ -256,15 +232,10 @@ int RunViewer(int argc, char** argv, const TStartupObserver& observer) {
     AuditLog().Open(QStringLiteral("Viewer"));
     step(TStartupStep::AuditLogOpened, form.get());
 
-    // 7. the window's loop, or the export
-    int exitCode = 0;
-    if (cmd.Mode == TCommandLine::TMode::Export) {
-        exitCode = RunExport(*form, cmd);
-    } else {
-        form->show();
-        step(TStartupStep::EventLoopStarted, form.get());
-        exitCode = QApplication::exec();
-    }
+    // 7. the window's loop
+    form->show();
+    step(TStartupStep::EventLoopStarted, form.get());
+    const int exitCode = QApplication::exec();
     // The window writes the settings as it goes.
     TZebDlg::SetMainWindow(nullptr);
     form.reset();

@@ -2,6 +2,10 @@
 
 #include "Formats.h"
 #include "Texts.h"
+#include "ZebReg.h"
+
+#include <QDir>
+#include <QFileInfo>
 
 #include <algorithm>
 #include <cmath>
@@ -111,6 +115,28 @@ void TDataBase::Reset() {
 void TDataBase::AddFile(const QString& fileName) {
     Reset();
     FFileName = fileName;
+}
+
+void TDataBase::FinishLoad() {
+    DeleteEmptyCurves();
+    CheckBigData();
+    CheckExtView();
+    Ini_CreateOriginalNames();
+    if (Curve_Count() > 0) Curve_AxisSet(0, axLeft);
+    Ini_Store();
+    const QString own = SettingsFileOf(FileName());
+    const QString& templ = ZebSettings().TemplateFile;
+    if (!(QFileInfo(own).isFile() && Ini_FileOpen(own)) &&
+        !(!templ.isEmpty() && QFileInfo(templ).isFile() && Ini_FileOpen(templ)))
+        Ini_Update();
+    double first = 0.0, last = 0.0;
+    GetXMinXMax(first, last, false);
+    Table_SetFirstRow(first);
+}
+
+QString TDataBase::SettingsFileOf(const QString& dataFile) {
+    const QFileInfo fi(dataFile);
+    return fi.dir().filePath(fi.completeBaseName() + ZebSettings().MseFileExt);
 }
 
 void TDataBase::DeleteEmptyCurves() {

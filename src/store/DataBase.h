@@ -213,6 +213,14 @@ public:
     void ClearFileName() { FFileName.clear(); }
     // Removes the curves that hold no point, with their template entries.
     void DeleteEmptyCurves();
+    // What follows a complete load, in the window and without one: empty curves go, large ones
+    // are drawn reduced, the loggers decide the extended view, the first curve goes on the
+    // left axis, and the display settings are read: the recording's own settings file, else
+    // the default template named in the settings, else the store's defaults. The table starts
+    // at the first time.
+    void FinishLoad();
+    // The settings file of a recording: same name, template extension.
+    static QString SettingsFileOf(const QString& dataFile);
     void SetLoading(bool loading) { FLoading = loading; }
     bool IsLoading() const { return FLoading; }
 

@@ -125,17 +125,15 @@ TForm1::~TForm1() {
     // A load still running is only stopped; its pending reports go nowhere.
     FFileThread = nullptr;
     FThreads.clear();
-    if (!FBatchSink) {
-        TZebSettings& s = ZebSettings();
-        s.ScreenFull = isMaximized();
-        if (!s.ScreenFull) {
-            s.ScreenWidth = normalGeometry().width();
-            s.ScreenHeight = normalGeometry().height();
-        }
-        // The window is gone by now, but the program still runs: the user hears of it as of
-        // any other failed save.
-        if (!SaveZebSettings(QString::fromLatin1(kZebProgramViewer))) ShowError(ZebSettingsSaveFailedText());
+    TZebSettings& s = ZebSettings();
+    s.ScreenFull = isMaximized();
+    if (!s.ScreenFull) {
+        s.ScreenWidth = normalGeometry().width();
+        s.ScreenHeight = normalGeometry().height();
     }
+    // The window is gone by now, but the program still runs: the user hears of it as of
+    // any other failed save.
+    if (!SaveZebSettings(QString::fromLatin1(kZebProgramViewer))) ShowError(ZebSettingsSaveFailedText());
 }
 
 void TForm1::FormCreate() {
@@ -601,9 +599,6 @@ void TForm1::SetBigDataDlg(TfrmBigDataDlg* dlg) {
     FBigDataDlg = dlg;
 }
 
-void TForm1::SetBatchMode(TMessageSink sink) {
-    FBatchSink = std::move(sink);
-}
 
 // ====================================================================== caption and status
 
@@ -1081,7 +1076,7 @@ void TForm1::Analyses_Arm() {
     for (TfrmViewBase* view : std::initializer_list<TfrmViewBase*>{FViewCalc, FViewLimit}) {
         const bool shown = view == FViewCalc ? g.ViewCalc : g.ViewLimit;
         view->SetInactive();
-        if (shown && !FBatchSink) {
+        if (shown) {
             view->SetActive();
             view->Display(onbView->currentIndex() == pgGraph);
         }
@@ -1112,8 +1107,7 @@ void TForm1::Analyses_ReCalc() {
 // ====================================================================== opening a file
 
 QString TForm1::SettingsFileOf(const QString& dataFile) {
-    const QFileInfo fi(dataFile);
-    return fi.dir().filePath(fi.completeBaseName() + ZebSettings().MseFileExt);
+    return TDataBase::SettingsFileOf(dataFile);
 }
 
 bool TForm1::OpenFile(const QString& fileName) {
@@ -1194,10 +1188,6 @@ void TForm1::FileThread_OnAnswer(int index, const QString& text) {
 }
 
 void TForm1::FileThread_OnAsk(int& res) {
-    if (FBatchSink) {
-        res = TfrmBigDataDlg::kContinue;
-        return;
-    }
     if (!FBigDataDlg) FBigDataDlg = new TfrmBigDataDlg(this);
     res = FBigDataDlg->Execute();
 }
@@ -1245,26 +1235,11 @@ void TForm1::FileLoaded() {
     FModified = false;
     TDataBase& db = *FDataBase;
 
-    db.DeleteEmptyCurves();
-    db.CheckBigData();
+    db.FinishLoad();
     chkBigDataOn->setChecked(db.isBigDataOn());
-    db.CheckExtView();
-    db.Ini_CreateOriginalNames();
-    if (db.Curve_Count() > 0) db.Curve_AxisSet(0, 1); // the first curve on the left axis
-    db.Ini_Store();
-
-    // The recording's own settings, else the default template, else the store's defaults.
-    const QString own = SettingsFileOf(db.FileName());
-    const QString& templ = ZebSettings().TemplateFile;
-    if (!(QFileInfo(own).isFile() && db.Ini_FileOpen(own)) &&
-        !(!templ.isEmpty() && QFileInfo(templ).isFile() && db.Ini_FileOpen(templ)))
-        db.Ini_Update();
 
     FCaptionFile = db.FileName();
-    if (!FBatchSink) RecentFiles_Add(db.FileName());
-    double tMin = 0.0, tMax = 0.0;
-    db.GetXMinXMax(tMin, tMax, false);
-    db.Table_SetFirstRow(tMin);
+    RecentFiles_Add(db.FileName());
     UpdateCaption();
     FChart->Texts()->SetNoticesShown(false); // the notice series starts hidden with every file
     db.Repaint(true);
@@ -1276,16 +1251,13 @@ void TForm1::FileLoaded() {
     SyncGraphSwitches();
     Analyses_Arm();
 
-    if (db.isBigDataOn() && !FBatchSink)
+    if (db.isBigDataOn())
         TZebDlg::ShowMsg(Txt(TTextId::MsgDataReductionNote), TMsgDlgType::Information);
     Q_EMIT loadFinished(TFileThread::kResultOk);
 }
 
 void TForm1::ShowError(const QString& text) {
-    if (FBatchSink)
-        FBatchSink(text);
-    else
-        TZebDlg::ShowErrMsg(text);
+    TZebDlg::ShowErrMsg(text);
 }
 
 // ====================================================================== window events
@@ -1358,9 +1330,6 @@ void TForm1::dropEvent(QDropEvent* event) {
 
 // ====================================================================== picture
 
-bool TForm1::SaveChartPicture(const QString& fileName, QSize size) {
-    return ::SaveChartPicture(*FChart, fileName, size);
-}
 
 // ====================================================================== outer pages
 
@@ -1455,9 +1424,6 @@ void TForm1::GUI_FilePrintReport() {
     dlg.exec();
 }
 
-bool TForm1::SaveReport(const QString& fileName, const TReportOptions& options) {
-    return WriteReportPdf(*FDataBase, FChart, fileName, options);
-}
 
 // ====================================================================== picture export
 
@@ -1467,7 +1433,7 @@ void TForm1::ExportPicture(const QString& extension, const QString& filter, TTex
     QString fileName = data.absoluteDir().filePath(data.completeBaseName() + extension);
     if (!TZebDlg::SaveFile(Txt(title), data.absolutePath(), filter, extension, fileName)) return;
     QCoreApplication::processEvents();
-    if (!SaveChartPicture(fileName, FChart->size()))
+    if (!::SaveChartPicture(*FChart, fileName, FChart->size()))
         ShowError(TxtFmt(TTextId::MsgCannotWritePicture, {QDir::toNativeSeparators(fileName)}));
 }
 

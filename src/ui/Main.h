@@ -66,21 +66,10 @@ public:
     // shown. Defaults to the application's own arguments.
     void SetCommandLine(const QStringList& args) { FCommandLine = args; }
 
-    // Unattended use (the picture export): messages go to the sink instead of a dialog, a
-    // large file is read to its end, no note is shown and no settings are written.
-    using TMessageSink = std::function<void(const QString&)>;
-    void SetBatchMode(TMessageSink sink);
-    bool IsBatchMode() const { return bool(FBatchSink); }
-
     // Starts loading a recording; false (with the message shown) when it cannot be started.
     bool OpenFile(const QString& fileName);
     // Applies a display template to the open recording.
     bool ApplyTemplate(const QString& fileName);
-    // The chart as a picture file of the given size; the format follows the extension
-    // (png, jpg, bmp).
-    bool SaveChartPicture(const QString& fileName, QSize size);
-    // The report of the open recording as a PDF file (the command line's --report).
-    bool SaveReport(const QString& fileName, const TReportOptions& options);
 
     TDataBase* DataBase() const { return FDataBase; }
     TZebChart* Chart() const { return FChart; }
@@ -266,7 +255,6 @@ private:
     bool FCutterAvailable = false;
     bool FTextExportAvailable = false;
     TCutterLaunch* FCutterLaunch = nullptr;
-    TMessageSink FBatchSink;
     QElapsedTimer FBusyStep;
     std::unique_ptr<QPrinter> FPrinter;
 

@@ -1,0 +1,104 @@
+#include "Export.h"
+
+#include "BigDataDlg.h"
+#include "ChartTexts.h"
+#include "CrossHair.h"
+#include "DataBase.h"
+#include "FileThread.h"
+#include "Printing.h"
+#include "Report.h"
+#include "Startup.h"
+#include "Texts.h"
+#include "ZebChart.h"
+#include "ZebReg.h"
+
+#include <QDir>
+#include <QEventLoop>
+#include <QFileInfo>
+
+#include <cstdio>
+
+namespace zeb {
+
+namespace {
+
+void PrintErr(QString text) {
+    text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+    std::fputs(text.toLocal8Bit().constData(), stderr);
+    std::fputc('\n', stderr);
+    std::fflush(stderr);
+}
+
+// Loads the recording through the loader, as the window does, reading a large file to its
+// end; the loader's messages go to standard error. True when it loaded completely.
+bool Load(TDataBase& db, const QString& fileName) {
+    const QFileInfo fi(fileName);
+    if (!fi.isFile() || !fi.isReadable()) {
+        PrintErr(TxtFmt(TTextId::MsgLoadCannotOpen, {QDir::toNativeSeparators(fileName)}));
+        return false;
+    }
+    db.AddFile(fi.absoluteFilePath());
+    int result = TFileThread::kResultError;
+    QEventLoop loop;
+    TFileThread thread(
+        &db, fi.absoluteFilePath(),
+        [&](int index, const QString& text) {
+            switch (index) {
+            case TFileThread::kCannotOpen: PrintErr(TxtFmt(TTextId::MsgLoadCannotOpen, {text})); break;
+            case TFileThread::kError: PrintErr(Txt(TTextId::MsgFatalError)); break;
+            case TFileThread::kDefect: PrintErr(text); break;
+            case TFileThread::kResultOk:
+            case TFileThread::kResultError:
+            case TFileThread::kResultCancelled:
+            case TFileThread::kResultPreviewer:
+                result = index;
+                loop.quit();
+                break;
+            default: break;
+            }
+        },
+        [](int& res) { res = TfrmBigDataDlg::kContinue; }, ZebSettings().BrandVariant); // an export reads it all
+    loop.exec();
+    thread.wait();
+    return result == TFileThread::kResultOk;
+}
+
+} // namespace
+
+int RunExport(const TCommandLine& cmd) {
+    TDataBase db;
+    if (!Load(db, cmd.Files.first())) return 1;
+    db.FinishLoad();
+    if (!cmd.Template.isEmpty() && !db.Ini_FileOpen(cmd.Template)) {
+        PrintErr(TxtFmt(TTextId::MsgCannotOpenFile, {QDir::toNativeSeparators(cmd.Template)}));
+        return 1;
+    }
+
+    TZebChart chart(&db);
+    // A chart in no window has the shape the report gives such a chart; pictures take their
+    // own size, and text boxes the window's reference size.
+    chart.resize(1000, 600);
+    chart.Texts()->SetNoticesShown(cmd.Notices);
+    chart.Rebuild();
+    // Both crosshairs where the window puts them after a load.
+    for (int which = 0; which < 2; ++which) {
+        chart.CrossHair()->SetCursor(which, db.Cursor_Get(which).Axis);
+        chart.CrossHair()->SetWidth(which, db.Cursor_Get(which).Width);
+    }
+
+    if (!cmd.Picture.isEmpty() && !SaveChartPicture(chart, cmd.Picture, cmd.Size)) {
+        PrintErr(TxtFmt(TTextId::CliCannotWritePicture, {QDir::toNativeSeparators(cmd.Picture)}));
+        return 3;
+    }
+    if (!cmd.Report.isEmpty()) {
+        TReportOptions options;
+        options.ActivationEnergy = cmd.ActivationEnergy > 0.0 ? cmd.ActivationEnergy : ZebSettings().MktActivationEnergy;
+        if (!WriteReportPdf(db, &chart, cmd.Report, options)) {
+            PrintErr(TxtFmt(TTextId::ReportCannotWrite, {QDir::toNativeSeparators(cmd.Report)}));
+            return 3;
+        }
+    }
+    return 0;
+}
+
+} // namespace zeb
