@@ -23,8 +23,11 @@ exec 3>"$tmp/display"
 Xvfb -displayfd 3 -nolisten tcp -screen 0 1280x1024x24 >"$tmp/xvfb.log" 2>&1 &
 xvfb_pid=$!
 exec 3>&-
-for _ in $(seq 100); do [ -s "$tmp/display" ] && break; sleep 0.1; done
-export DISPLAY=":$(cat "$tmp/display")"
+# The number is complete once its line ends.
+for _ in $(seq 100); do [ "$(tail -c 1 "$tmp/display" 2>/dev/null)" = "" ] && [ -s "$tmp/display" ] && break; sleep 0.1; done
+export DISPLAY=":$(head -n 1 "$tmp/display")"
+# Xvfb answers once it is ready.
+for _ in $(seq 100); do xwininfo -root >/dev/null 2>&1 && break; sleep 0.1; done
 
 export ZEB_SETTINGS_FILE="$tmp/settings.ini" QT_QPA_PLATFORM=xcb XDG_RUNTIME_DIR="$tmp"
 "$zebtool" gen --quiet --records 200 --channels 2 "$tmp/rec.zeb"
@@ -35,7 +38,7 @@ want="ZEB Viewer [64] [$tmp/rec.zeb]"
 id=''
 # The caption shows the file once it has loaded ("ZEB Viewer> [64]" while loading).
 for _ in $(seq 300); do
-  id=$(xwininfo -root -tree | awk -v w="\"$want\"" 'index($0, w) { print $1; exit }')
+  id=$(xwininfo -root -tree 2>/dev/null | awk -v w="\"$want\"" 'index($0, w) { print $1; exit }' || true)
   [ -n "$id" ] && break
   kill -0 "$viewer_pid" 2>/dev/null || { echo "caption: the viewer ended"; cat "$tmp/viewer.log"; exit 1; }
   sleep 0.1

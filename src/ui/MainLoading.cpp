@@ -1,0 +1,264 @@
+// The main window opening a recording: the progress page, the loader's reports and question,
+// and what follows a complete, failed or cancelled load.
+
+#include "Main.h"
+
+#include "BigDataDlg.h"
+#include "CalcDlg.h"
+#include "CalcKessa.h"
+#include "CalcKessaDlg.h"
+#include "CfgPage.h"
+#include "ChartTexts.h"
+#include "CutterLaunch.h"
+#include "CrossHair.h"
+#include "DataBase.h"
+#include "FileThread.h"
+#include "Formats.h"
+#include "ChartEditor.h"
+#include "GoToDlg.h"
+#include "PrintPreviewPage.h"
+#include "Printing.h"
+#include "ReportDlg.h"
+#include "TableView.h"
+#include "ToolbarGlyphs.h"
+#include "ViewCalc.h"
+#include "ViewFFT.h"
+#include "ViewLimit.h"
+#include "Texts.h"
+#include "ZebChart.h"
+#include "ZebDlg.h"
+#include "ZebReg.h"
+
+#include <QAction>
+#include <QActionGroup>
+#include <QApplication>
+#include <QCheckBox>
+#include <QCloseEvent>
+#include <QCursor>
+#include <QDir>
+#include <QDragEnterEvent>
+#include <QDropEvent>
+#include <QFileInfo>
+#include <QFrame>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMimeData>
+#include <QPainter>
+#include <QPainterPath>
+#include <QProcess>
+#include <QComboBox>
+#include <QGroupBox>
+#include <QPageSetupDialog>
+#include <QPrintDialog>
+#include <QPrintPreviewWidget>
+#include <QPrinter>
+#include <QPrinterInfo>
+#include <QProgressBar>
+#include <QRadioButton>
+#include <QSpinBox>
+#include <QPushButton>
+#include <QStackedWidget>
+#include <QStatusBar>
+#include <QStyle>
+#include <QTimer>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+using zeb::TMsgDlgBtn;
+using zeb::TMsgDlgType;
+using zeb::TTextId;
+using zeb::Txt;
+using zeb::TxtFmt;
+using zeb::TZebDlg;
+
+namespace {
+
+constexpr int kBusySteps = 10;
+constexpr int kBusyStepMs = 1000;
+
+} // namespace
+
+void TForm1::BuildProgressPage() {
+    auto* page = new QWidget(onbWork);
+    page->setObjectName(QStringLiteral("tbsProgress"));
+    auto* v = new QVBoxLayout(page);
+    v->addStretch(2);
+    lblFileTitle = new QLabel(page);
+    lblFileTitle->setObjectName(QStringLiteral("lblFileTitle"));
+    lblFileTitle->setAlignment(Qt::AlignCenter);
+    lblFileTitle->setWordWrap(true);
+    QFont f = lblFileTitle->font();
+    f.setPointSizeF(f.pointSizeF() * 1.25);
+    lblFileTitle->setFont(f);
+    v->addWidget(lblFileTitle);
+    auto* row = new QHBoxLayout;
+    row->addStretch(1);
+    trbFileProgress = new QProgressBar(page);
+    trbFileProgress->setObjectName(QStringLiteral("trbFileProgress"));
+    trbFileProgress->setRange(0, kBusySteps - 1);
+    trbFileProgress->setTextVisible(false);
+    trbFileProgress->setMinimumWidth(360);
+    row->addWidget(trbFileProgress, 2);
+    row->addStretch(1);
+    v->addLayout(row);
+    auto* buttons = new QHBoxLayout;
+    buttons->addStretch(1);
+    btnFileCancel = new QPushButton(page);
+    btnFileCancel->setObjectName(QStringLiteral("btnFileCancel"));
+    connect(btnFileCancel, &QPushButton::clicked, this, &TForm1::GUI_FileCancel);
+    buttons->addWidget(btnFileCancel);
+    buttons->addStretch(1);
+    v->addLayout(buttons);
+    v->addStretch(3);
+    onbWork->addWidget(page); // page 1
+}
+
+bool TForm1::OpenFile(const QString& fileName) {
+    if (FLoading || FFileThread) return false;
+    std::erase_if(FThreads, [](const std::unique_ptr<TFileThread>& t) { return t->isFinished(); });
+    const QFileInfo fi(fileName);
+    if (!fi.isFile() || !fi.isReadable()) {
+        ShowError(TxtFmt(TTextId::MsgLoadCannotOpen, {QDir::toNativeSeparators(fileName)}));
+        return false;
+    }
+    // The page's entries go into the old recording's settings (the general ones outlive it),
+    // and the new recording opens on its chart.
+    if (onbView->currentIndex() == pgCfg && !SetViewPage(pgGraph)) return false;
+
+    // 1. the views let go of the old recording
+    FDataBase->Repaint(false);
+    FViewCalc->SetInactive();
+    FViewLimit->SetInactive();
+    if (FViewFFT) FViewFFT->hide(); // its input belongs to the old recording
+    ShowWorkPage(pgProgress);
+    FCaptionFile.clear();
+    FModified = false;
+    lblFileTitle->setText(Txt(TTextId::MsgReadingFile) + QLatin1Char('\n') +
+                          QDir::toNativeSeparators(fi.absoluteFilePath()));
+    trbFileProgress->setValue(0);
+    FBusyStep.invalidate();
+    FDataBase->AddFile(fi.absoluteFilePath());
+
+    // 2. the loader
+    FLoading = true;
+    UpdateCaption();
+    btnFileCancel->setEnabled(true);
+    btnFileCancel->setFocus();
+    // The last report runs inside the loader's own call, so the object is kept until a later
+    // open or the window's end, when the thread has surely finished.
+    FThreads.push_back(std::make_unique<TFileThread>(
+        FDataBase, fi.absoluteFilePath(),
+        [this](int index, const QString& text) { FileThread_OnAnswer(index, text); },
+        [this](int& res) { FileThread_OnAsk(res); }, ZebSettings().BrandVariant));
+    FFileThread = FThreads.back().get();
+    return true;
+}
+
+void TForm1::StepBusyIndicator() {
+    if (FBusyStep.isValid() && FBusyStep.elapsed() < kBusyStepMs) return;
+    FBusyStep.start();
+    const int next = trbFileProgress->value() + 1;
+    trbFileProgress->setValue(next > trbFileProgress->maximum() ? trbFileProgress->minimum() : next);
+}
+
+void TForm1::FileThread_OnAnswer(int index, const QString& text) {
+    switch (index) {
+    case TFileThread::kProgress:
+        // "Block " and a further blank before the number: two blanks, as always shown.
+        SetStatus(Txt(TTextId::StatusBlock) + QLatin1Char(' ') + text);
+        StepBusyIndicator();
+        break;
+    case TFileThread::kCannotOpen:
+        ShowError(TxtFmt(TTextId::MsgLoadCannotOpen, {text}));
+        break;
+    case TFileThread::kError:
+        ShowError(Txt(TTextId::MsgFatalError));
+        break;
+    case TFileThread::kDefect:
+        ShowError(text);
+        break;
+    case TFileThread::kResultOk:
+        FileLoaded();
+        break;
+    case TFileThread::kResultError:
+    case TFileThread::kResultCancelled:
+    case TFileThread::kResultPreviewer:
+        FileFailed(index);
+        break;
+    default:
+        break; // the value count and the cancel report need no answer
+    }
+}
+
+void TForm1::FileThread_OnAsk(int& res) {
+    if (!FBigDataDlg) FBigDataDlg = new TfrmBigDataDlg(this);
+    res = FBigDataDlg->Execute();
+}
+
+void TForm1::FileFailed(int result) {
+    const QString fileName = FDataBase->FileName();
+    FFileThread = nullptr;
+    FLoading = false;
+    FModified = false;
+    FCaptionFile.clear();
+    // What was read stays and is shown; only the file is forgotten. Large curves are drawn
+    // reduced, as after a complete load, so a cancelled huge file stays responsive.
+    FDataBase->ClearFileName();
+    FViewCalc->Clear();
+    FViewLimit->Clear();
+    FDataBase->CheckBigData();
+    chkBigDataOn->setChecked(FDataBase->isBigDataOn());
+    FDataBase->Table_SetFirstRow(0.0);
+    UpdateCaption();
+    FDataBase->Repaint(true);
+    FChart->Rebuild();
+    ShowWorkPage(pgWork);
+    View_OnPageChanged(onbView->currentIndex());
+    SyncGraphSwitches();
+    if (result == TFileThread::kResultPreviewer) {
+        StartPreviewer(fileName);
+    }
+    Q_EMIT loadFinished(result);
+}
+
+void TForm1::StartPreviewer(const QString& fileName) {
+    const QString previewer = ZebProgramPath(QStringLiteral("zeb_previewer"));
+    if (!QFileInfo(previewer).isFile() || !QProcess::startDetached(previewer, {fileName})) {
+        // Deliberately the same German text in every language.
+        ShowError(Txt(TTextId::MsgNoPreviewer));
+        return;
+    }
+    // The previewer takes over; the viewer goes once the loader's last report has returned.
+    QTimer::singleShot(0, this, &QWidget::close);
+}
+
+void TForm1::FileLoaded() {
+    FFileThread = nullptr;
+    FLoading = false;
+    FModified = false;
+    TDataBase& db = *FDataBase;
+
+    db.FinishLoad();
+    chkBigDataOn->setChecked(db.isBigDataOn());
+
+    FCaptionFile = db.FileName();
+    RecentFiles_Add(db.FileName());
+    UpdateCaption();
+    FChart->Texts()->SetNoticesShown(false); // the notice series starts hidden with every file
+    db.Repaint(true);
+    FChart->Rebuild();
+    ShowWorkPage(pgWork);
+    View_OnPageChanged(onbView->currentIndex());
+    GraphCursorSet(0, true);
+    GraphCursorSet(1, true);
+    SyncGraphSwitches();
+    Analyses_Arm();
+
+    if (db.isBigDataOn())
+        TZebDlg::ShowMsg(Txt(TTextId::MsgDataReductionNote), TMsgDlgType::Information);
+    Q_EMIT loadFinished(TFileThread::kResultOk);
+}
