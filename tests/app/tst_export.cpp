@@ -286,12 +286,12 @@ void TstExport::boxesKeepTheirPlace() {
     QVERIFY2(r.ExitCode == 0, qPrintable(r.Err));
     const std::vector<TPdfWord> words = PdfWords(report);
     const TPdfWord* box = FindWord(words, u"Leftbox"_s);
-    const TPdfWord* printed = FindWord(words, u"Printed"_s); // the header's last row
+    const TPdfWord* file = FindWord(words, FFile); // the header's row of the file
     const TPdfWord* channels = FindWord(words, u"Channels"_s);
-    QVERIFY(box && printed && channels);
+    QVERIFY(box && file && channels);
     QCOMPARE(box->Page, 1);
     // Below the header, above the figures: on the chart, a quarter across its width.
-    QVERIFY(box->Box.top() > printed->Box.bottom());
+    QVERIFY(box->Box.top() > file->Box.bottom());
     QVERIFY(channels->Page > 1 || box->Box.bottom() < channels->Box.top());
     QVERIFY2(box->Left() > 0.25 && box->Left() < 0.35, qPrintable(QString::number(box->Left())));
 }
