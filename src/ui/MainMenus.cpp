@@ -3,77 +3,30 @@
 
 #include "Main.h"
 
-#include "BigDataDlg.h"
-#include "CalcDlg.h"
-#include "CalcKessa.h"
-#include "CalcKessaDlg.h"
 #include "CfgPage.h"
-#include "ChartTexts.h"
-#include "CutterLaunch.h"
-#include "CrossHair.h"
-#include "DataBase.h"
-#include "FileThread.h"
-#include "Formats.h"
-#include "ChartEditor.h"
-#include "GoToDlg.h"
 #include "PrintPreviewPage.h"
-#include "Printing.h"
-#include "ReportDlg.h"
 #include "TableView.h"
-#include "ToolbarGlyphs.h"
-#include "ViewCalc.h"
-#include "ViewFFT.h"
-#include "ViewLimit.h"
 #include "Texts.h"
+#include "ToolbarGlyphs.h"
 #include "ZebChart.h"
 #include "ZebDlg.h"
 #include "ZebReg.h"
 
 #include <QAction>
 #include <QActionGroup>
-#include <QApplication>
 #include <QCheckBox>
-#include <QCloseEvent>
-#include <QCursor>
-#include <QDir>
-#include <QDragEnterEvent>
-#include <QDropEvent>
-#include <QFileInfo>
 #include <QFrame>
 #include <QHBoxLayout>
-#include <QLabel>
 #include <QMenu>
-#include <QMenuBar>
-#include <QMimeData>
-#include <QPainter>
-#include <QPainterPath>
-#include <QProcess>
-#include <QComboBox>
-#include <QGroupBox>
-#include <QPageSetupDialog>
-#include <QPrintDialog>
-#include <QPrintPreviewWidget>
-#include <QPrinter>
-#include <QPrinterInfo>
-#include <QProgressBar>
-#include <QRadioButton>
-#include <QSpinBox>
-#include <QPushButton>
 #include <QStackedWidget>
-#include <QStatusBar>
 #include <QStyle>
-#include <QTimer>
 #include <QToolButton>
 #include <QVBoxLayout>
 
-#include <algorithm>
 
-using zeb::TMsgDlgBtn;
-using zeb::TMsgDlgType;
 using zeb::TTextId;
 using zeb::Txt;
 using zeb::TxtFmt;
-using zeb::TZebDlg;
 
 namespace {
 
