@@ -13,10 +13,9 @@
 
 #include "Analysis.h"
 #include "DataBase.h"
-#include "ViewCalc.h"
-#include "ViewLimit.h"
+#include "Figures.h"
 
-#include <QApplication>
+#include <QCoreApplication>
 #include <QElapsedTimer>
 
 #include <algorithm>
@@ -89,7 +88,7 @@ bool Same(double a, double b) {
 
 int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
+    QCoreApplication app(argc, argv);
     qint64 values = 100000000;
     for (int i = 1; i + 1 < argc; ++i)
         if (std::strcmp(argv[i], "--values") == 0) values = std::atoll(argv[i + 1]);
@@ -169,14 +168,20 @@ int main(int argc, char** argv) {
                     iBrute / iFast);
         equal = equal && Same(ia, ib);
 
-        // The views themselves, forced to compute: texts and list included.
-        db.View().Axes[axBottom].Min = from;
-        db.View().Axes[axBottom].Max = to;
-        TfrmViewCalc calc(&db);
-        TfrmViewLimit limit(&db);
-        const double vCalc = Ms([&] { calc.Clear(); calc.ReCalc(); }, 9);
-        const double vLimit = Ms([&] { limit.Clear(); limit.ReCalc(); }, 5);
-        std::printf("  ReCalc: calculation view %.3f ms, limit view %.3f ms\n", vCalc, vLimit);
+        // Every curve's figures as the views take them, and as the report takes them (finite
+        // statistics, the extremes' times, the interval, violations, the mean kinetic temperature).
+        TFigureOptions document;
+        document.Finite = document.ExtremeTimes = document.Step = document.Violations = true;
+        document.MktEnergy = kMktActivationEnergy;
+        auto all = [&](const TFigureOptions& options) {
+            for (int c = 0; c < db.Curve_Count(); ++c)
+                (void)CurveFigures(db.Data(c), summaries[size_t(c)].get(), LimitRuleOf(db.Cfg_Curve_Get(c)), from, to,
+                                   options);
+        };
+        const double views = Ms([&] { all({}); }, 9);
+        const double report = Ms([&] { all(document); }, 3);
+        std::printf("  figures of every curve: as the views take them %.3f ms, as the report %.3f ms\n", views,
+                    report);
     }
     std::printf("\nresults equal to the pass over every point: %s\n", equal ? "yes" : "NO");
     return equal ? 0 : 1;

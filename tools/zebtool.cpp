@@ -11,6 +11,7 @@
 //                                     the FFT view's spectrum of a band of one curve
 
 #include "Analysis.h"
+#include "Figures.h"
 #include "Spectrum.h"
 #include "DataBase.h"
 #include "DataFile.h"
@@ -382,22 +383,22 @@ int Analyse(QStringList args) {
     QTextStream& o = Out();
     o << "{\"status\": " << res.status << ", \"from\": " << Num(x0) << ", \"to\": " << Num(x1) << ", \"curves\": [";
     for (int c = 0; c < db.Curve_Count(); ++c) {
-        const TCurveData& d = db.Data(c);
         const auto summary = db.Summary(c);
-        const TIndexRange range = VisibleRange(d, x0, x1);
-        const TRangeStats st = RangeStats(d, summary.get(), range);
-        const TMseSettingsCurve& cu = db.Settings().Curves[c];
-        const TLimitTimes lt = CalcLimits(d, summary.get(), TLimitRule{cu.LAlarm, cu.LValue1, cu.LValue2}, range);
-        const bool limited = cu.LAlarm >= 1 && cu.LAlarm <= 4;
+        TFigureOptions want;
+        want.Integral = true;
+        const TCurveFigures f =
+            CurveFigures(db.Data(c), summary.get(), LimitRuleOf(db.Settings().Curves[c]), x0, x1, want);
+        const TRangeStats& st = f.Stats;
+        const bool limited = f.HasLimits();
         o << (c ? ", " : "") << "{\"index\": " << c << ", \"name\": " << JsonString(db.Curve_NameGet(c))
           << ", \"unit\": " << JsonString(db.Curve_UnitGet(c)) << ", \"points\": " << st.Count
           << ", \"min\": " << orNull(st.Count > 0, st.Min) << ", \"max\": " << orNull(st.Count > 0, st.Max)
           << ", \"average\": " << orNull(st.Count > 0, st.Average)
           << ", \"stddev\": " << orNull(st.Count > 1, st.StdDev)
-          << ", \"limit_mode\": " << (limited ? QString::number(cu.LAlarm) : QStringLiteral("null"))
-          << ", \"limit_out_s\": " << orNull(limited && lt.Valid, lt.Out)
-          << ", \"limit_in_s\": " << orNull(limited && lt.Valid, lt.In)
-          << ", \"integral\": " << OrNull(Integrate(d, summary.get(), x0, x1)) << "}";
+          << ", \"limit_mode\": " << (limited ? QString::number(f.Limits.Mode) : QStringLiteral("null"))
+          << ", \"limit_out_s\": " << orNull(limited && f.Times.Valid, f.Times.Out)
+          << ", \"limit_in_s\": " << orNull(limited && f.Times.Valid, f.Times.In)
+          << ", \"integral\": " << OrNull(f.Integral) << "}";
     }
     o << "]}\n";
     return 0;

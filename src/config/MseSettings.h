@@ -123,16 +123,6 @@ public:
     int LRecord = 0;
     double LValue1 = 0.0; // L1
     double LValue2 = 0.0; // L2
-    int LTool1 = -1;      // index of the chart's limit line tool, -1 for none
-    int LTool2 = -1;
-
-    // Results of the calculation and limit views.
-    int CalcCount = 0;
-    double CalcMin = 0.0, CalcMax = 0.0, CalcAverage = 0.0, CalcStdDev = 0.0, CalcSpan = 0.0;
-    QString CalcMinText, CalcMaxText, CalcAverageText, CalcSpanText, CalcStdDevText;
-    bool LimitValid = false;
-    double LimitOutTime = 0.0, LimitInTime = 0.0;
-    QString LimitOutText, LimitInText;
 
     // The persisted values back to their defaults, unset (no title, inactive, colour 0, width 1,
     // a line, format "0.000"); run-time values untouched.

@@ -148,12 +148,6 @@ void TDataBase::DeleteEmptyCurves() {
         for (TLimitLine& l : FLimitLines)
             if (l.Curve > i) --l.Curve;
     }
-    // Tool indices follow the lines' positions.
-    for (int i = 0; i < Curve_Count(); ++i) Cfg(i).LTool1 = Cfg(i).LTool2 = -1;
-    for (int k = 0; k < int(FLimitLines.size()); ++k) {
-        TMseSettingsCurve& c = Cfg(FLimitLines[size_t(k)].Curve);
-        (FLimitLines[size_t(k)].Which == 1 ? c.LTool1 : c.LTool2) = k;
-    }
     FRows.Clear();
 }
 
@@ -233,15 +227,8 @@ void TDataBase::AddLimitLines(int curve) {
     // Mode 1 and 2 test against L1 only; 3 and 4 need both lines.
     TMseSettingsCurve& c = Cfg(curve);
     std::erase_if(FLimitLines, [curve](const TLimitLine& l) { return l.Curve == curve; });
-    c.LTool1 = c.LTool2 = -1;
-    if (c.LAlarm >= 1 && c.LAlarm <= 4) {
-        c.LTool1 = int(FLimitLines.size());
-        FLimitLines.push_back({curve, 1, c.LValue1});
-    }
-    if (c.LAlarm == 3 || c.LAlarm == 4) {
-        c.LTool2 = int(FLimitLines.size());
-        FLimitLines.push_back({curve, 2, c.LValue2});
-    }
+    if (c.LAlarm >= 1 && c.LAlarm <= 4) FLimitLines.push_back({curve, 1, c.LValue1});
+    if (c.LAlarm == 3 || c.LAlarm == 4) FLimitLines.push_back({curve, 2, c.LValue2});
 }
 
 void TDataBase::Curve_SetLimitLines(int curve, bool on) {
@@ -261,7 +248,12 @@ void TDataBase::Curve_SetAllLimitLines(bool on) {
 
 void TDataBase::ClearLimitLines() {
     FLimitLines.clear();
-    for (int i = 0; i < Curve_Count(); ++i) Cfg(i).LTool1 = Cfg(i).LTool2 = -1;
+}
+
+int TDataBase::LimitLineIndex(int curve, int which) const {
+    for (size_t k = 0; k < FLimitLines.size(); ++k)
+        if (FLimitLines[k].Curve == curve && FLimitLines[k].Which == which) return int(k);
+    return -1;
 }
 
 bool TDataBase::IsUsedAxis(int axis) const {

@@ -276,6 +276,8 @@ public:
     void Curve_SetLimitLines(int curve, bool on);
     bool Curve_LimitLinesOn(int curve) const;
     void Curve_SetAllLimitLines(bool on);
+    // The position of a curve's limit line (which 1 or 2) among the lines; -1 for none.
+    int LimitLineIndex(int curve, int which) const;
     void ClearLimitLines();
     const std::vector<TLimitLine>& LimitLines() const { return FLimitLines; }
     bool LimitLinesOn() const { return FLimitsOn; }

@@ -1,6 +1,7 @@
 #include "Report.h"
 
 #include "ChartTexts.h"
+#include "Figures.h"
 #include "CurvePlottable.h" // the chart library, as every unit includes it
 #include "DataBase.h"
 #include "Formats.h"
@@ -29,19 +30,11 @@ using zeb::Txt;
 
 namespace {
 
-// The views' pattern for the standard deviation, whatever the curve's format.
-const QString kStdDevFormat = QStringLiteral("0.00000E+00");
-
 // Now on the wall clock, in the seconds since 1 January 2000 that every time text takes.
 double NowSince2000() {
     const QDateTime now = QDateTime::currentDateTime();
     return double(QDate(2000, 1, 1).daysTo(now.date())) * zeb::kSecondsPerDay +
            now.time().msecsSinceStartOfDay() / 1000.0;
-}
-
-bool IsCelsius(QString unit) {
-    unit.remove(QLatin1Char(' '));
-    return unit.compare(QStringLiteral("°C"), Qt::CaseInsensitive) == 0;
 }
 
 // A sampling interval: seconds below an hour, else days and hours.
@@ -250,13 +243,16 @@ TReport::TReport(const TDataBase& db, QCustomPlot* chart, const TReportOptions& 
         if (!db.Curve_IsActive(i)) continue;
         const TCurveData& d = db.Data(i);
         const auto summary = db.Summary(i);
-        const TIndexRange visible = VisibleRange(d, bottom.Min, bottom.Max);
-        const TRangeStats st = RangeStats(d, summary.get(), visible, true);
         const QString format = db.Curve_FormatGet(i);
         const QString unit = db.Curve_UnitGet(i).trimmed();
+        TFigureOptions want;
+        want.Finite = want.ExtremeTimes = want.Step = want.Violations = true;
+        if (IsCelsius(unit)) want.MktEnergy = options.ActivationEnergy;
+        const TCurveFigures f = CurveFigures(d, summary.get(), LimitRuleOf(db.Settings().Curves[i]), bottom.Min,
+                                             bottom.Max, want);
+        const TRangeStats& st = f.Finite;
         // A value as the views write it, with the unit a reader needs to sign it.
-        auto withUnit = [&unit](const QString& value) { return unit.isEmpty() ? value : value + QLatin1Char(' ') + unit; };
-        auto value = [&](double v) { return withUnit(zeb::FormatFloat(format, v)); };
+        auto value = [&](double v) { return FigureText::WithUnit(FigureText::Value(v, format), unit); };
         auto timeOf = [&](qint64 k) { return k < 0 ? QString() : TDataBase::GetXValueStr(0, d.Time(k)); };
 
         TReportCurve c;
@@ -266,39 +262,31 @@ TReport::TReport(const TDataBase& db, QCustomPlot* chart, const TReportOptions& 
             c.Name += QStringLiteral(" (") + db.Curve_LoggernameGet(i) + QLatin1Char(')');
         c.Color = db.Curve_ColorGet(i);
         c.CalcCount = st.CalcCount();
-        const double step = TypicalStep(d, visible);
         c.Values = QString::number(st.Count + st.Infinite);
-        if (std::isfinite(step))
-            c.Values += QStringLiteral(" (") + zeb::TxtFmt(TTextId::ReportInterval, {IntervalText(step)}) + QLatin1Char(')');
+        if (std::isfinite(f.Step))
+            c.Values += QStringLiteral(" (") + zeb::TxtFmt(TTextId::ReportInterval, {IntervalText(f.Step)}) + QLatin1Char(')');
         if (st.Infinite > 0) c.Infinite = zeb::TxtFmt(TTextId::ReportInfinite, {QString::number(st.Infinite)});
         if (c.CalcCount > 0) {
             c.Min = value(st.Min);
-            c.MinTime = timeOf(FirstIndexOf(d, summary.get(), visible, st.Min));
+            c.MinTime = timeOf(f.MinIndex);
             c.Max = value(st.Max);
-            c.MaxTime = timeOf(FirstIndexOf(d, summary.get(), visible, st.Max));
+            c.MaxTime = timeOf(f.MaxIndex);
             c.Average = value(st.Average);
             c.Span = value(std::abs(st.Max - st.Min));
-            if (IsCelsius(unit)) {
-                const double mkt = MeanKineticTemperature(d, visible, options.ActivationEnergy);
-                if (std::isfinite(mkt)) c.Mkt = value(mkt);
-            }
+            if (std::isfinite(f.Mkt)) c.Mkt = value(f.Mkt);
         }
-        if (c.CalcCount > 1) c.StdDev = withUnit(zeb::FormatFloat(kStdDevFormat, st.StdDev));
+        if (c.CalcCount > 1) c.StdDev = FigureText::WithUnit(FigureText::StdDev(st.StdDev), unit);
 
-        const TMseSettingsCurve& cfg = db.Settings().Curves[i];
-        const TLimitRule limits{cfg.LAlarm, cfg.LValue1, cfg.LValue2};
-        c.LimitMode = limits.Mode >= 1 && limits.Mode <= 4 ? limits.Mode : 0;
-        c.Limits = zeb::FormatText(modes.value(c.LimitMode), {value(limits.L1), value(limits.L2)});
-        const TLimitTimes t = CalcLimits(d, summary.get(), limits, visible);
-        c.LimitValid = t.Valid;
-        if (t.Valid) {
-            c.Out = DayDurationText(t.Out);
-            c.In = DayDurationText(t.In);
+        c.LimitMode = f.HasLimits() ? f.Limits.Mode : 0;
+        c.Limits = zeb::FormatText(modes.value(c.LimitMode), {value(f.Limits.L1), value(f.Limits.L2)});
+        c.LimitValid = f.Times.Valid;
+        if (f.Times.Valid) {
+            c.Out = DayDurationText(f.Times.Out);
+            c.In = DayDurationText(f.Times.In);
         }
         if (c.LimitMode > 0) {
-            const TLimitViolations v = LimitViolations(d, summary.get(), limits, visible);
-            c.Violations = v.Count;
-            c.FirstViolation = timeOf(v.FirstIndex);
+            c.Violations = f.Violations.Count;
+            c.FirstViolation = timeOf(f.Violations.FirstIndex);
         }
         FCurves.push_back(std::move(c));
     }

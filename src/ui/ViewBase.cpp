@@ -128,11 +128,13 @@ bool TfrmViewBase::BeginReCalc() {
     ++FCalcCount;
     ShowCounters();
     FList->setRowCount(0);
+    FFigures.clear();
     return true;
 }
 
 void TfrmViewBase::Clear() {
     FList->setRowCount(0);
+    FFigures.clear();
     FActiveFlags.clear();
     // A store without curves still differs from the forgotten state once it has one.
     FAxisMin = FAxisMax = std::numeric_limits<double>::quiet_NaN();

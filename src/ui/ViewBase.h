@@ -3,6 +3,8 @@
 // window that lists, per active curve, figures over the time span the chart shows, and that
 // recomputes only when the curves' visibility or that span changed.
 
+#include "Figures.h"
+
 #include <QWidget>
 
 #include <vector>
@@ -33,6 +35,13 @@ public:
     bool IsActive() const { return FActive; }
     virtual void LoadLanguageRes() = 0;
 
+    // The figures of the last computation, one per curve listed.
+    struct TShown {
+        int Curve = -1;
+        TCurveFigures Figures;
+    };
+    const std::vector<TShown>& Figures() const { return FFigures; }
+
     int CallCount() const { return FCallCount; }
     int CalcCount() const { return FCalcCount; }
     QTableWidget* List() const { return FList; }
@@ -62,6 +71,7 @@ protected:
 
     TDataBase* FDb;
     QMenu* PopupMenu1 = nullptr;
+    std::vector<TShown> FFigures;
 
 private:
     std::vector<bool> FActiveFlags;

@@ -1,9 +1,7 @@
 #include "ViewCalc.h"
 
-#include "Analysis.h"
 #include "CalcKessa.h"
 #include "DataBase.h"
-#include "Formats.h"
 #include "Texts.h"
 
 #include <cmath>
@@ -38,46 +36,29 @@ void TfrmViewCalc::ReCalc() {
     const TAxisState& bottom = FDb->View().Axes[axBottom];
     for (int i = 0; i < FDb->Curve_Count(); ++i) {
         if (!FDb->Curve_IsActive(i)) continue;
-        TMseSettingsCurve& c = FDb->Cfg_Curve_Get(i);
-        const TCurveData& d = FDb->Data(i);
         const auto summary = FDb->Summary(i);
-        const TRangeStats st = RangeStats(d, summary.get(), VisibleRange(d, bottom.Min, bottom.Max));
-        c.CalcCount = st.CalcCount();
-        c.CalcMin = c.CalcMax = c.CalcAverage = c.CalcStdDev = c.CalcSpan = 0.0;
-        c.CalcMinText.clear();
-        c.CalcMaxText.clear();
-        c.CalcAverageText.clear();
-        c.CalcSpanText.clear();
-        c.CalcStdDevText.clear();
+        const TCurveFigures f = CurveFigures(FDb->Data(i), summary.get(), LimitRuleOf(FDb->Cfg_Curve_Get(i)),
+                                             bottom.Min, bottom.Max);
+        FFigures.push_back({i, f});
+        const TRangeStats& st = f.Stats;
         const QString format = FDb->Curve_FormatGet(i);
-        if (c.CalcCount > 0) {
-            c.CalcMin = st.Min;
-            c.CalcMax = st.Max;
-            c.CalcAverage = st.Average;
-            c.CalcStdDev = st.StdDev;
-            c.CalcSpan = std::abs(st.Max - st.Min);
-            c.CalcMinText = zeb::FormatFloat(format, c.CalcMin);
-            c.CalcMaxText = zeb::FormatFloat(format, c.CalcMax);
-            c.CalcSpanText = zeb::FormatFloat(format, c.CalcSpan);
-            c.CalcAverageText = zeb::FormatFloat(format, c.CalcAverage);
+        // With one value the standard deviation's row stays empty.
+        const QString stdDev = st.CalcCount() > 1 ? FigureText::StdDev(st.StdDev) : QString();
+        const QString span = st.CalcCount() > 0 ? FigureText::Value(std::abs(st.Max - st.Min), format) : QString();
+        if (st.CalcCount() > 0) {
+            AddRow(FDb->Curve_NameUnitGet(i), Txt(TTextId::ViewMinimum), FigureText::Value(st.Min, format));
+            AddRow(QString(), Txt(TTextId::ViewMaximum), FigureText::Value(st.Max, format));
+            AddRow(QString(), Txt(TTextId::ViewAverage), FigureText::Value(st.Average, format));
+            AddRow(QString(), Txt(TTextId::ViewStdDev), stdDev);
         }
-        // Scientific whatever the curve's format; with one value the row stays empty.
-        if (c.CalcCount > 1) c.CalcStdDevText = zeb::FormatFloat(QStringLiteral("0.00000E+00"), c.CalcStdDev);
-        if (c.CalcCount > 0) {
-            AddRow(FDb->Curve_NameUnitGet(i), Txt(TTextId::ViewMinimum), c.CalcMinText);
-            AddRow(QString(), Txt(TTextId::ViewMaximum), c.CalcMaxText);
-            AddRow(QString(), Txt(TTextId::ViewAverage), c.CalcAverageText);
-            AddRow(QString(), Txt(TTextId::ViewStdDev), c.CalcStdDevText);
-        }
-        if (kessa.isCalcCurve(i) && c.CalcCount > 0) {
+        if (kessa.isCalcCurve(i) && st.CalcCount() > 0) {
             // Mapped one by one: with a negative factor the minimum's text is the larger value.
-            kessa.MinText = zeb::FormatFloat(format, kessa.getValue(c.CalcMin));
-            kessa.MaxText = zeb::FormatFloat(format, kessa.getValue(c.CalcMax));
-            kessa.AverageText = zeb::FormatFloat(format, kessa.getValue(c.CalcAverage));
-            kessa.StdDevText.clear();
-            if (c.CalcCount > 1) kessa.StdDevText = c.CalcStdDevText;
+            kessa.MinText = FigureText::Value(kessa.getValue(st.Min), format);
+            kessa.MaxText = FigureText::Value(kessa.getValue(st.Max), format);
+            kessa.AverageText = FigureText::Value(kessa.getValue(st.Average), format);
+            kessa.StdDevText = stdDev;
         }
         if (!FClipText.isEmpty()) FClipText += QLatin1Char('\t');
-        FClipText += c.CalcSpanText + QLatin1Char('\t') + c.CalcStdDevText;
+        FClipText += span + QLatin1Char('\t') + stdDev;
     }
 }

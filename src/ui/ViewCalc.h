@@ -1,7 +1,7 @@
 #pragma once
 // TfrmViewCalc: the calculation view. For every active curve its minimum, maximum, average
-// and standard deviation over the time span the chart shows; the results also go into the
-// curve's settings, where the report and the additional flow channel take them.
+// and standard deviation over the time span the chart shows; the additional flow channel's
+// texts are taken from its reference curve's figures.
 
 #include "ViewBase.h"
 

@@ -1,6 +1,5 @@
 #include "ViewLimit.h"
 
-#include "Analysis.h"
 #include "CalcKessa.h"
 #include "DataBase.h"
 #include "Texts.h"
@@ -28,19 +27,14 @@ void TfrmViewLimit::ReCalc() {
     const TAxisState& bottom = FDb->View().Axes[axBottom];
     for (int i = 0; i < FDb->Curve_Count(); ++i) {
         if (!FDb->Curve_IsActive(i)) continue;
-        TMseSettingsCurve& c = FDb->Cfg_Curve_Get(i);
-        const TCurveData& d = FDb->Data(i);
         const auto summary = FDb->Summary(i);
-        const TLimitTimes t = CalcLimits(d, summary.get(), TLimitRule{c.LAlarm, c.LValue1, c.LValue2},
-                                         VisibleRange(d, bottom.Min, bottom.Max));
-        c.LimitValid = t.Valid;
-        c.LimitOutTime = t.Out;
-        c.LimitInTime = t.In;
-        if (!t.Valid) continue;
-        c.LimitOutText = DurationText(t.Out);
-        c.LimitInText = DurationText(t.In);
-        AddRow(FDb->Curve_NameUnitGet(i), Txt(TTextId::ViewOutOfLimits), c.LimitOutText);
-        AddRow(QString(), Txt(TTextId::ViewWithinLimits), c.LimitInText);
-        if (kessa.isCalcCurve(i)) kessa.LimitText[0] = c.LimitOutText;
+        const TCurveFigures f = CurveFigures(FDb->Data(i), summary.get(), LimitRuleOf(FDb->Cfg_Curve_Get(i)),
+                                             bottom.Min, bottom.Max);
+        if (!f.Times.Valid) continue;
+        FFigures.push_back({i, f});
+        const QString out = DurationText(f.Times.Out);
+        AddRow(FDb->Curve_NameUnitGet(i), Txt(TTextId::ViewOutOfLimits), out);
+        AddRow(QString(), Txt(TTextId::ViewWithinLimits), DurationText(f.Times.In));
+        if (kessa.isCalcCurve(i)) kessa.LimitText[0] = out;
     }
 }

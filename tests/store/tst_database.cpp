@@ -229,8 +229,8 @@ private Q_SLOTS:
         QCOMPARE(alarms, (QList<bool>{true, false, false, false, true}));
         QVERIFY(!db.Table_IsAlarm(0, 7));
         QCOMPARE(int(db.LimitLines().size()), 2);
-        QCOMPARE(db.Settings().Curves[0].LTool1, 0);
-        QCOMPARE(db.Settings().Curves[0].LTool2, 1);
+        QCOMPARE(db.LimitLineIndex(0, 1), 0);
+        QCOMPARE(db.LimitLineIndex(0, 2), 1);
     }
 
     void mergedWalk() {
@@ -298,7 +298,7 @@ private Q_SLOTS:
         QCOMPARE(db.Curve_NameGet(0), QStringLiteral("a"));
         QCOMPARE(db.Curve_NameGet(1), QStringLiteral("b"));
         QCOMPARE(db.LimitLines().front().Curve, 1);
-        QCOMPARE(db.Settings().Curves[1].LTool1, 0);
+        QCOMPARE(db.LimitLineIndex(1, 1), 0);
     }
 
     void namesAndUnits() {

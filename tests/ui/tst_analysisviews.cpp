@@ -130,7 +130,9 @@ private Q_SLOTS:
         QCOMPARE(Cell(calc, 0, 2), FormatFloat(db.Curve_FormatGet(0), st.Min));
         QCOMPARE(Cell(calc, 2, 2), FormatFloat(db.Curve_FormatGet(0), st.Average));
         QCOMPARE(Cell(calc, 3, 2), FormatFloat(u"0.00000E+00"_s, st.StdDev));
-        QCOMPARE(db.Cfg_Curve_Get(0).CalcMax, st.Max);
+        // The figures the view shows are the view's own, not kept in the settings.
+        QCOMPARE(calc.Figures().front().Curve, 0);
+        QCOMPARE(calc.Figures().front().Figures.Stats.Max, st.Max);
 
         // Asked again without a change: counted, not computed.
         const int calls = calc.CallCount(), done = calc.CalcCount();
@@ -344,16 +346,19 @@ private Q_SLOTS:
         TCurvePlottable* derived = f->Chart()->DerivedPlottable();
         QVERIFY(derived);
         QCOMPARE(derived->name(), u"Q [m3/h]"_s);
-        const TMseSettingsCurve& ref = f->DataBase()->Cfg_Curve_Get(1);
+        const auto& shown = f->ViewCalc()->Figures();
+        const auto it = std::find_if(shown.begin(), shown.end(), [](const auto& e) { return e.Curve == 1; });
+        QVERIFY(it != shown.end());
+        const TRangeStats& ref = it->Figures.Stats;
         const QString format = f->DataBase()->Curve_FormatGet(1);
         // A negative factor makes the mapped minimum the larger value; kept so.
-        QCOMPARE(CalcKessa().MinText, FormatFloat(format, -0.5 * ref.CalcMin + 1.0));
-        QCOMPARE(CalcKessa().MaxText, FormatFloat(format, -0.5 * ref.CalcMax + 1.0));
-        QCOMPARE(CalcKessa().StdDevText, ref.CalcStdDevText);
+        QCOMPARE(CalcKessa().MinText, FormatFloat(format, -0.5 * ref.Min + 1.0));
+        QCOMPARE(CalcKessa().MaxText, FormatFloat(format, -0.5 * ref.Max + 1.0));
+        QCOMPARE(CalcKessa().StdDevText, FigureText::StdDev(ref.StdDev));
         bool found = false;
         const QCPRange r = derived->getValueRange(found);
         QVERIFY(found);
-        QCOMPARE(r.lower, -0.5 * ref.CalcMax + 1.0);
+        QCOMPARE(r.lower, -0.5 * ref.Max + 1.0);
         // Switched off, the chart no longer draws it.
         CalcKessa().setInactive();
         f->Chart()->Rebuild();

@@ -167,22 +167,21 @@ private Q_SLOTS:
 
         const QStringList names = {db.Curve_NameUnitGet(0), db.Curve_NameUnitGet(1), u"Notices"_s};
         for (int i = 0; i < 2; ++i) {
-            const TMseSettingsCurve& c = db.Cfg_Curve_Get(i);
-            QVERIFY(c.CalcCount == 2 && c.LimitValid);
+            // The views list the shown curves 0 and 1; their figures are the report's too.
+            const TCurveFigures& shown = calc.Figures()[size_t(i)].Figures;
+            const TLimitTimes& times = limit.Figures()[size_t(i)].Figures.Times;
+            QVERIFY(shown.Stats.CalcCount() == 2 && times.Valid);
+            const QString format = db.Curve_FormatGet(i);
             const QStringList s = Section(text, names[i], names);
             QVERIFY2(!s.isEmpty(), qPrintable(names[i]));
-            QVERIFY(Row(s, u"Minimum"_s).contains(c.CalcMinText));
-            QVERIFY(Row(s, u"Maximum"_s).contains(c.CalcMaxText));
-            QVERIFY(Row(s, u"Average"_s).contains(c.CalcAverageText));
-            QVERIFY(Row(s, u"Standard deviation"_s).contains(c.CalcStdDevText));
-            QVERIFY(Row(s, u"Span"_s).contains(c.CalcSpanText));
+            QVERIFY(Row(s, u"Minimum"_s).contains(FigureText::Value(shown.Stats.Min, format)));
+            QVERIFY(Row(s, u"Maximum"_s).contains(FigureText::Value(shown.Stats.Max, format)));
+            QVERIFY(Row(s, u"Average"_s).contains(FigureText::Value(shown.Stats.Average, format)));
+            QVERIFY(Row(s, u"Standard deviation"_s).contains(FigureText::StdDev(shown.Stats.StdDev)));
+            QVERIFY(Row(s, u"Span"_s).contains(FigureText::Value(shown.Stats.Max - shown.Stats.Min, format)));
             // The view's times, read as days and hours.
-            const TAxisState& x = db.View().Axes[axBottom];
-            const TLimitTimes t = CalcLimits(db.Data(i), nullptr, TLimitRule{c.LAlarm, c.LValue1, c.LValue2},
-                                             VisibleRange(db.Data(i), x.Min, x.Max));
-            QCOMPARE(DurationText(t.Out), c.LimitOutText);
-            QVERIFY(Row(s, u"Out of limits time"_s).contains(DayDurationText(t.Out)));
-            QVERIFY(Row(s, u"Within limits time"_s).contains(DayDurationText(t.In)));
+            QVERIFY(Row(s, u"Out of limits time"_s).contains(DayDurationText(times.Out)));
+            QVERIFY(Row(s, u"Within limits time"_s).contains(DayDurationText(times.In)));
         }
         // The temperature over points 10..900: extremes first at 180 (12 °C) and 60 (28 °C),
         // above 25 °C from point 26 on, once in each of four periods; the mean kinetic
