@@ -96,7 +96,6 @@ void TDataBase::Reset() {
     FSettings.TimeTexts.Clear();
     for (auto& w : FWork) w.Clear();
     FRows.Clear();
-    FPrintRow.Clear();
     FLimitLines.clear();
     FFirstTime = 0.0;
     FStartTime = 0.0;
@@ -479,29 +478,6 @@ bool TDataPrintRow::nextValues() {
         c.Load();
     }
     return ChooseRow();
-}
-
-bool TDataBase::Table2_start() {
-    FPrintRow.Clear();
-    for (int i = 0; i < Curve_Count(); ++i) {
-        if (!Curve_IsAvailable(i)) continue;
-        TDataPrintCurve c;
-        c.FCurve = i;
-        c.FData = &Data(i);
-        FPrintRow.Add(c);
-    }
-    return FPrintRow.initialize();
-}
-
-bool TDataBase::Table2_next() { return FPrintRow.nextValues(); }
-
-QString TDataBase::Table2_getTimeStr() const { return GetXValueStr(1, FPrintRow.Time()); }
-
-QString TDataBase::Table2_getValueStr(int column) const {
-    if (column < 0 || column >= FPrintRow.Count()) return {};
-    const TDataPrintCurve& c = FPrintRow.GetItem(column);
-    if (!c.FMarked || c.FData->IsGap(c.FIndex)) return {};
-    return zeb::FormatFloat(Curve_FormatGet(c.FCurve), c.FValue);
 }
 
 // ====================================================================== big data

@@ -334,15 +334,6 @@ public:
     QString Table_GetValue(int curve, int row) const;
     bool Table_IsAlarm(int curve, int row) const;
 
-    // ------------------------------------------------------------------ merged walk
-    bool Table2_start();
-    bool Table2_next();
-    int Table2_getVisibleColumns() const { return FPrintRow.Count(); }
-    int Table2_getCurve(int column) const { return FPrintRow.GetItem(column).FCurve; }
-    double Table2_getTime() const { return FPrintRow.Time(); }
-    QString Table2_getTimeStr() const;
-    QString Table2_getValueStr(int column) const;
-
     // ------------------------------------------------------------------ big data
     void CheckBigData();
     bool isBigData() const { return FIsBigData; }
@@ -406,7 +397,6 @@ private:
     std::atomic<bool> FLoading = false;
     bool FLimitsOn = true;
     std::vector<TLimitLine> FLimitLines;
-    TDataPrintRow FPrintRow;
     quint64 FSamplesGeneration = 0;
     int FExtView = 0;
 };

@@ -63,7 +63,6 @@ private Q_SLOTS:
         db.GetXMinXMax(mn, mx, false);
         QCOMPARE(mn, 0.0);
         QCOMPARE(mx, 0.0);
-        QVERIFY(!db.Table2_start());
         db.Table_SetFirstRow(100);
         QCOMPARE(db.Table_RowCount(), 0);
         QCOMPARE(db.Table_GetTime(-1), QString());
@@ -231,26 +230,6 @@ private Q_SLOTS:
         QCOMPARE(int(db.LimitLines().size()), 2);
         QCOMPARE(db.LimitLineIndex(0, 1), 0);
         QCOMPARE(db.LimitLineIndex(0, 2), 1);
-    }
-
-    void mergedWalk() {
-        TDataBase db;
-        TFill f{db};
-        f.Curve("a", {{10.0, 1}, {20.0, 2}});
-        f.Curve("b", {{10.0000001, 5}, {20.0, 6}});
-        f.Curve("empty", {});
-        f.Curve("off", {{1.0, 9}});
-        db.Curve_SetActive(3, false);
-        QVERIFY(db.Table2_start());
-        QCOMPARE(db.Table2_getVisibleColumns(), 2);
-        QStringList rows;
-        do {
-            rows << QString::number(db.Table2_getTime(), 'g', 12) + QLatin1Char(':') + db.Table2_getValueStr(0) +
-                        QLatin1Char('|') + db.Table2_getValueStr(1);
-        } while (db.Table2_next());
-        QCOMPARE(rows, (QStringList{"10:1.0|", "10.0000001:|5.0", "20:2.0|6.0"}));
-        QCOMPARE(db.Table2_getTime(), -1.0);
-        QCOMPARE(db.Table2_getCurve(1), 1);
     }
 
     void bigDataThreshold_data() {

@@ -13,6 +13,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <vector>
+
 using namespace tooltest;
 using namespace Qt::StringLiterals;
 using B = TRecordingBuilder;
@@ -221,18 +223,30 @@ private Q_SLOTS:
         f.TimeColumn = 3;
         const QStringList lines = Convert(source, f);
         const auto db = Load(source);
+        // The rows by a plain merge of the shown curves in file order: each row takes the
+        // smallest time the curves are at, and every curve standing exactly there moves on (a
+        // gap marker moves on with an empty cell).
+        std::vector<int> shown;
+        for (int c = 0; c < db->Curve_Count(); ++c)
+            if (db->Curve_IsAvailable(c)) shown.push_back(c);
+        std::vector<qint64> at(shown.size(), 0);
         QStringList expected;
-        for (int c = 0; c < db->Curve_Count(); ++c) db->Curve_FormatSet(c, u"0.000000000E+00"_s);
-        if (db->Table2_start()) {
-            do {
-                QStringList cells(db->Curve_Count());
-                for (int k = 0; k < db->Table2_getVisibleColumns(); ++k) {
-                    const QString v = db->Table2_getValueStr(k);
-                    // Ten significant digits give the single back.
-                    if (!v.isEmpty()) cells[db->Table2_getCurve(k)] = Bits(float(v.toDouble()));
-                }
-                expected << QString::number(db->Table2_getTime(), 'f', 6) + u","_s + cells.join(u',');
-            } while (db->Table2_next());
+        for (;;) {
+            double time = 0.0;
+            bool any = false;
+            for (size_t k = 0; k < shown.size(); ++k) {
+                const TCurveData& d = db->Data(shown[k]);
+                if (at[k] < d.Count() && (!any || d.Time(at[k]) < time)) time = d.Time(at[k]), any = true;
+            }
+            if (!any) break;
+            QStringList cells(db->Curve_Count());
+            for (size_t k = 0; k < shown.size(); ++k) {
+                const TCurveData& d = db->Data(shown[k]);
+                if (at[k] >= d.Count() || d.Time(at[k]) != time) continue;
+                if (!d.IsGap(at[k])) cells[shown[k]] = Bits(float(d.Value(at[k])));
+                ++at[k];
+            }
+            expected << QString::number(time, 'f', 6) + u","_s + cells.join(u',');
         }
         QStringList actual = lines.mid(1);
         for (QString& line : actual) {
