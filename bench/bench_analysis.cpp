@@ -11,9 +11,9 @@
 // under 10 ms at 10^8; limit times at least 5 times faster on rare crossings and never slower
 // on frequent ones; results equal (extremes exactly, sums to 1e-9 relative).
 
-#include "Analysis.h"
-#include "DataBase.h"
-#include "Figures.h"
+#include "analysis/Analysis.h"
+#include "analysis/Figures.h"
+#include "store/DataBase.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>

@@ -8,7 +8,7 @@
 // temporary folder.
 
 #include "Cutter.h"
-#include "DataFile.h"
+#include "data/DataFile.h"
 #include "Overview.h"
 #include "RecordingGenerator.h"
 

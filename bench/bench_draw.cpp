@@ -8,8 +8,8 @@
 // Goals: the redraw of 10^8 values within 2 times the redraw of 10^4 (cost follows pixels,
 // not samples), and at 10^7 values at least 5 times faster than the stock graph.
 
-#include "CurveData.h"
-#include "CurvePlottable.h"
+#include "data/CurveData.h"
+#include "ui/CurvePlottable.h"
 
 #include <QApplication>
 #include <QElapsedTimer>

@@ -4,8 +4,8 @@
 //
 // Goal: within 4 times FFTW.
 
-#include "FastFourier.h"
-#include "Spectrum.h"
+#include "analysis/FastFourier.h"
+#include "analysis/Spectrum.h"
 
 #include <QElapsedTimer>
 

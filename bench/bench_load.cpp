@@ -10,11 +10,11 @@
 // same recording with its stamps kept as written (ratios <= 1, give or take the noise).
 
 #include "BenchCommon.h"
-#include "CurveData.h"
-#include "DataBase.h"
-#include "DataFile.h"
-#include "FileThread.h"
+#include "data/CurveData.h"
+#include "data/DataFile.h"
 #include "RecordingGenerator.h"
+#include "store/DataBase.h"
+#include "store/FileThread.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>

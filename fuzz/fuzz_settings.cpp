@@ -3,7 +3,7 @@
 // is chosen, the settings are loaded for the viewer and for the suite's main program, and the
 // viewer's own values are saved; after one save and load they must survive another unchanged.
 
-#include "ZebReg.h"
+#include "config/ZebReg.h"
 
 #include <QDateTime>
 #include <QDir>

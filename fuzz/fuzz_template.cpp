@@ -4,8 +4,8 @@
 // written and save to the same bytes again. (Writing every value, set or not, adds only the
 // defaults to what the saves here write, at a third of the time; the tests cover it.)
 
-#include "IniFile.h"
-#include "MseSettings.h"
+#include "config/IniFile.h"
+#include "config/MseSettings.h"
 
 #include <cstdint>
 #include <cstdio>

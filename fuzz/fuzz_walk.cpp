@@ -6,8 +6,8 @@
 // error too, after the same points; it may have read more before, as it accepts some Huffman
 // tables zlib rejects.
 
-#include "DataFile.h"
-#include "RecordingWalk.h"
+#include "data/DataFile.h"
+#include "data/RecordingWalk.h"
 
 #include <QFile>
 #include <QTemporaryFile>

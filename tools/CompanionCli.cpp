@@ -1,9 +1,9 @@
 #include "CompanionCli.h"
 
-#include "Formats.h"
-#include "Language.h"
-#include "Texts.h"
-#include "ZebReg.h"
+#include "config/Language.h"
+#include "config/Texts.h"
+#include "config/ZebReg.h"
+#include "data/Formats.h"
 
 #include <QFileInfo>
 

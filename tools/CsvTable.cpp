@@ -1,10 +1,10 @@
 #include "CsvTable.h"
 
-#include "CurveData.h"
-#include "DataBase.h"
-#include "Formats.h"
-#include "RecordingWalk.h"
-#include "Texts.h"
+#include "config/Texts.h"
+#include "data/CurveData.h"
+#include "data/Formats.h"
+#include "data/RecordingWalk.h"
+#include "store/DataBase.h"
 
 #include <QIODevice>
 

@@ -7,9 +7,9 @@
 // then asks to be fed again in whole mode, where it keeps every point, sorts each curve as
 // the loader does and walks once at the end.
 
-#include "CurveData.h"
-#include "Formats.h"
-#include "ZebReg.h"
+#include "config/ZebReg.h"
+#include "data/CurveData.h"
+#include "data/Formats.h"
 
 #include <QByteArray>
 #include <QLocale>

@@ -1,8 +1,8 @@
 #include "Cutter.h"
 
-#include "DataFile.h"
-#include "RecordingWalk.h"
-#include "Texts.h"
+#include "config/Texts.h"
+#include "data/DataFile.h"
+#include "data/RecordingWalk.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -1,6 +1,6 @@
 #include "Overview.h"
 
-#include "DataFile.h"
+#include "data/DataFile.h"
 
 #include <algorithm>
 #include <bit>

@@ -7,7 +7,7 @@
 // stamp and are merged pairwise whenever a stamp falls outside them: each bucket then always
 // covers a whole number of the narrowest ones, and nothing is read twice.
 
-#include "RecordingWalk.h"
+#include "data/RecordingWalk.h"
 
 #include <QString>
 

@@ -1,10 +1,10 @@
 #include "Previewer.h"
 
 #include "CompanionCli.h"
-#include "DataBase.h"
-#include "Formats.h"
-#include "Texts.h"
-#include "ZebReg.h"
+#include "config/Texts.h"
+#include "config/ZebReg.h"
+#include "data/Formats.h"
+#include "store/DataBase.h"
 
 // The chart library's header uses Qt's keyword macros, which this project switches off.
 #define signals Q_SIGNALS

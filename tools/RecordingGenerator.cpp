@@ -2,8 +2,8 @@
 
 #include <limits>
 
-#include "DataFile.h"
-#include "RecordingWalk.h"
+#include "data/DataFile.h"
+#include "data/RecordingWalk.h"
 
 #include <bit>
 #include <cmath>

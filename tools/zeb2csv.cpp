@@ -2,7 +2,7 @@
 // `zeb2csv --help` lists the settings codes and the exit codes.
 
 #include "CompanionCli.h"
-#include "Texts.h"
+#include "config/Texts.h"
 
 #include <QCoreApplication>
 

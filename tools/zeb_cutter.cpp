@@ -2,7 +2,7 @@
 // with the final word "csv" as text. `zeb_cutter --help` lists the arguments and exit codes.
 
 #include "CompanionCli.h"
-#include "Texts.h"
+#include "config/Texts.h"
 
 #include <QCoreApplication>
 

@@ -2,11 +2,11 @@
 // `zeb_previewer --help` gives the usage and exit codes.
 
 #include "CompanionCli.h"
-#include "Language.h"
+#include "config/Language.h"
+#include "config/QtOptions.h"
+#include "config/Texts.h"
+#include "config/ZebReg.h"
 #include "Previewer.h"
-#include "QtOptions.h"
-#include "Texts.h"
-#include "ZebReg.h"
 
 #include <QApplication>
 #include <QFileDialog>

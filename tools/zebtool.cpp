@@ -10,18 +10,18 @@
 //   zebtool fft --curve I --from S --to S FILE
 //                                     the FFT view's spectrum of a band of one curve
 
-#include "Analysis.h"
-#include "Figures.h"
-#include "Spectrum.h"
-#include "DataBase.h"
-#include "DataFile.h"
-#include "FileThread.h"
-#include "Formats.h"
-#include "Language.h"
+#include "analysis/Analysis.h"
+#include "analysis/Figures.h"
+#include "analysis/Spectrum.h"
+#include "config/Language.h"
+#include "config/Texts.h"
+#include "config/ZebReg.h"
+#include "data/DataFile.h"
+#include "data/Formats.h"
+#include "data/RecordingWalk.h"
 #include "RecordingGenerator.h"
-#include "RecordingWalk.h"
-#include "Texts.h"
-#include "ZebReg.h"
+#include "store/DataBase.h"
+#include "store/FileThread.h"
 
 #include <QCoreApplication>
 #include <QDateTime>

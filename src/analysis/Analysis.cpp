@@ -1,8 +1,8 @@
-#include "Analysis.h"
+#include "analysis/Analysis.h"
 
-#include "Formats.h"
-#include "MseSettings.h"
-#include "Texts.h"
+#include "config/MseSettings.h"
+#include "config/Texts.h"
+#include "data/Formats.h"
 
 #include <algorithm>
 #include <cmath>

@@ -12,8 +12,8 @@
 // blocks are taken from their summaries and only the ragged ends are read point by point;
 // without it every point is read (the reference the fast path is checked against).
 
-#include "CurveData.h"
-#include "CurveSummary.h"
+#include "data/CurveData.h"
+#include "data/CurveSummary.h"
 
 #include <QString>
 

@@ -1,4 +1,4 @@
-#include "CalcKessa.h"
+#include "analysis/CalcKessa.h"
 
 void TCalcKessa::setCalcCurve(bool active, int index, const QString& name, const QString& unit, double factor,
                               double offset) {

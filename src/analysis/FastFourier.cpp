@@ -1,4 +1,4 @@
-#include "FastFourier.h"
+#include "analysis/FastFourier.h"
 
 #include <algorithm>
 #include <bit>

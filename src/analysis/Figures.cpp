@@ -1,6 +1,6 @@
-#include "Figures.h"
+#include "analysis/Figures.h"
 
-#include "Formats.h"
+#include "data/Formats.h"
 
 #include <cmath>
 

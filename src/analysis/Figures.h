@@ -3,8 +3,8 @@
 // the report and zebtool show, computed by the same functions in one call, and the texts they
 // are written with. Nothing of it is kept in the display settings.
 
-#include "Analysis.h"
-#include "MseSettings.h"
+#include "analysis/Analysis.h"
+#include "config/MseSettings.h"
 
 #include <QString>
 

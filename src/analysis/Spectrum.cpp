@@ -1,6 +1,6 @@
-#include "Spectrum.h"
+#include "analysis/Spectrum.h"
 
-#include "Analysis.h"
+#include "analysis/Analysis.h"
 
 #include <algorithm>
 #include <cmath>

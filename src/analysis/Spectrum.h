@@ -2,8 +2,8 @@
 // The FFT view's computation on a band of a curve: which points the band holds, how many lines
 // the transform gets, and the magnitude spectrum over frequency in hertz.
 
-#include "CurveData.h"
-#include "FastFourier.h"
+#include "analysis/FastFourier.h"
+#include "data/CurveData.h"
 
 #include <vector>
 

@@ -1,4 +1,4 @@
-#include "AuditLog.h"
+#include "app/AuditLog.h"
 
 #include <QLocalSocket>
 

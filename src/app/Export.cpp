@@ -1,16 +1,16 @@
-#include "Export.h"
+#include "app/Export.h"
 
-#include "BigDataDlg.h"
-#include "ChartTexts.h"
-#include "CrossHair.h"
-#include "DataBase.h"
-#include "FileThread.h"
-#include "Printing.h"
-#include "Report.h"
-#include "Startup.h"
-#include "Texts.h"
-#include "ZebChart.h"
-#include "ZebReg.h"
+#include "app/Startup.h"
+#include "config/Texts.h"
+#include "config/ZebReg.h"
+#include "store/DataBase.h"
+#include "store/FileThread.h"
+#include "ui/BigDataDlg.h"
+#include "ui/ChartTexts.h"
+#include "ui/CrossHair.h"
+#include "ui/Printing.h"
+#include "ui/Report.h"
+#include "ui/ZebChart.h"
 
 #include <QDir>
 #include <QEventLoop>

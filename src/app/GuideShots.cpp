@@ -3,12 +3,12 @@
 // chart with both cursors, the table, the configuration page, the calculation and limit views,
 // and the FFT view. scripts/guide-shots.sh runs it; nothing here is part of the viewer.
 
-#include "Main.h"
-#include "Startup.h"
+#include "app/Startup.h"
+#include "ui/Main.h"
 
-#include "ViewCalc.h"
-#include "ViewFFT.h"
-#include "ViewLimit.h"
+#include "ui/ViewCalc.h"
+#include "ui/ViewFFT.h"
+#include "ui/ViewLimit.h"
 
 #include <QAction>
 #include <QCheckBox>

@@ -1,14 +1,14 @@
-#include "Startup.h"
+#include "app/Startup.h"
 
-#include "AuditLog.h"
-#include "BigDataDlg.h"
-#include "Export.h"
-#include "Language.h"
-#include "Main.h"
-#include "QtOptions.h"
-#include "Texts.h"
-#include "ZebDlg.h"
-#include "ZebReg.h"
+#include "app/AuditLog.h"
+#include "app/Export.h"
+#include "config/Language.h"
+#include "config/QtOptions.h"
+#include "config/Texts.h"
+#include "config/ZebReg.h"
+#include "ui/BigDataDlg.h"
+#include "ui/Main.h"
+#include "ui/ZebDlg.h"
 
 #include <QApplication>
 #include <QDir>

@@ -1,7 +1,7 @@
-#include "IniFile.h"
+#include "config/IniFile.h"
 
-#include "AnsiText.h"
-#include "Formats.h"
+#include "data/AnsiText.h"
+#include "data/Formats.h"
 
 #include <QFile>
 #include <QSaveFile>

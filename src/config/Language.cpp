@@ -1,7 +1,7 @@
-#include "Language.h"
+#include "config/Language.h"
 
-#include "Formats.h"
-#include "Texts.h"
+#include "config/Texts.h"
+#include "data/Formats.h"
 
 #include <QCoreApplication>
 #include <QLibraryInfo>

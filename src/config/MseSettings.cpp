@@ -1,6 +1,6 @@
-#include "MseSettings.h"
+#include "config/MseSettings.h"
 
-#include "IniFile.h"
+#include "config/IniFile.h"
 
 #include <QFileInfo>
 #include <QHash>

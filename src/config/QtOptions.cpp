@@ -1,4 +1,4 @@
-#include "QtOptions.h"
+#include "config/QtOptions.h"
 
 namespace zeb {
 

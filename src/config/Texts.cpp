@@ -1,4 +1,4 @@
-#include "Texts.h"
+#include "config/Texts.h"
 
 #include <array>
 

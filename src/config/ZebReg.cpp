@@ -1,8 +1,8 @@
-#include "ZebReg.h"
+#include "config/ZebReg.h"
 
-#include "Formats.h"
-#include "IniFile.h"
-#include "Texts.h"
+#include "config/IniFile.h"
+#include "config/Texts.h"
+#include "data/Formats.h"
 
 #include <QCoreApplication>
 #include <QDir>

@@ -1,4 +1,4 @@
-#include "AnsiText.h"
+#include "data/AnsiText.h"
 
 #include <array>
 

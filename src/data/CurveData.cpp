@@ -1,4 +1,4 @@
-#include "CurveData.h"
+#include "data/CurveData.h"
 
 #include <algorithm>
 #include <atomic>

@@ -10,7 +10,7 @@
 // sampled curve costs 4.5 bytes per point instead of 12. Chunks that runs do not describe
 // well keep their stamps as written.
 
-#include "RecordingWalk.h"
+#include "data/RecordingWalk.h"
 
 #include <bit>
 #include <cstdint>

@@ -1,4 +1,4 @@
-#include "CurveSummary.h"
+#include "data/CurveSummary.h"
 
 #include <cmath>
 #include <new>

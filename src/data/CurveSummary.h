@@ -1,7 +1,7 @@
 #pragma once
 // Block summaries of a curve's samples for drawing and for the analyses.
 
-#include "CurveData.h"
+#include "data/CurveData.h"
 
 #include <QtGlobal>
 

@@ -1,6 +1,6 @@
-#include "DataFile.h"
+#include "data/DataFile.h"
 
-#include "AnsiText.h"
+#include "data/AnsiText.h"
 
 #include <QFile>
 #include <QIODevice>

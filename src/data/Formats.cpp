@@ -1,4 +1,4 @@
-#include "Formats.h"
+#include "data/Formats.h"
 
 #include <QDate>
 #include <QRegularExpression>

@@ -1,7 +1,7 @@
-#include "RecordingWalk.h"
+#include "data/RecordingWalk.h"
 
-#include "CurveData.h"
-#include "DataFile.h"
+#include "data/CurveData.h"
+#include "data/DataFile.h"
 
 #include <algorithm>
 #include <bit>

@@ -1,8 +1,8 @@
-#include "DataBase.h"
+#include "store/DataBase.h"
 
-#include "Formats.h"
-#include "Texts.h"
-#include "ZebReg.h"
+#include "config/Texts.h"
+#include "config/ZebReg.h"
+#include "data/Formats.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -6,9 +6,9 @@
 // While a file loads, the loader thread appends to the curves; the views must not read the
 // samples until the final report (IsLoading() tells them).
 
-#include "CurveData.h"
-#include "CurveSummary.h"
-#include "MseSettings.h"
+#include "config/MseSettings.h"
+#include "data/CurveData.h"
+#include "data/CurveSummary.h"
 
 #include <QObject>
 #include <QStringList>

@@ -1,7 +1,7 @@
-#include "FileThread.h"
+#include "store/FileThread.h"
 
-#include "DataBase.h"
-#include "DataFile.h"
+#include "data/DataFile.h"
+#include "store/DataBase.h"
 
 #include <QCoreApplication>
 

@@ -1,6 +1,6 @@
-#include "BigDataDlg.h"
+#include "ui/BigDataDlg.h"
 
-#include "Texts.h"
+#include "config/Texts.h"
 
 #include <QButtonGroup>
 #include <QFrame>

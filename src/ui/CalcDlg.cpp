@@ -1,10 +1,10 @@
-#include "CalcDlg.h"
+#include "ui/CalcDlg.h"
 
-#include "Analysis.h"
-#include "CrossHair.h"
-#include "DataBase.h"
-#include "Formats.h"
-#include "Texts.h"
+#include "analysis/Analysis.h"
+#include "config/Texts.h"
+#include "data/Formats.h"
+#include "store/DataBase.h"
+#include "ui/CrossHair.h"
 
 #include <QApplication>
 #include <QGridLayout>

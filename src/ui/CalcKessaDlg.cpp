@@ -1,10 +1,10 @@
-#include "CalcKessaDlg.h"
+#include "ui/CalcKessaDlg.h"
 
-#include "CalcKessa.h"
-#include "DataBase.h"
-#include "Texts.h"
-#include "ValidateEdit.h"
-#include "ZebReg.h"
+#include "analysis/CalcKessa.h"
+#include "config/Texts.h"
+#include "config/ZebReg.h"
+#include "store/DataBase.h"
+#include "ui/ValidateEdit.h"
 
 #include <QCheckBox>
 #include <QFormLayout>

@@ -1,13 +1,13 @@
-#include "CfgPage.h"
+#include "ui/CfgPage.h"
 
-#include "DataBase.h"
-#include "DateTimeInput.h"
-#include "Formats.h"
-#include "Texts.h"
-#include "ValidateEdit.h"
-#include "WheelSideways.h"
-#include "ZebChart.h"
-#include "ZebDlg.h"
+#include "config/Texts.h"
+#include "data/Formats.h"
+#include "store/DataBase.h"
+#include "ui/DateTimeInput.h"
+#include "ui/ValidateEdit.h"
+#include "ui/WheelSideways.h"
+#include "ui/ZebChart.h"
+#include "ui/ZebDlg.h"
 
 #include <QAbstractTableModel>
 #include <QCheckBox>

@@ -1,11 +1,11 @@
-#include "ChartEditor.h"
+#include "ui/ChartEditor.h"
 
-#include "DataBase.h"
-#include "Formats.h"
-#include "Texts.h"
-#include "ValidateEdit.h"
-#include "ZebChart.h"
-#include "ZebDlg.h"
+#include "config/Texts.h"
+#include "data/Formats.h"
+#include "store/DataBase.h"
+#include "ui/ValidateEdit.h"
+#include "ui/ZebChart.h"
+#include "ui/ZebDlg.h"
 
 #include <QCheckBox>
 #include <QComboBox>

@@ -1,9 +1,9 @@
-#include "ChartPropsDlg.h"
+#include "ui/ChartPropsDlg.h"
 
-#include "CurvePlottable.h"
-#include "Texts.h"
-#include "ValidateEdit.h"
-#include "ZebDlg.h"
+#include "config/Texts.h"
+#include "ui/CurvePlottable.h"
+#include "ui/ValidateEdit.h"
+#include "ui/ZebDlg.h"
 
 #include <QDialogButtonBox>
 #include <QFormLayout>

@@ -1,10 +1,10 @@
-#include "ChartTexts.h"
+#include "ui/ChartTexts.h"
 
-#include "CrossHair.h"
-#include "CurvePlottable.h"
-#include "DataBase.h"
-#include "Texts.h"
-#include "ZebDlg.h"
+#include "config/Texts.h"
+#include "store/DataBase.h"
+#include "ui/CrossHair.h"
+#include "ui/CurvePlottable.h"
+#include "ui/ZebDlg.h"
 
 #include <QMenu>
 #include <QMouseEvent>

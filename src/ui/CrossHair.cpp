@@ -1,9 +1,9 @@
-#include "CrossHair.h"
+#include "ui/CrossHair.h"
 
-#include "DataBase.h"
-#include "Formats.h"
-#include "Texts.h"
-#include "ZebChart.h"
+#include "config/Texts.h"
+#include "data/Formats.h"
+#include "store/DataBase.h"
+#include "ui/ZebChart.h"
 
 #include <QLabel>
 

@@ -1,7 +1,7 @@
-#include "CurvePlottable.h"
+#include "ui/CurvePlottable.h"
 
-#include "CurveData.h"
-#include "DataBase.h"
+#include "data/CurveData.h"
+#include "store/DataBase.h"
 
 #include <algorithm>
 #include <limits>

@@ -33,7 +33,7 @@
 #endif
 
 #include <algorithm>
-#include "CurveSummary.h"
+#include "data/CurveSummary.h"
 
 #include <cmath>
 #include <memory>

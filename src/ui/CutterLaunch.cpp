@@ -1,8 +1,8 @@
-#include "CutterLaunch.h"
+#include "ui/CutterLaunch.h"
 
-#include "DataBase.h"
-#include "Texts.h"
-#include "ZebReg.h"
+#include "config/Texts.h"
+#include "config/ZebReg.h"
+#include "store/DataBase.h"
 
 #include <QDir>
 #include <QProcess>

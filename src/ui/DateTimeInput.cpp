@@ -1,7 +1,7 @@
-#include "DateTimeInput.h"
+#include "ui/DateTimeInput.h"
 
-#include "Formats.h"
-#include "Texts.h"
+#include "config/Texts.h"
+#include "data/Formats.h"
 
 #include <QComboBox>
 #include <QDateEdit>

@@ -1,8 +1,8 @@
-#include "GoToDlg.h"
+#include "ui/GoToDlg.h"
 
-#include "DateTimeInput.h"
-#include "Texts.h"
-#include "ValidateEdit.h"
+#include "config/Texts.h"
+#include "ui/DateTimeInput.h"
+#include "ui/ValidateEdit.h"
 
 #include <QHBoxLayout>
 #include <QLabel>

@@ -1,21 +1,21 @@
 // The main window's commands on the chart: grids, axes, crosshairs, scale and undo, the
 // analyses it shows, and the texts written onto it.
 
-#include "Main.h"
+#include "ui/Main.h"
 
-#include "CalcDlg.h"
-#include "CalcKessa.h"
-#include "CalcKessaDlg.h"
-#include "CfgPage.h"
-#include "ChartTexts.h"
-#include "CrossHair.h"
-#include "DataBase.h"
-#include "Texts.h"
-#include "ViewCalc.h"
-#include "ViewFFT.h"
-#include "ViewLimit.h"
-#include "ZebChart.h"
-#include "ZebDlg.h"
+#include "analysis/CalcKessa.h"
+#include "config/Texts.h"
+#include "store/DataBase.h"
+#include "ui/CalcDlg.h"
+#include "ui/CalcKessaDlg.h"
+#include "ui/CfgPage.h"
+#include "ui/ChartTexts.h"
+#include "ui/CrossHair.h"
+#include "ui/ViewCalc.h"
+#include "ui/ViewFFT.h"
+#include "ui/ViewLimit.h"
+#include "ui/ZebChart.h"
+#include "ui/ZebDlg.h"
 
 #include <QCursor>
 

@@ -1,19 +1,19 @@
 // The main window opening a recording: the progress page, the loader's reports and question,
 // and what follows a complete, failed or cancelled load.
 
-#include "Main.h"
+#include "ui/Main.h"
 
-#include "BigDataDlg.h"
-#include "ChartTexts.h"
-#include "DataBase.h"
-#include "FileThread.h"
-#include "Texts.h"
-#include "ViewCalc.h"
-#include "ViewFFT.h"
-#include "ViewLimit.h"
-#include "ZebChart.h"
-#include "ZebDlg.h"
-#include "ZebReg.h"
+#include "config/Texts.h"
+#include "config/ZebReg.h"
+#include "store/DataBase.h"
+#include "store/FileThread.h"
+#include "ui/BigDataDlg.h"
+#include "ui/ChartTexts.h"
+#include "ui/ViewCalc.h"
+#include "ui/ViewFFT.h"
+#include "ui/ViewLimit.h"
+#include "ui/ZebChart.h"
+#include "ui/ZebDlg.h"
 
 #include <QDir>
 #include <QFileInfo>

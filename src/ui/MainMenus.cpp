@@ -1,16 +1,16 @@
 // The main window's menus, toolbar panels and work page, and their texts in the current
 // language.
 
-#include "Main.h"
+#include "ui/Main.h"
 
-#include "CfgPage.h"
-#include "PrintPreviewPage.h"
-#include "TableView.h"
-#include "Texts.h"
-#include "ToolbarGlyphs.h"
-#include "ZebChart.h"
-#include "ZebDlg.h"
-#include "ZebReg.h"
+#include "config/Texts.h"
+#include "config/ZebReg.h"
+#include "ui/CfgPage.h"
+#include "ui/PrintPreviewPage.h"
+#include "ui/TableView.h"
+#include "ui/ToolbarGlyphs.h"
+#include "ui/ZebChart.h"
+#include "ui/ZebDlg.h"
 
 #include <QAction>
 #include <QActionGroup>

@@ -1,10 +1,10 @@
-#include "PrintPreviewPage.h"
+#include "ui/PrintPreviewPage.h"
 
-#include "DataBase.h"
-#include "Printing.h"
-#include "Texts.h"
-#include "ZebChart.h"
-#include "ZebDlg.h"
+#include "config/Texts.h"
+#include "store/DataBase.h"
+#include "ui/Printing.h"
+#include "ui/ZebChart.h"
+#include "ui/ZebDlg.h"
 
 #include <QCheckBox>
 #include <QComboBox>

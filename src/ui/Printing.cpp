@@ -1,8 +1,8 @@
-#include "Printing.h"
+#include "ui/Printing.h"
 
-#include "CrossHair.h"
-#include "DataBase.h"
-#include "ZebChart.h"
+#include "store/DataBase.h"
+#include "ui/CrossHair.h"
+#include "ui/ZebChart.h"
 
 #include <QFileInfo>
 #include <QPainter>

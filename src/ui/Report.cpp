@@ -1,13 +1,13 @@
-#include "Report.h"
+#include "ui/Report.h"
 
-#include "ChartTexts.h"
-#include "Figures.h"
-#include "CurvePlottable.h" // the chart library, as every unit includes it
-#include "DataBase.h"
-#include "Formats.h"
-#include "Texts.h"
-#include "ZebChart.h"
-#include "ZebReg.h"
+#include "analysis/Figures.h"
+#include "config/Texts.h"
+#include "config/ZebReg.h"
+#include "data/Formats.h"
+#include "store/DataBase.h"
+#include "ui/ChartTexts.h"
+#include "ui/CurvePlottable.h" // the chart library, as every unit includes it
+#include "ui/ZebChart.h"
 
 #include <QDate>
 #include <QDateTime>

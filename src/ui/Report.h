@@ -9,7 +9,7 @@
 // The figures and texts are taken from the store when the report is made, so the preview, the
 // print and the PDF of one report agree; the chart is drawn when a page is painted.
 
-#include "Analysis.h"
+#include "analysis/Analysis.h"
 
 #include <QPointer>
 #include <QSize>

@@ -1,10 +1,10 @@
-#include "ReportDlg.h"
+#include "ui/ReportDlg.h"
 
-#include "CurvePlottable.h" // the chart library
-#include "DataBase.h"
-#include "Texts.h"
-#include "ZebDlg.h"
-#include "ZebReg.h"
+#include "config/Texts.h"
+#include "config/ZebReg.h"
+#include "store/DataBase.h"
+#include "ui/CurvePlottable.h" // the chart library
+#include "ui/ZebDlg.h"
 
 #include <QDoubleSpinBox>
 #include <QFileInfo>

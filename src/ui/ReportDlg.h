@@ -3,7 +3,7 @@
 // printed, with buttons to print it, to save it as PDF and to zoom, and the activation energy
 // of the mean kinetic temperature (kept in the program settings for the next report).
 
-#include "Report.h"
+#include "ui/Report.h"
 
 #include <QDialog>
 

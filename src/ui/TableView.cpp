@@ -1,8 +1,8 @@
-#include "TableView.h"
+#include "ui/TableView.h"
 
-#include "DataBase.h"
-#include "Texts.h"
-#include "WheelSideways.h"
+#include "config/Texts.h"
+#include "store/DataBase.h"
+#include "ui/WheelSideways.h"
 
 #include <QApplication>
 #include <QHBoxLayout>

@@ -1,4 +1,4 @@
-#include "ToolbarGlyphs.h"
+#include "ui/ToolbarGlyphs.h"
 
 #include <QPainter>
 #include <QPainterPath>

@@ -1,6 +1,6 @@
-#include "ValidateEdit.h"
+#include "ui/ValidateEdit.h"
 
-#include "Formats.h"
+#include "data/Formats.h"
 
 #include <QPalette>
 

@@ -1,7 +1,7 @@
-#include "ViewBase.h"
+#include "ui/ViewBase.h"
 
-#include "DataBase.h"
-#include "Texts.h"
+#include "config/Texts.h"
+#include "store/DataBase.h"
 
 #include <QApplication>
 #include <QClipboard>

@@ -3,7 +3,7 @@
 // window that lists, per active curve, figures over the time span the chart shows, and that
 // recomputes only when the curves' visibility or that span changed.
 
-#include "Figures.h"
+#include "analysis/Figures.h"
 
 #include <QWidget>
 

@@ -1,8 +1,8 @@
-#include "ViewCalc.h"
+#include "ui/ViewCalc.h"
 
-#include "CalcKessa.h"
-#include "DataBase.h"
-#include "Texts.h"
+#include "analysis/CalcKessa.h"
+#include "config/Texts.h"
+#include "store/DataBase.h"
 
 #include <cmath>
 

@@ -3,7 +3,7 @@
 // and standard deviation over the time span the chart shows; the additional flow channel's
 // texts are taken from its reference curve's figures.
 
-#include "ViewBase.h"
+#include "ui/ViewBase.h"
 
 class TfrmViewCalc : public TfrmViewBase {
     Q_OBJECT

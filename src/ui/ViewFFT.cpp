@@ -1,10 +1,10 @@
-#include "ViewFFT.h"
+#include "ui/ViewFFT.h"
 
-#include "ChartPropsDlg.h"
-#include "CrossHair.h"
-#include "DataBase.h"
-#include "Formats.h"
-#include "Texts.h"
+#include "config/Texts.h"
+#include "data/Formats.h"
+#include "store/DataBase.h"
+#include "ui/ChartPropsDlg.h"
+#include "ui/CrossHair.h"
 
 #include <QCheckBox>
 #include <QComboBox>

@@ -3,9 +3,9 @@
 // chosen time span with a band whose edges are dragged with the mouse; "FFT" draws the
 // magnitude spectrum of the band's points over frequency in hertz.
 
-#include "CurvePlottable.h"
-#include "FastFourier.h"
-#include "Spectrum.h"
+#include "analysis/FastFourier.h"
+#include "analysis/Spectrum.h"
+#include "ui/CurvePlottable.h"
 
 #include <QWidget>
 

@@ -1,8 +1,8 @@
-#include "ViewLimit.h"
+#include "ui/ViewLimit.h"
 
-#include "CalcKessa.h"
-#include "DataBase.h"
-#include "Texts.h"
+#include "analysis/CalcKessa.h"
+#include "config/Texts.h"
+#include "store/DataBase.h"
 
 using zeb::TTextId;
 using zeb::Txt;

@@ -2,7 +2,7 @@
 // TfrmViewLimit: the limit view. For every active curve with limits the time spent outside
 // and inside them over the time span the chart shows.
 
-#include "ViewBase.h"
+#include "ui/ViewBase.h"
 
 class TfrmViewLimit : public TfrmViewBase {
     Q_OBJECT

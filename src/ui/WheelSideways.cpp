@@ -1,4 +1,4 @@
-#include "WheelSideways.h"
+#include "ui/WheelSideways.h"
 
 #include <QAbstractScrollArea>
 #include <QCoreApplication>

@@ -1,13 +1,13 @@
-#include "ZebChart.h"
+#include "ui/ZebChart.h"
 
-#include "CalcKessa.h"
-#include "ChartTexts.h"
-#include "CrossHair.h"
-#include "CurvePlottable.h"
-#include "DataBase.h"
-#include "Formats.h"
-#include "Texts.h"
-#include "ZoomAndScroll.h"
+#include "analysis/CalcKessa.h"
+#include "config/Texts.h"
+#include "data/Formats.h"
+#include "store/DataBase.h"
+#include "ui/ChartTexts.h"
+#include "ui/CrossHair.h"
+#include "ui/CurvePlottable.h"
+#include "ui/ZoomAndScroll.h"
 
 #include <QHBoxLayout>
 #include <QLabel>

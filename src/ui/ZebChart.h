@@ -7,8 +7,8 @@
 // configuration change), and the chart writes back what the user changes in it (axis
 // ranges by zoom and pan, grids, limit lines, series visibility).
 
-#include "CurvePlottable.h"
-#include "DataBase.h"
+#include "store/DataBase.h"
+#include "ui/CurvePlottable.h"
 
 #include <array>
 #include <limits>

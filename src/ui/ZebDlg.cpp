@@ -1,7 +1,7 @@
-#include "ZebDlg.h"
+#include "ui/ZebDlg.h"
 
-#include "Texts.h"
-#include "ZebReg.h"
+#include "config/Texts.h"
+#include "config/ZebReg.h"
 
 #include <QApplication>
 #include <QColorDialog>

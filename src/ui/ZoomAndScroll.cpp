@@ -1,8 +1,8 @@
-#include "ZoomAndScroll.h"
+#include "ui/ZoomAndScroll.h"
 
-#include "CrossHair.h"
+#include "ui/CrossHair.h"
 
-#include "CurvePlottable.h"
+#include "ui/CurvePlottable.h"
 
 #include <QPainter>
 

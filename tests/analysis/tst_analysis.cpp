@@ -1,9 +1,9 @@
 // The analyses' figures: reference signals against their closed-form answers, the rules for
 // gaps and NaN values, and the block-summary paths against a pass over every point.
 
-#include "Analysis.h"
-#include "CalcKessa.h"
-#include "Formats.h"
+#include "analysis/Analysis.h"
+#include "analysis/CalcKessa.h"
+#include "data/Formats.h"
 
 #include <QTest>
 

@@ -1,8 +1,8 @@
 // The FFT component against a reference transform for every size, its spectrum accessors on
 // signals with known lines, the weighting windows, its errors, and the FFT view's band rules.
 
-#include "FastFourier.h"
-#include "Spectrum.h"
+#include "analysis/FastFourier.h"
+#include "analysis/Spectrum.h"
 
 #include <QTest>
 

@@ -1,6 +1,6 @@
 // The audit log channel: what a log server receives in each edition.
 
-#include "AuditLog.h"
+#include "app/AuditLog.h"
 
 #include <QCoreApplication>
 #include <QLocalServer>

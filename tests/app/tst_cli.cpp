@@ -2,8 +2,8 @@
 // display: help on stdout in the user's language, the version, a wrong call on stderr, and the
 // exit codes the help promises.
 
-#include "Texts.h"
-#include "ZebReg.h"
+#include "config/Texts.h"
+#include "config/ZebReg.h"
 
 #include <QFileInfo>
 #include <QProcess>

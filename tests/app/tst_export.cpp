@@ -1,11 +1,11 @@
 // The picture export of the command line, run as the real program without a display.
 
-#include "Analysis.h"
-#include "Formats.h"
+#include "analysis/Analysis.h"
+#include "config/MseSettings.h"
+#include "config/ZebReg.h"
+#include "data/Formats.h"
 #include "LoadRecording.h"
-#include "MseSettings.h"
 #include "PdfWords.h"
-#include "ZebReg.h"
 
 #include <QColor>
 #include <QFileInfo>

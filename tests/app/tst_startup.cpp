@@ -1,15 +1,15 @@
 // The start-up and shutdown sequence run in-process, with a real application object each time,
 // and the command line.
 
-#include "Main.h"
-#include "Startup.h"
+#include "app/Startup.h"
+#include "ui/Main.h"
 
-#include "BigDataDlg.h"
-#include "DataBase.h"
-#include "Language.h"
-#include "Texts.h"
-#include "ZebDlg.h"
-#include "ZebReg.h"
+#include "config/Language.h"
+#include "config/Texts.h"
+#include "config/ZebReg.h"
+#include "store/DataBase.h"
+#include "ui/BigDataDlg.h"
+#include "ui/ZebDlg.h"
 
 #include <QApplication>
 #include <QMenuBar>

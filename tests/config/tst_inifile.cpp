@@ -1,8 +1,8 @@
 // The INI reader and writer: what other programs' files look like when read, what ours look
 // like when written, and that a rewrite keeps everything it does not touch.
 
-#include "Formats.h"
-#include "IniFile.h"
+#include "config/IniFile.h"
+#include "data/Formats.h"
 
 #include <QFile>
 #include <QTemporaryDir>

@@ -3,9 +3,9 @@
 // present keys are set whatever they hold, odd files stay bounded, a failed save keeps the old
 // file, and the limit test.
 
-#include "Formats.h"
-#include "IniFile.h"
-#include "MseSettings.h"
+#include "config/IniFile.h"
+#include "config/MseSettings.h"
+#include "data/Formats.h"
 
 #include <QDir>
 #include <QElapsedTimer>

@@ -1,8 +1,8 @@
 // The text table, the language choice and the switch.
 
-#include "Formats.h"
-#include "Language.h"
-#include "Texts.h"
+#include "config/Language.h"
+#include "config/Texts.h"
+#include "data/Formats.h"
 
 #include <QCoreApplication>
 #include <QTest>

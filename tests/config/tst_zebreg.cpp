@@ -2,9 +2,9 @@
 // kind, the window geometry and report-hint adjustments, and the choice of the settings root.
 // Every test works on its own settings file named by ZEB_SETTINGS_FILE.
 
-#include "Formats.h"
-#include "Texts.h"
-#include "ZebReg.h"
+#include "config/Texts.h"
+#include "config/ZebReg.h"
+#include "data/Formats.h"
 
 #include <QDateTime>
 #include <QDir>

@@ -1,8 +1,8 @@
 #pragma once
 // Records everything a walk hands over, in a form tests can compare.
 
-#include "DataFile.h"
-#include "RecordingWalk.h"
+#include "data/DataFile.h"
+#include "data/RecordingWalk.h"
 
 #include <QStringList>
 

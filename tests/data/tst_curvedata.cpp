@@ -1,7 +1,7 @@
 // The sample columns: packed time stamps read back bit for bit, whatever their pattern, and
 // regular ones are actually packed.
 
-#include "CurveData.h"
+#include "data/CurveData.h"
 
 #include <QTest>
 

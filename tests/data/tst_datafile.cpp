@@ -2,7 +2,7 @@
 // safe saving and damaged input.
 
 #include "CollectingReceiver.h"
-#include "DataFile.h"
+#include "data/DataFile.h"
 #include "RecordingBuilder.h"
 
 #include <QBuffer>

@@ -1,7 +1,7 @@
 // Date, time and number texts: the date table under every index and separator, the time
 // kinds, the float pattern language and the language choice.
 
-#include "Formats.h"
+#include "data/Formats.h"
 
 #include <QTest>
 

@@ -1,9 +1,9 @@
 // The store: table rows merged by time, the merged walk, time ranges, big data and the
 // bookkeeping of curves and limit lines.
 
-#include "DataBase.h"
-#include "Formats.h"
-#include "IniFile.h"
+#include "config/IniFile.h"
+#include "data/Formats.h"
+#include "store/DataBase.h"
 
 #include <QFile>
 #include <QTemporaryDir>

@@ -1,10 +1,10 @@
 // The loader thread: reports in order, the large-file question and its answers,
 // cancelling between blocks, bad and damaged files, closing during a load.
 
-#include "DataBase.h"
-#include "FileThread.h"
 #include "RecordingBuilder.h"
 #include "RecordingGenerator.h"
+#include "store/DataBase.h"
+#include "store/FileThread.h"
 
 #include <QEventLoop>
 #include <QTemporaryDir>

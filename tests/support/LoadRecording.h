@@ -2,8 +2,8 @@
 // A recording loaded into a store through the loader thread, as the viewer loads it, with every
 // large-file question answered "go on".
 
-#include "DataBase.h"
-#include "FileThread.h"
+#include "store/DataBase.h"
+#include "store/FileThread.h"
 
 #include <QEventLoop>
 #include <QTimer>

@@ -3,9 +3,9 @@
 // writes and every bad argument end with their message and exit code.
 
 #include "CompanionCli.h"
+#include "config/Language.h"
 #include "Cutter.h"
-#include "DataFile.h"
-#include "Language.h"
+#include "data/DataFile.h"
 #include "RecordingBuilder.h"
 #include "RecordingGenerator.h"
 #include "ToolHelpers.h"

@@ -4,7 +4,7 @@
 // with the real cutter and a stand-in viewer.
 
 #include "CompanionCli.h"
-#include "Language.h"
+#include "config/Language.h"
 #include "Previewer.h"
 #include "RecordingBuilder.h"
 #include "RecordingGenerator.h"

@@ -3,9 +3,9 @@
 // settings code, and the program as a process.
 
 #include "CompanionCli.h"
+#include "config/Language.h"
 #include "Cutter.h"
-#include "Formats.h"
-#include "Language.h"
+#include "data/Formats.h"
 #include "RecordingBuilder.h"
 #include "ToolHelpers.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 // Where the elements of a laid-out chart are, for clicks on them.
 
-#include "ZebChart.h"
+#include "ui/ZebChart.h"
 
 inline QPoint LegendEntry(TZebChart& chart, int index) {
     return chart.legend->item(index)->outerRect().center();

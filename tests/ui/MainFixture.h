@@ -3,7 +3,7 @@
 // end, and the window's commands by name.
 
 #include "DialogHelpers.h"
-#include "Main.h"
+#include "ui/Main.h"
 
 #include <QAction>
 #include <QProcess>

@@ -1,7 +1,7 @@
 // The large-file question driven through the real dialog offscreen.
 
-#include "BigDataDlg.h"
-#include "Texts.h"
+#include "config/Texts.h"
+#include "ui/BigDataDlg.h"
 
 #include <QApplication>
 #include <QFrame>

@@ -2,13 +2,13 @@
 // that holds the tab and the view, every curve column written back, the time-axis fields and
 // their pop-ups, and undo.
 
-#include "CfgPage.h"
-#include "DataBase.h"
+#include "config/Texts.h"
+#include "data/Formats.h"
 #include "DialogHelpers.h"
-#include "Formats.h"
-#include "Texts.h"
-#include "ValidateEdit.h"
-#include "ZebDlg.h"
+#include "store/DataBase.h"
+#include "ui/CfgPage.h"
+#include "ui/ValidateEdit.h"
+#include "ui/ZebDlg.h"
 
 #include <QCheckBox>
 #include <QColorDialog>

@@ -2,16 +2,16 @@
 // deleted with the mouse and their menus, the crosshair read-outs put into a box, the notice
 // command without a left axis, kept in the template, and drawn into a picture.
 
-#include "ChartTexts.h"
-#include "CrossHair.h"
-#include "DataBase.h"
-#include "Formats.h"
-#include "Main.h"
+#include "config/Texts.h"
+#include "config/ZebReg.h"
+#include "data/Formats.h"
 #include "MainFixture.h"
-#include "Texts.h"
-#include "ZebChart.h"
-#include "ZebDlg.h"
-#include "ZebReg.h"
+#include "store/DataBase.h"
+#include "ui/ChartTexts.h"
+#include "ui/CrossHair.h"
+#include "ui/Main.h"
+#include "ui/ZebChart.h"
+#include "ui/ZebDlg.h"
 
 #include <QAction>
 #include <QInputDialog>

@@ -2,11 +2,11 @@
 // switching off on an empty axis, the read-out texts and their deliberate rules, the pen
 // widths, following the curve while dragged, and the zoom rectangle's read-out.
 
-#include "CrossHair.h"
-#include "DataBase.h"
-#include "Formats.h"
-#include "Texts.h"
-#include "ZebChart.h"
+#include "config/Texts.h"
+#include "data/Formats.h"
+#include "store/DataBase.h"
+#include "ui/CrossHair.h"
+#include "ui/ZebChart.h"
 
 #include <QLabel>
 #include <QTest>

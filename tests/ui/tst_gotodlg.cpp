@@ -2,12 +2,12 @@
 // for a value and what comes back, the entries that keep the pop-up open, and the dialog's
 // "..." button per mode.
 
-#include "DateTimeInput.h"
+#include "config/Texts.h"
+#include "data/Formats.h"
 #include "DialogHelpers.h"
-#include "Formats.h"
-#include "GoToDlg.h"
-#include "Texts.h"
-#include "ValidateEdit.h"
+#include "ui/DateTimeInput.h"
+#include "ui/GoToDlg.h"
+#include "ui/ValidateEdit.h"
 
 #include <QComboBox>
 #include <QDateEdit>

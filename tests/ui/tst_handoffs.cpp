@@ -2,13 +2,13 @@
 // the viewer, the command line carries the visible window and the shown channels of the file,
 // and what the cutter writes loads back to exactly the window the chart showed.
 
-#include "DataBase.h"
+#include "../tools/ToolHelpers.h"
+#include "config/Texts.h"
+#include "config/ZebReg.h"
 #include "MainFixture.h"
 #include "RecordingBuilder.h"
-#include "Texts.h"
-#include "ZebDlg.h"
-#include "ZebReg.h"
-#include "../tools/ToolHelpers.h"
+#include "store/DataBase.h"
+#include "ui/ZebDlg.h"
 
 #include <QFileDialog>
 #include <QLineEdit>

@@ -1,16 +1,16 @@
 // The main window driven offscreen: caption and modified rules, opening from the command line,
 // the menu and a drop, every answer of the loader, closing, settings.
 
-#include "BigDataDlg.h"
 #include "ChartHelpers.h"
-#include "DataBase.h"
-#include "FileThread.h"
+#include "config/MseSettings.h"
+#include "config/Texts.h"
+#include "config/ZebReg.h"
 #include "MainFixture.h"
-#include "MseSettings.h"
-#include "Texts.h"
-#include "ZebChart.h"
-#include "ZebDlg.h"
-#include "ZebReg.h"
+#include "store/DataBase.h"
+#include "store/FileThread.h"
+#include "ui/BigDataDlg.h"
+#include "ui/ZebChart.h"
+#include "ui/ZebDlg.h"
 
 #include <QApplication>
 #include <QCheckBox>

@@ -2,18 +2,18 @@
 // shortcut with the toolbar and menu of each view, the configuration page holding the user on
 // an invalid entry, the clicks on chart elements that open it, and the table's jumps.
 
-#include "CfgPage.h"
 #include "ChartHelpers.h"
-#include "DataBase.h"
-#include "Formats.h"
-#include "GoToDlg.h"
+#include "config/Texts.h"
+#include "config/ZebReg.h"
+#include "data/Formats.h"
 #include "MainFixture.h"
-#include "TableView.h"
-#include "Texts.h"
-#include "ValidateEdit.h"
-#include "ZebChart.h"
-#include "ZebDlg.h"
-#include "ZebReg.h"
+#include "store/DataBase.h"
+#include "ui/CfgPage.h"
+#include "ui/GoToDlg.h"
+#include "ui/TableView.h"
+#include "ui/ValidateEdit.h"
+#include "ui/ZebChart.h"
+#include "ui/ZebDlg.h"
 
 #include <QCheckBox>
 #include <QFrame>

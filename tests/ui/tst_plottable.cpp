@@ -1,8 +1,8 @@
 // The curve plottable: the min/max pyramid, and the aggregated drawing compared pixel by
 // pixel with drawing every segment, on curves with spikes and gaps at many zoom levels.
 
-#include "CurveData.h"
-#include "CurvePlottable.h"
+#include "data/CurveData.h"
+#include "ui/CurvePlottable.h"
 
 #include <QApplication>
 #include <QTemporaryDir>

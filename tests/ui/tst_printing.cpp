@@ -2,16 +2,16 @@
 // crosshairs grey on paper and black again on screen, the print preview's controls writing
 // the store's settings, and picture files of every kind at the requested size.
 
-#include "CrossHair.h"
-#include "DataBase.h"
-#include "Formats.h"
-#include "Main.h"
+#include "config/Texts.h"
+#include "config/ZebReg.h"
+#include "data/Formats.h"
 #include "MainFixture.h"
-#include "Printing.h"
-#include "Texts.h"
-#include "ZebChart.h"
-#include "ZebDlg.h"
-#include "ZebReg.h"
+#include "store/DataBase.h"
+#include "ui/CrossHair.h"
+#include "ui/Main.h"
+#include "ui/Printing.h"
+#include "ui/ZebChart.h"
+#include "ui/ZebDlg.h"
 
 #include <QAction>
 #include <QCheckBox>

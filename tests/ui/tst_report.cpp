@@ -2,20 +2,20 @@
 // views show them, the times of extremes and violations on a signal with known crossings, the
 // mean kinetic temperature, notices, page numbers, lines to sign, and the language.
 
-#include "ChartTexts.h"
-#include "CrossHair.h"
-#include "DataBase.h"
+#include "config/Texts.h"
+#include "config/ZebReg.h"
+#include "data/Formats.h"
 #include "DialogHelpers.h"
-#include "Formats.h"
 #include "PdfWords.h"
-#include "Report.h"
-#include "ReportDlg.h"
-#include "Texts.h"
-#include "ViewCalc.h"
-#include "ViewLimit.h"
-#include "ZebChart.h"
-#include "ZebDlg.h"
-#include "ZebReg.h"
+#include "store/DataBase.h"
+#include "ui/ChartTexts.h"
+#include "ui/CrossHair.h"
+#include "ui/Report.h"
+#include "ui/ReportDlg.h"
+#include "ui/ViewCalc.h"
+#include "ui/ViewLimit.h"
+#include "ui/ZebChart.h"
+#include "ui/ZebDlg.h"
 
 #include <QDoubleSpinBox>
 #include <QFileDialog>

@@ -2,12 +2,12 @@
 // load runs, and the window destroyed in the middle of one. Run under the sanitizers this
 // finds leaks, use after free and loader threads that outlive their window.
 
-#include "DataBase.h"
-#include "FileThread.h"
-#include "Main.h"
-#include "Texts.h"
-#include "ZebDlg.h"
-#include "ZebReg.h"
+#include "config/Texts.h"
+#include "config/ZebReg.h"
+#include "store/DataBase.h"
+#include "store/FileThread.h"
+#include "ui/Main.h"
+#include "ui/ZebDlg.h"
 
 #include <QDialog>
 #include <QDir>

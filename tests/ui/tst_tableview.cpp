@@ -1,10 +1,10 @@
 // The table view through the real widgets: cell texts and alarm colours, paging, the
 // scroll bar, the still top row at both edges, and home and end on a large store.
 
-#include "DataBase.h"
-#include "Formats.h"
-#include "TableView.h"
-#include "Texts.h"
+#include "config/Texts.h"
+#include "data/Formats.h"
+#include "store/DataBase.h"
+#include "ui/TableView.h"
 
 #include <QApplication>
 #include <QHeaderView>

@@ -1,8 +1,8 @@
 // TValidateEdit: the verdict of each mode under both decimal separators, the owner's hook that
 // may mend the text or overrule the verdict, and the two colours.
 
-#include "Formats.h"
-#include "ValidateEdit.h"
+#include "data/Formats.h"
+#include "ui/ValidateEdit.h"
 
 #include <QTest>
 

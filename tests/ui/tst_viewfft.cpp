@@ -2,14 +2,14 @@
 // set by its buttons, the spectrum of a known sine, the chart editor, and zebtool fft
 // computing the same spectrum.
 
-#include "ChartPropsDlg.h"
-#include "CrossHair.h"
-#include "DataBase.h"
-#include "Formats.h"
-#include "Texts.h"
-#include "ValidateEdit.h"
-#include "ViewFFT.h"
-#include "ZebChart.h"
+#include "config/Texts.h"
+#include "data/Formats.h"
+#include "store/DataBase.h"
+#include "ui/ChartPropsDlg.h"
+#include "ui/CrossHair.h"
+#include "ui/ValidateEdit.h"
+#include "ui/ViewFFT.h"
+#include "ui/ZebChart.h"
 
 #include <QCheckBox>
 #include <QJsonArray>

@@ -3,12 +3,12 @@
 // time-axis texts, and its care with samples the store has thrown away.
 
 #include "ChartHelpers.h"
-#include "CrossHair.h"
-#include "DataBase.h"
-#include "Formats.h"
-#include "Texts.h"
-#include "ZebChart.h"
-#include "ZoomAndScroll.h"
+#include "config/Texts.h"
+#include "data/Formats.h"
+#include "store/DataBase.h"
+#include "ui/CrossHair.h"
+#include "ui/ZebChart.h"
+#include "ui/ZoomAndScroll.h"
 
 #include <QApplication>
 #include <QScrollBar>

@@ -1,8 +1,8 @@
 // TZebDlg driven through the real dialogs offscreen.
 
-#include "Language.h"
-#include "Texts.h"
-#include "ZebDlg.h"
+#include "config/Language.h"
+#include "config/Texts.h"
+#include "ui/ZebDlg.h"
 
 #include <QApplication>
 #include <QColorDialog>

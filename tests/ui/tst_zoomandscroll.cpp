@@ -2,12 +2,12 @@
 // threshold and the band's colours, fixed axes, pan by pixel scale, undo after zoom and
 // after pan, auto scale, and the store following the axes.
 
-#include "CrossHair.h"
-#include "DataBase.h"
-#include "Formats.h"
-#include "Texts.h"
-#include "ZebChart.h"
-#include "ZoomAndScroll.h"
+#include "config/Texts.h"
+#include "data/Formats.h"
+#include "store/DataBase.h"
+#include "ui/CrossHair.h"
+#include "ui/ZebChart.h"
+#include "ui/ZoomAndScroll.h"
 
 #include <QSignalSpy>
 #include <QTest>
