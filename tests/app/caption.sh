@@ -49,10 +49,16 @@ if [ -z "$id" ]; then
   exit 1
 fi
 
-# Both the old and the UTF-8 name must hold the caption alone.
+# Both the old and the UTF-8 name must hold the caption alone. Qt sets them one after the
+# other, so the one read second may still be on its way.
 fail=0
 for prop in WM_NAME _NET_WM_NAME; do
-  got=$(xprop -id "$id" "$prop" | sed -n 's/^[^=]*= "\(.*\)"$/\1/p')
+  got=''
+  for _ in $(seq 100); do
+    got=$(xprop -id "$id" "$prop" | sed -n 's/^[^=]*= "\(.*\)"$/\1/p')
+    [ "$got" = "$want" ] && break
+    sleep 0.1
+  done
   if [ "$got" != "$want" ]; then
     echo "caption: $prop is \"$got\", expected \"$want\""
     fail=1
