@@ -24,8 +24,3 @@ void TCalcKessa::clearLimitValues() {
     LimitText[0].clear();
     LimitText[1].clear();
 }
-
-TCalcKessa& CalcKessa() {
-    static TCalcKessa instance;
-    return instance;
-}

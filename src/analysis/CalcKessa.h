@@ -1,6 +1,6 @@
 #pragma once
 // TCalcKessa: the additional flow channel, a linear scaling factor * y + offset of one
-// reference curve. One instance lives as long as the program; its dialog edits it, the chart
+// reference curve. The store owns the program's one channel; its dialog edits it, the chart
 // draws the derived channel while it is active, and the calculation and limit views fill its
 // result texts.
 
@@ -48,6 +48,3 @@ private:
     bool FVisible = false;
     bool FUpdated = false;
 };
-
-// The one instance of the program.
-TCalcKessa& CalcKessa();

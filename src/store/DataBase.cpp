@@ -84,9 +84,8 @@ TCurveData* TStoreReceiver::Column(int curve) { return &FDb.Data(curve); }
 TDataBase::TDataBase(QObject* parent) : QObject(parent) {}
 TDataBase::~TDataBase() = default;
 
-void TDataBase::Repaint(bool withData) { Q_EMIT repaintRequested(withData); }
-
 void TDataBase::Reset() {
+    Q_EMIT samplesReleased();
     ++FSamplesGeneration;
     FExtView = 0;
     FCurves.clear();
@@ -94,10 +93,8 @@ void TDataBase::Reset() {
     // Texts and notices belong to the recording they were written on.
     FSettings.Texts.Clear();
     FSettings.TimeTexts.Clear();
-    for (auto& w : FWork) w.Clear();
-    FRows.Clear();
+    FTable.Clear();
     FLimitLines.clear();
-    FFirstTime = 0.0;
     FStartTime = 0.0;
     FCreator.clear();
     FModulName.clear();
@@ -117,6 +114,7 @@ void TDataBase::AddFile(const QString& fileName) {
 }
 
 void TDataBase::FinishLoad() {
+    FFinishing = true;
     DeleteEmptyCurves();
     CheckBigData();
     CheckExtView();
@@ -131,6 +129,21 @@ void TDataBase::FinishLoad() {
     double first = 0.0, last = 0.0;
     GetXMinXMax(first, last, false);
     Table_SetFirstRow(first);
+    FFinishing = false;
+    Q_EMIT samplesReplaced();
+}
+
+void TDataBase::FinishPartialLoad() {
+    FFileName.clear();
+    CheckBigData();
+    Table_SetFirstRow(0.0);
+    Q_EMIT samplesReplaced();
+}
+
+void TDataBase::SetCalcKessa(bool active, int curve, const QString& name, const QString& unit, double factor,
+                             double offset) {
+    FCalcKessa.setCalcCurve(active, curve, name, unit, factor, offset);
+    Q_EMIT settingsChanged();
 }
 
 QString TDataBase::SettingsFileOf(const QString& dataFile) {
@@ -147,7 +160,7 @@ void TDataBase::DeleteEmptyCurves() {
         for (TLimitLine& l : FLimitLines)
             if (l.Curve > i) --l.Curve;
     }
-    FRows.Clear();
+    FTable.Clear();
 }
 
 std::shared_ptr<const TCurveSummary> TDataBase::Summary(int curve) const {
@@ -243,6 +256,7 @@ bool TDataBase::Curve_LimitLinesOn(int curve) const {
 void TDataBase::Curve_SetAllLimitLines(bool on) {
     FLimitsOn = on;
     for (auto& c : FCurves) c->LimitsShown = on;
+    Q_EMIT settingsChanged();
 }
 
 void TDataBase::ClearLimitLines() {
@@ -305,131 +319,32 @@ QString TDataBase::GetXValueStr(int kind, double time) { return zeb::FormatTime(
 
 // ====================================================================== table rows
 
-qint64 TDataBase::PointAt(int curve, double time) const {
-    const TCurveData& d = Data(curve);
-    const qint64 i = d.LowerBound(time);
-    return (i < d.Count() && d.Time(i) == time) ? i : -1;
-}
-
 void TDataBase::Table_SetFirstRow(double time) {
-    for (auto& w : FWork) w.Clear();
-    FRows.Clear();
-    double lastActive = -1.0;
-    for (int i = 0; i < Curve_Count(); ++i) {
-        FWork[0].Add(Curve_IsActive(i) ? 1 : 0);
-        if (Curve_IsAvailable(i)) lastActive = std::max(lastActive, Data(i).LastTime());
-    }
-    if (time > lastActive) time = lastActive;
-    BuildRows(time);
-}
-
-void TDataBase::BuildRows(double first) {
-    const int n = Curve_Count();
-    FRows.Clear(n);
-    FFirstTime = first;
-    constexpr double kNone = std::numeric_limits<double>::infinity();
-    // Per curve the next point not yet shown and its time (infinity when there is none).
-    std::vector<qint64> cursor(size_t(n), -1);
-    std::vector<double> next(size_t(n), kNone);
-    for (int i = 0; i < n; ++i) {
-        if (!Curve_IsAvailable(i)) continue;
-        const TCurveData& d = Data(i);
-        cursor[size_t(i)] = d.LowerBound(first);
-        if (cursor[size_t(i)] < d.Count()) next[size_t(i)] = d.Time(cursor[size_t(i)]);
-    }
-    // Merge the curves' stamps from there: each row is the smallest time not yet shown.
-    while (n > 0 && FRows.Count() < kTableRows) {
-        const double t = *std::min_element(next.begin(), next.end());
-        if (t == kNone) break;
-        qint64* index = FRows.Add(t);
-        for (int i = 0; i < n; ++i) {
-            if (next[size_t(i)] != t) continue;
-            const TCurveData& d = Data(i);
-            qint64& c = cursor[size_t(i)];
-            // Equal stamps within one curve: the last point of them stands for the time.
-            double following = kNone;
-            while (++c < d.Count()) {
-                following = d.Time(c);
-                if (following != t) break;
-                following = kNone;
-            }
-            index[i] = c - 1;
-            next[size_t(i)] = following;
-        }
-        if (FRows.Count() == 1) FFirstTime = t;
-    }
+    FTable.SetFirstRow(*this, time);
+    Q_EMIT tableMoved();
 }
 
 void TDataBase::Table_MoveFirstRow(int rows) {
-    const int n = Curve_Count();
-    double t = FFirstTime;
-    if (rows > 0 && rows < FRows.Count()) {
-        // Forward within the rows already built.
-        t = FRows.Time(rows);
-    } else if (rows != 0 && n > 0) {
-        // Row by row with a cursor per curve and the time of the point it would take next:
-        // the first point after t going forward, the last point before t going back.
-        const bool forward = rows > 0;
-        const double none = forward ? std::numeric_limits<double>::infinity() : -std::numeric_limits<double>::infinity();
-        std::vector<qint64> cursor(size_t(n), -1);
-        std::vector<double> candidate(size_t(n), none);
-        auto take = [&](int i) {
-            const TCurveData& d = Data(i);
-            const qint64 c = cursor[size_t(i)];
-            candidate[size_t(i)] = forward ? (c < d.Count() ? d.Time(c) : none) : (c > 0 ? d.Time(c - 1) : none);
-        };
-        for (int i = 0; i < n; ++i) {
-            if (!Curve_IsAvailable(i)) continue;
-            cursor[size_t(i)] = forward ? Data(i).UpperBound(t) : Data(i).LowerBound(t);
-            take(i);
-        }
-        for (int step = 0, steps = std::abs(rows); step < steps; ++step) {
-            const double to = forward ? *std::min_element(candidate.begin(), candidate.end())
-                                      : *std::max_element(candidate.begin(), candidate.end());
-            if (to == none) break;
-            t = to;
-            for (int i = 0; i < n; ++i) {
-                if (candidate[size_t(i)] != t) continue;
-                // Past every point of this curve at t (equal stamps are one row).
-                const TCurveData& d = Data(i);
-                qint64& c = cursor[size_t(i)];
-                if (forward)
-                    do ++c;
-                    while (c < d.Count() && d.Time(c) == t);
-                else
-                    do --c;
-                    while (c > 0 && d.Time(c - 1) == t);
-                take(i);
-            }
-        }
-    }
-    Table_SetFirstRow(t);
+    FTable.MoveFirstRow(*this, rows);
+    Q_EMIT tableMoved();
 }
 
-void TDataBase::Table_RecalcFirstRow() { Table_SetFirstRow(FFirstTime); }
+void TDataBase::Table_RecalcFirstRow() { Table_SetFirstRow(FTable.FirstTime()); }
 
-double TDataBase::Table_GetFirstTime() const { return FRows.Count() > 0 ? FRows.Time(0) : FFirstTime; }
+QString TDataBase::Table_GetTime(int row) const { return FTable.IsRow(row) ? GetXValueStr(1, FTable.Time(row)) : QString(); }
 
-QString TDataBase::Table_GetTime(int row) const {
-    if (row < 0 || row >= FRows.Count()) return {};
-    return GetXValueStr(1, FRows.Time(row));
-}
-
-double TDataBase::Table_GetTimeValue(int row) const {
-    if (row < 0 || row >= FRows.Count()) return 0.0;
-    return FRows.Time(row);
-}
+double TDataBase::Table_GetTimeValue(int row) const { return FTable.IsRow(row) ? FTable.Time(row) : 0.0; }
 
 QString TDataBase::Table_GetValue(int curve, int row) const {
-    if (row < 0 || row >= FRows.Count() || !Curve_IsValid(curve)) return {};
-    const qint64 i = FRows.Index(row, curve);
+    if (!FTable.IsRow(row) || !Curve_IsValid(curve)) return {};
+    const qint64 i = FTable.Index(row, curve);
     if (i < 0 || Data(curve).IsGap(i)) return {};
     return zeb::FormatFloat(Curve_FormatGet(curve), Data(curve).Value(i));
 }
 
 bool TDataBase::Table_IsAlarm(int curve, int row) const {
-    if (row < 0 || row >= FRows.Count() || !Curve_IsValid(curve)) return false;
-    const qint64 i = FRows.Index(row, curve);
+    if (!FTable.IsRow(row) || !Curve_IsValid(curve)) return false;
+    const qint64 i = FTable.Index(row, curve);
     if (i < 0 || Data(curve).IsGap(i)) return false;
     return Cfg(curve).IsAlarm(Data(curve).Value(i));
 }
@@ -501,9 +416,24 @@ void TDataBase::switchBigData(bool on) {
     bool any = false;
     for (int i = 0; i < Curve_Count(); ++i) any = setBigData(i, on) || any;
     FIsBigDataOn = any;
+    Q_EMIT settingsChanged();
 }
 
 // ====================================================================== view state and template
+
+void TDataBase::Axis_SetRanges(const TAxisRange (&ranges)[3]) {
+    bool changed = false;
+    for (int axis = 0; axis < 3; ++axis) {
+        TAxisState& a = FView.Axes[axis];
+        const TAxisRange& r = ranges[axis];
+        if (a.Auto == r.Auto && a.Min == r.Min && a.Max == r.Max) continue;
+        a.Auto = r.Auto;
+        a.Min = r.Min;
+        a.Max = r.Max;
+        changed = true;
+    }
+    if (changed) Q_EMIT viewRangeChanged();
+}
 
 TMseAxis& TDataBase::Cfg_Axis_Get(int axis) {
     switch (axis) {
@@ -638,6 +568,7 @@ void TDataBase::SetTextFont(const TFontState& font) {
 bool TDataBase::Ini_FileOpen(const QString& fileName) {
     if (!FSettings.OpenFile(fileName)) return false;
     Ini_Update();
+    if (!FFinishing) Q_EMIT settingsChanged();
     return true;
 }
 

@@ -6,9 +6,11 @@
 // While a file loads, the loader thread appends to the curves; the views must not read the
 // samples until the final report (IsLoading() tells them).
 
+#include "analysis/CalcKessa.h"
 #include "config/MseSettings.h"
 #include "data/CurveData.h"
 #include "data/CurveSummary.h"
+#include "store/TableRows.h"
 
 #include <QObject>
 #include <QStringList>
@@ -19,48 +21,6 @@
 #include <vector>
 
 class TDataBase;
-
-// One row of values: one entry per curve.
-class TDataBaseRow {
-public:
-    void Add(double v) { FItems.push_back(v); }
-    double GetItem(int i) const { return FItems[size_t(i)]; }
-    void SetItem(int i, double v) { FItems[size_t(i)] = v; }
-    int Count() const { return int(FItems.size()); }
-    void Clear() { FItems.clear(); }
-
-private:
-    std::vector<double> FItems;
-};
-
-// The rows of the table view: per row its time and, per curve, the index of the point at that
-// time (-1: none). One flat array, so rebuilding the rows allocates nothing once it has grown.
-class TDataBaseRows {
-public:
-    // Starts over with rows of this many curves.
-    void Clear(int curves = 0) {
-        FTimes.clear();
-        FIndex.clear();
-        FCurves = curves;
-    }
-    // A new row at time, every curve without a point; its indices to fill in.
-    qint64* Add(double time) {
-        FTimes.push_back(time);
-        FIndex.resize(FIndex.size() + size_t(FCurves), -1);
-        return FIndex.data() + FIndex.size() - size_t(FCurves);
-    }
-    int Count() const { return int(FTimes.size()); }
-    double Time(int row) const { return FTimes[size_t(row)]; }
-    // -1 also for a curve the rows were not built for.
-    qint64 Index(int row, int curve) const {
-        return curve < FCurves ? FIndex[size_t(row) * size_t(FCurves) + size_t(curve)] : -1;
-    }
-
-private:
-    std::vector<double> FTimes;
-    std::vector<qint64> FIndex;
-    int FCurves = 0;
-};
 
 // The merged walk over all curves by time, for printing and export.
 struct TDataPrintCurve {
@@ -195,22 +155,24 @@ protected:
 class TDataBase : public QObject {
     Q_OBJECT
 public:
-    static constexpr int kTableRows = 50;
+    static constexpr int kTableRows = TTableRows::kMaxRows;
     static constexpr qint64 kBigDataPoints = 1000001;
 
     explicit TDataBase(QObject* parent = nullptr);
     ~TDataBase() override;
 
     // ------------------------------------------------------------------ life
-    // Asks the views to redraw; with data false they show nothing of the samples.
-    void Repaint(bool withData);
+    // The store tells the views what changed (the signals below); nobody tells the views to
+    // redraw.
+    //
     // Forgets the recording: curves, names, flags, table rows; the template keeps its
-    // general settings and loses its curves.
+    // general settings and loses its curves. The views let go of the samples.
     void Reset();
     // A new file is about to be read into the store.
     void AddFile(const QString& fileName);
-    // After a load that failed or was cancelled: the samples read stay, the file is gone.
-    void ClearFileName() { FFileName.clear(); }
+    // What follows a load that failed or was cancelled: the samples read stay and are shown
+    // (large curves reduced, so a cancelled huge file stays responsive); the file is gone.
+    void FinishPartialLoad();
     // Removes the curves that hold no point, with their template entries.
     void DeleteEmptyCurves();
     // What follows a complete load, in the window and without one: empty curves go, large ones
@@ -289,15 +251,27 @@ public:
     static QString AddUnit(const QString& name, const QString& unit);
 
     // ------------------------------------------------------------------ view state
-    // The live values (Axis_, Cursor_, General_, Print_) and their template counterparts
-    // (Cfg_...): the template's values are optional, and a Cfg_ setter marks them set.
-    TViewState& View() { return FView; }
-    const TViewState& View() const { return FView; }
+    // The live values (Axis_, Cursor_, General_, Print_, Look_) and their template
+    // counterparts (Cfg_...): the template's values are optional, and a Cfg_ setter marks them
+    // set. The store owns the visible range: the chart shows it and reports a zoom or pan
+    // through Axis_SetRange.
     TAxisState& Axis_Get(int axis) { return FView.Axes[std::clamp(axis, 0, 2)]; }
     const TAxisState& Axis_Get(int axis) const { return FView.Axes[std::clamp(axis, 0, 2)]; }
+    // Sets the visible ranges of the three axes (bottom, left, right) at once;
+    // viewRangeChanged when any differs.
+    struct TAxisRange {
+        bool Auto = true;
+        double Min = 0.0, Max = 0.0;
+    };
+    void Axis_SetRanges(const TAxisRange (&ranges)[3]);
     TCursorState& Cursor_Get(int cursor) { return FView.Cursors[std::clamp(cursor, 0, 1)]; }
+    const TCursorState& Cursor_Get(int cursor) const { return FView.Cursors[std::clamp(cursor, 0, 1)]; }
     TGeneralState& General_Get() { return FView.General; }
+    const TGeneralState& General_Get() const { return FView.General; }
     TPrintState& Print_Get() { return FView.Print; }
+    const TPrintState& Print_Get() const { return FView.Print; }
+    TChartLook& Look_Get() { return FView.Look; }
+    const TChartLook& Look_Get() const { return FView.Look; }
     TMseAxis& Cfg_Axis_Get(int axis);
     TMseCursor& Cfg_Cursor_Get(int cursor) { return cursor == 0 ? FSettings.Cursor1 : FSettings.Cursor2; }
     TMseSettingsCurve& Cfg_Curve_Get(int curve) { return Cfg(curve); }
@@ -327,8 +301,8 @@ public:
     // Moves the first row by whole rows of the merged time stamps (negative: back).
     void Table_MoveFirstRow(int rows);
     void Table_RecalcFirstRow();
-    double Table_GetFirstTime() const;
-    int Table_RowCount() const { return FRows.Count(); }
+    double Table_GetFirstTime() const { return FTable.FirstTime(); }
+    int Table_RowCount() const { return FTable.Count(); }
     QString Table_GetTime(int row) const;
     double Table_GetTimeValue(int row) const;
     QString Table_GetValue(int curve, int row) const;
@@ -358,8 +332,30 @@ public:
     // are only marked as chosen.
     void Ini_Store(int tab);
 
+    // An editor of the display settings (the configuration page, a menu switch, the chart
+    // editor) has finished a change; the views hear it as settingsChanged.
+    void Cfg_Changed() { Q_EMIT settingsChanged(); }
+
+    // The additional flow channel, defined on one of the curves.
+    TCalcKessa& CalcKessa() { return FCalcKessa; }
+    const TCalcKessa& CalcKessa() const { return FCalcKessa; }
+    // Sets the channel; the views hear it as a settings change.
+    void SetCalcKessa(bool active, int curve, const QString& name, const QString& unit, double factor,
+                      double offset);
+
 Q_SIGNALS:
-    void repaintRequested(bool withData);
+    // A new recording is about to be read: the views let go of the samples and show none of
+    // them until samplesReplaced.
+    void samplesReleased();
+    // A load ended, complete or not: curves, settings and table rows are new.
+    void samplesReplaced();
+    // The table's first row moved.
+    void tableMoved();
+    // Display settings changed: a template applied, limit lines or reduction switched, the
+    // flow channel set, an editor finished.
+    void settingsChanged();
+    // The visible range of the axes changed (Axis_SetRanges: a zoom, a pan).
+    void viewRangeChanged();
 
 private:
     friend class TStoreReceiver;
@@ -372,9 +368,6 @@ private:
         mutable std::shared_ptr<const TCurveSummary> Summary; // of Data as it was at SummaryCount
         mutable qint64 SummaryCount = -1;
     };
-    // The point of a curve at exactly this time, or -1.
-    qint64 PointAt(int curve, double time) const;
-    void BuildRows(double first);
     const TMseSettingsCurve& Cfg(int curve) const { return FSettings.Curves[curve]; }
     TMseSettingsCurve& Cfg(int curve) { return FSettings.Curves[curve]; }
     void AddLimitLines(int curve);
@@ -384,9 +377,7 @@ private:
     TMseSettings FSettings;
     TViewState FView;
     std::vector<std::unique_ptr<TCurve>> FCurves;
-    TDataBaseRow FWork[3];
-    TDataBaseRows FRows;
-    double FFirstTime = 0.0;
+    TTableRows FTable;
     double FStartTime = 0.0;
     QString FFileName, FCreator, FModulName, FLoggerName, FZebName;
     QStringList FStartTimeText, FNameText;
@@ -399,4 +390,8 @@ private:
     std::vector<TLimitLine> FLimitLines;
     quint64 FSamplesGeneration = 0;
     int FExtView = 0;
+    TCalcKessa FCalcKessa;
+    // Set while a load is finished: the template it applies is part of the new samples, not
+    // a settings change of its own.
+    bool FFinishing = false;
 };

@@ -79,8 +79,8 @@ bool TfrmCalcDlg::Execute(TDataBase* db, TCrossHair* crossHair, bool flowMode, b
     FFlow = flowMode;
     setWindowTitle(Txt(flowMode ? TTextId::CalcDlgFlow : TTextId::CalcDlgIntegration));
     // The time axis, or a crosshair placed on the left axis.
-    FXMin = db->View().Axes[axBottom].Min;
-    FXMax = db->View().Axes[axBottom].Max;
+    FXMin = db->Axis_Get(axBottom).Min;
+    FXMax = db->Axis_Get(axBottom).Max;
     FMinFromCursor = FMaxFromCursor = false;
     if (crossHair && crossHair->GetActive(0) == 0) {
         FXMin = crossHair->X(0);

@@ -1,6 +1,5 @@
 #include "ui/CalcKessaDlg.h"
 
-#include "analysis/CalcKessa.h"
 #include "config/Texts.h"
 #include "config/ZebReg.h"
 #include "store/DataBase.h"
@@ -62,7 +61,8 @@ TfrmCalcKessaDlg::TfrmCalcKessaDlg(QWidget* parent) : QDialog(parent) {
 }
 
 bool TfrmCalcKessaDlg::Execute(TDataBase* db, bool modal) {
-    const TCalcKessa& k = CalcKessa();
+    FDb = db;
+    const TCalcKessa& k = db->CalcKessa();
     ListBox1->clear();
     for (int i = 0; i < db->Curve_Count(); ++i)
         ListBox1->addItem(QString::number(i) + QStringLiteral(": ") + db->Curve_NameUnitGet(i));
@@ -92,7 +92,7 @@ void TfrmCalcKessaDlg::Button1Click() {
     const bool active = CheckBox1->isChecked();
     const int curve = ListBox1->currentRow();
     const double factor = ValidateEdit1->AsFloat().value_or(0.0), offset = ValidateEdit2->AsFloat().value_or(0.0);
-    CalcKessa().setCalcCurve(active, curve, Edit1->text(), Edit2->text(), factor, offset);
+    FDb->SetCalcKessa(active, curve, Edit1->text(), Edit2->text(), factor, offset);
     TZebSettings& s = ZebSettings();
     s.CustomApp0_Active = active;
     s.CustomApp0_Curve = curve;

@@ -24,6 +24,7 @@ public:
     void Button2Click(); // Cancel
 
 private:
+    TDataBase* FDb = nullptr;
     QLabel* lblSelect;
     QListWidget* ListBox1;
     QCheckBox* CheckBox1;

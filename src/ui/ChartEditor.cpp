@@ -94,12 +94,12 @@ QWidget* TChartEditor::BuildTitles() {
     for (QLineEdit* e : {edtTitle, edtFoot})
         connect(e, &QLineEdit::textEdited, this, &TChartEditor::Apply);
     FTitleFont = FontFields(page, "TitleFont");
-    btnTitleColor = ColorButton(page, "btnTitleColor", &FDb->View().Look.TitleColor);
+    btnTitleColor = ColorButton(page, "btnTitleColor", &FDb->Look_Get().TitleColor);
     FFootFont = FontFields(page, "FootFont");
     btnFootColor = new QPushButton(page);
     btnFootColor->setObjectName(QStringLiteral("btnFootColor"));
     connect(btnFootColor, &QPushButton::clicked, this, [this] {
-        TChartLook& look = FDb->View().Look;
+        TChartLook& look = FDb->Look_Get();
         QColor c = ColorOf(look.FootColor >= 0 ? look.FootColor : look.TitleColor);
         if (!zeb::TZebDlg::SelectColor(c)) return;
         look.FootColor = BgrOf(c);
@@ -146,7 +146,7 @@ QWidget* TChartEditor::BuildAxes() {
     btnGridColor = new QPushButton(page);
     btnGridColor->setObjectName(QStringLiteral("btnGridColor"));
     connect(btnGridColor, &QPushButton::clicked, this, [this] {
-        int& target = FDb->View().Look.GridColor[std::max(0, cbxAxis->currentIndex())];
+        int& target = FDb->Look_Get().GridColor[std::max(0, cbxAxis->currentIndex())];
         QColor c = ColorOf(target);
         if (!zeb::TZebDlg::SelectColor(c)) return;
         target = BgrOf(c);
@@ -251,8 +251,8 @@ QWidget* TChartEditor::BuildLegend() {
 QWidget* TChartEditor::BuildBackground() {
     auto* page = new QWidget(this);
     auto* form = new QFormLayout(page);
-    btnBackground = ColorButton(page, "btnBackground", &FDb->View().Look.Background);
-    btnPlotBackground = ColorButton(page, "btnPlotBackground", &FDb->View().Look.PlotBackground);
+    btnBackground = ColorButton(page, "btnBackground", &FDb->Look_Get().Background);
+    btnPlotBackground = ColorButton(page, "btnPlotBackground", &FDb->Look_Get().PlotBackground);
     form->addRow(Txt(TTextId::EdChartBackground), btnBackground);
     form->addRow(Txt(TTextId::EdPlotBackground), btnPlotBackground);
     return page;
@@ -260,25 +260,24 @@ QWidget* TChartEditor::BuildBackground() {
 
 void TChartEditor::Fill() {
     FFilling = true;
-    const TViewState& v = FDb->View();
-    edtTitle->setText(v.General.Title);
-    edtFoot->setText(v.General.Foot);
+    edtTitle->setText(FDb->General_Get().Title);
+    edtFoot->setText(FDb->General_Get().Foot);
     auto fillFont = [](TFontFields& f, const TFontState& s) {
         f.Family->setCurrentFont(QFont(s.Name));
         f.Family->setProperty("shown", f.Family->currentFont().family());
         f.Size->setValue(s.Size);
         f.Style->setCurrentIndex(std::clamp(s.Style, 0, 3));
     };
-    fillFont(FTitleFont, v.General.FontTitle);
-    fillFont(FFootFont, v.Look.FootFontSet ? v.Look.FootFont : v.General.FontTitle);
-    fillFont(FLegendFont, v.General.FontLegend);
-    ShowColor(btnTitleColor, v.Look.TitleColor);
-    ShowColor(btnFootColor, v.Look.FootColor >= 0 ? v.Look.FootColor : v.Look.TitleColor);
-    chkLegendVisible->setChecked(v.Look.LegendVisible);
-    cbxLegendPosition->setCurrentIndex(int(v.Look.LegendPosition));
-    chkLegendFrame->setChecked(v.Look.LegendFrame);
-    ShowColor(btnBackground, v.Look.Background);
-    ShowColor(btnPlotBackground, v.Look.PlotBackground);
+    fillFont(FTitleFont, FDb->General_Get().FontTitle);
+    fillFont(FFootFont, FDb->Look_Get().FootFontSet ? FDb->Look_Get().FootFont : FDb->General_Get().FontTitle);
+    fillFont(FLegendFont, FDb->General_Get().FontLegend);
+    ShowColor(btnTitleColor, FDb->Look_Get().TitleColor);
+    ShowColor(btnFootColor, FDb->Look_Get().FootColor >= 0 ? FDb->Look_Get().FootColor : FDb->Look_Get().TitleColor);
+    chkLegendVisible->setChecked(FDb->Look_Get().LegendVisible);
+    cbxLegendPosition->setCurrentIndex(int(FDb->Look_Get().LegendPosition));
+    chkLegendFrame->setChecked(FDb->Look_Get().LegendFrame);
+    ShowColor(btnBackground, FDb->Look_Get().Background);
+    ShowColor(btnPlotBackground, FDb->Look_Get().PlotBackground);
     cbxCurve->clear();
     for (int i = 0; i < FDb->Curve_Count(); ++i)
         cbxCurve->addItem(FDb->Curve_NameUnitGet(i));
@@ -291,9 +290,8 @@ void TChartEditor::FillAxis() {
     const bool filling = FFilling;
     FFilling = true;
     const int a = std::max(0, cbxAxis->currentIndex());
-    const TViewState& v = FDb->View();
-    const TAxisState& s = v.Axes[a];
-    chkAxisVisible->setChecked(v.Look.AxisVisible[a]);
+    const TAxisState& s = FDb->Axis_Get(a);
+    chkAxisVisible->setChecked(FDb->Look_Get().AxisVisible[a]);
     chkAxisAuto->setChecked(s.Auto);
     vedAxisMin->SetFloat(s.Min);
     vedAxisMax->SetFloat(s.Max);
@@ -302,13 +300,13 @@ void TChartEditor::FillAxis() {
     cbxAxisFormat->setEnabled(a != axBottom);
     cbxAxisFormat->setEditText(s.Format);
     chkAxisGrid->setChecked(s.Grid);
-    ShowColor(btnGridColor, v.Look.GridColor[a]);
-    cbxGridStyle->setCurrentIndex(std::clamp(v.Look.GridStyle[a], 0, 3));
-    speGridWidth->setValue(std::clamp(v.Look.GridWidth[a], 1, 5));
-    FAxisFont.Family->setCurrentFont(QFont(v.General.FontAxes.Name));
+    ShowColor(btnGridColor, FDb->Look_Get().GridColor[a]);
+    cbxGridStyle->setCurrentIndex(std::clamp(FDb->Look_Get().GridStyle[a], 0, 3));
+    speGridWidth->setValue(std::clamp(FDb->Look_Get().GridWidth[a], 1, 5));
+    FAxisFont.Family->setCurrentFont(QFont(FDb->General_Get().FontAxes.Name));
     FAxisFont.Family->setProperty("shown", FAxisFont.Family->currentFont().family());
-    FAxisFont.Size->setValue(v.General.FontAxes.Size);
-    FAxisFont.Style->setCurrentIndex(std::clamp(v.General.FontAxes.Style, 0, 3));
+    FAxisFont.Size->setValue(FDb->General_Get().FontAxes.Size);
+    FAxisFont.Style->setCurrentIndex(std::clamp(FDb->General_Get().FontAxes.Style, 0, 3));
     FFilling = filling;
 }
 
@@ -322,7 +320,7 @@ void TChartEditor::FillCurve() {
     if (valid) {
         ShowColor(btnCurveColor, FDb->Curve_ColorGet(c));
         speCurveWidth->setValue(std::clamp(FDb->Curve_WidthGet(c), 1, 10));
-        const std::vector<int>& styles = FDb->View().Look.CurveStyle;
+        const std::vector<int>& styles = FDb->Look_Get().CurveStyle;
         cbxCurveStyle->setCurrentIndex(c < int(styles.size()) ? std::clamp(styles[size_t(c)], 0, 3) : 0);
         chkCurvePoints->setChecked(FDb->Curve_TypeGet(c) == 1);
     }
@@ -331,9 +329,8 @@ void TChartEditor::FillCurve() {
 
 void TChartEditor::Apply() {
     if (FFilling) return;
-    TViewState& v = FDb->View();
-    v.General.Title = edtTitle->text();
-    v.General.Foot = edtFoot->text();
+    FDb->General_Get().Title = edtTitle->text();
+    FDb->General_Get().Foot = edtFoot->text();
     auto takeFont = [](const TFontFields& f, TFontState& s) {
         // A family this machine lacks is shown as its stand-in; only a choice replaces it.
         const QString family = f.Family->currentFont().family();
@@ -341,39 +338,39 @@ void TChartEditor::Apply() {
         s.Size = f.Size->value();
         s.Style = std::max(0, f.Style->currentIndex());
     };
-    takeFont(FTitleFont, v.General.FontTitle);
+    takeFont(FTitleFont, FDb->General_Get().FontTitle);
     // The footer's own font from the first change of its fields on.
-    TFontState foot = v.Look.FootFontSet ? v.Look.FootFont : v.General.FontTitle;
+    TFontState foot = FDb->Look_Get().FootFontSet ? FDb->Look_Get().FootFont : FDb->General_Get().FontTitle;
     const TFontState before = foot;
     takeFont(FFootFont, foot);
-    if (v.Look.FootFontSet || foot.Name != before.Name || foot.Size != before.Size || foot.Style != before.Style) {
-        v.Look.FootFont = foot;
-        v.Look.FootFontSet = true;
+    if (FDb->Look_Get().FootFontSet || foot.Name != before.Name || foot.Size != before.Size || foot.Style != before.Style) {
+        FDb->Look_Get().FootFont = foot;
+        FDb->Look_Get().FootFontSet = true;
     }
-    takeFont(FLegendFont, v.General.FontLegend);
-    takeFont(FAxisFont, v.General.FontAxes);
+    takeFont(FLegendFont, FDb->General_Get().FontLegend);
+    takeFont(FAxisFont, FDb->General_Get().FontAxes);
     const int a = std::max(0, cbxAxis->currentIndex());
-    TAxisState& s = v.Axes[a];
-    v.Look.AxisVisible[a] = chkAxisVisible->isChecked();
+    TAxisState& s = FDb->Axis_Get(a);
+    FDb->Look_Get().AxisVisible[a] = chkAxisVisible->isChecked();
     s.Auto = chkAxisAuto->isChecked();
     if (const auto x = vedAxisMin->AsFloat()) s.Min = *x;
     if (const auto x = vedAxisMax->AsFloat()) s.Max = *x;
     if (const auto x = vedAxisInc->AsFloat(); x && *x >= 0) s.Inc = *x;
     if (a != axBottom && !cbxAxisFormat->currentText().trimmed().isEmpty()) s.Format = cbxAxisFormat->currentText().trimmed();
     s.Grid = chkAxisGrid->isChecked();
-    v.Look.GridStyle[a] = std::max(0, cbxGridStyle->currentIndex());
-    v.Look.GridWidth[a] = speGridWidth->value();
+    FDb->Look_Get().GridStyle[a] = std::max(0, cbxGridStyle->currentIndex());
+    FDb->Look_Get().GridWidth[a] = speGridWidth->value();
     const int c = cbxCurve->currentIndex();
     if (FDb->Curve_IsValid(c)) {
         FDb->Curve_WidthSet(c, speCurveWidth->value());
         if (FDb->Curve_TypeGet(c) != 2 || chkCurvePoints->isChecked()) FDb->Curve_TypeSet(c, chkCurvePoints->isChecked() ? 1 : 0);
-        std::vector<int>& styles = v.Look.CurveStyle;
+        std::vector<int>& styles = FDb->Look_Get().CurveStyle;
         if (int(styles.size()) <= c) styles.resize(size_t(c) + 1, 0);
         styles[size_t(c)] = std::max(0, cbxCurveStyle->currentIndex());
     }
-    v.Look.LegendVisible = chkLegendVisible->isChecked();
-    v.Look.LegendPosition = TLegendPosition(std::clamp(cbxLegendPosition->currentIndex(), 0, 3));
-    v.Look.LegendFrame = chkLegendFrame->isChecked();
+    FDb->Look_Get().LegendVisible = chkLegendVisible->isChecked();
+    FDb->Look_Get().LegendPosition = TLegendPosition(std::clamp(cbxLegendPosition->currentIndex(), 0, 3));
+    FDb->Look_Get().LegendFrame = chkLegendFrame->isChecked();
     // The view is what the template gets when the settings are saved.
     FDb->Ini_Store();
     FChart->Rebuild();

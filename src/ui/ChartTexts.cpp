@@ -98,7 +98,7 @@ void TChartTexts::Rebuild() {
     FMarks.clear();
     FLeaders.clear();
     FPoints.clear();
-    const QFont font = TextFont(FDb->View().General.FontText);
+    const QFont font = TextFont(FDb->General_Get().FontText);
 
     const TMseTextList& boxes = FDb->Settings().Texts;
     for (int i = 0; i < boxes.Count(); ++i) {

@@ -193,25 +193,24 @@ void TCrossHair::Repaint() {
 
 void TCrossHair::OnChange(int which) {
     if (FBusy) return;
-    const TViewState& v = FDb->View();
     const double x = X(which), y = Y(which);
     if (which == 0) {
         FX1 = x;
         if (FAxis[0] >= 0) {
-            SetText(0, Txt(TTextId::ReadX1) + ChartText::XText(*FDb, 2, x, v.Cursors[0].XFormat));
-            SetText(1, Txt(TTextId::ReadY1) + zeb::FormatFloat(v.Cursors[0].YFormat, y));
+            SetText(0, Txt(TTextId::ReadX1) + ChartText::XText(*FDb, 2, x, FDb->Cursor_Get(0).XFormat));
+            SetText(1, Txt(TTextId::ReadY1) + zeb::FormatFloat(FDb->Cursor_Get(0).YFormat, y));
         }
     } else {
         FX2 = x;
         if (FAxis[1] >= 0) {
-            SetText(2, Txt(TTextId::ReadX2) + ChartText::XText(*FDb, 3, x, v.Cursors[1].XFormat));
-            SetText(3, Txt(TTextId::ReadY2) + zeb::FormatFloat(v.Cursors[1].YFormat, y));
+            SetText(2, Txt(TTextId::ReadX2) + ChartText::XText(*FDb, 3, x, FDb->Cursor_Get(1).XFormat));
+            SetText(3, Txt(TTextId::ReadY2) + zeb::FormatFloat(FDb->Cursor_Get(1).YFormat, y));
         }
     }
     if (FAxis[0] >= 0 && FAxis[1] >= 0) {
-        SetText(4, Txt(TTextId::ReadDX) + ChartText::XText(*FDb, 4, X(1) - X(0), v.Cursors[0].XFormat));
+        SetText(4, Txt(TTextId::ReadDX) + ChartText::XText(*FDb, 4, X(1) - X(0), FDb->Cursor_Get(0).XFormat));
         // Deliberately in cursor 1's format.
-        SetText(5, Txt(TTextId::ReadDY) + zeb::FormatFloat(v.Cursors[0].YFormat, Y(1) - Y(0)));
+        SetText(5, Txt(TTextId::ReadDY) + zeb::FormatFloat(FDb->Cursor_Get(0).YFormat, Y(1) - Y(0)));
     }
     Q_EMIT cursorChanged(which);
 }
@@ -263,7 +262,7 @@ void TCrossHair::SetZoomRect(bool on, int x, int y) {
         return;
     }
     FZoomY = ValueAxis(FZoomAxis - 1)->pixelToCoord(y);
-    SetText(1, Txt(TTextId::ReadY1) + zeb::FormatFloat(FDb->View().Axes[FZoomAxis].Format, FZoomY));
+    SetText(1, Txt(TTextId::ReadY1) + zeb::FormatFloat(FDb->Axis_Get(FZoomAxis).Format, FZoomY));
 }
 
 void TCrossHair::DispZoomRect(int x, int y) {
@@ -275,5 +274,5 @@ void TCrossHair::DispZoomRect(int x, int y) {
         return;
     }
     const double dy = std::abs(ValueAxis(FZoomAxis - 1)->pixelToCoord(y) - FZoomY);
-    SetText(5, Txt(TTextId::ReadDY) + zeb::FormatFloat(FDb->View().Axes[FZoomAxis].Format, dy));
+    SetText(5, Txt(TTextId::ReadDY) + zeb::FormatFloat(FDb->Axis_Get(FZoomAxis).Format, dy));
 }

@@ -30,7 +30,7 @@ QStringList CutterArguments(const TDataBase& db, const QString& target, bool csv
     for (int i = 0; i < db.Curve_Count(); ++i)
         if (db.Curve_IsAvailable(i)) channels << QString::number(db.Curve_FileChannel(i));
     if (channels.isEmpty()) return {};
-    const TAxisState& bottom = db.View().Axes[axBottom];
+    const TAxisState& bottom = db.Axis_Get(axBottom);
     QStringList args{QDir::toNativeSeparators(db.FileName()), QDir::toNativeSeparators(target),
                      ExactNumber(bottom.Min), ExactNumber(bottom.Max), QString::number(channels.size()),
                      channels.join(QLatin1Char(','))};

@@ -86,8 +86,11 @@ TForm1::~TForm1() {
 }
 
 void TForm1::FormCreate() {
-    // 1. the store and the chart with its cursors and zoom
+    // 1. the store, the analysis views and the chart with its cursors and zoom. The views hear
+    // of new settings before the chart, whose rebuild then computes them once.
     FDataBase = new TDataBase(this);
+    FViewCalc = new TfrmViewCalc(FDataBase, this);
+    FViewLimit = new TfrmViewLimit(FDataBase, this);
     FChart = new TZebChart(FDataBase);
     FChart->setObjectName(QStringLiteral("ZEBChart"));
     FTableView = new TTableView(FDataBase);
@@ -123,9 +126,10 @@ void TForm1::FormCreate() {
     connect(FTableView, &TTableView::gotoTimeRequested, this, &TForm1::GUI_TableGotoTime);
     FTableView->SetChartMinProvider([this] { return FChart->ChartAxis(axBottom)->range().lower; });
     connect(FCfgPage, &TCfgPage::modified, this, [this] { SetModified(true); });
-    FViewCalc = new TfrmViewCalc(FDataBase, this);
-    FViewLimit = new TfrmViewLimit(FDataBase, this);
-    connect(FChart, &TZebChart::viewChanged, this, &TForm1::Analyses_ReCalc);
+    // The analyses follow the visible range and the curves shown.
+    connect(FDataBase, &TDataBase::viewRangeChanged, this, &TForm1::Analyses_ReCalc);
+    connect(FChart, &TZebChart::rebuilt, this, &TForm1::Analyses_ReCalc);
+    connect(FDataBase, &TDataBase::settingsChanged, this, &TForm1::SyncGraphSwitches);
     connect(FViewCalc, &TfrmViewBase::closedByUser, this, [this] { Analyses_SetShown(true, false); });
     connect(FViewLimit, &TfrmViewBase::closedByUser, this, [this] { Analyses_SetShown(false, false); });
 
@@ -140,7 +144,7 @@ void TForm1::FormCreate() {
     FindHelperPrograms();
 
     // 4. the additional flow channel from the settings
-    CalcKessa().setCalcCurve(s.CustomApp0_Active, s.CustomApp0_Curve, s.CustomApp0_Name, s.CustomApp0_Unit,
+    FDataBase->CalcKessa().setCalcCurve(s.CustomApp0_Active, s.CustomApp0_Curve, s.CustomApp0_Name, s.CustomApp0_Unit,
                              s.CustomApp0_Mul, s.CustomApp0_Add);
 
     // 5. the chart view
@@ -242,13 +246,9 @@ bool TForm1::View_OnPageChange(int) {
 bool TForm1::CfgPageApply() {
     if (onbView->currentIndex() != pgCfg) return true;
     if (!FCfgPage->Leave()) return false;
-    // The store's view now holds the page's values; the chart, its cursors and the switches
-    // show them.
-    FChart->Rebuild();
-    FChart->CrossHair()->Repaint();
-    SyncGraphSwitches();
-    // Limits, number formats and the flow channel may have changed: the figures with them.
-    Analyses_Renew();
+    // The store's view now holds the page's values (limits, number formats and the flow
+    // channel among them): chart, switches and figures follow.
+    FDataBase->Cfg_Changed();
     return true;
 }
 
@@ -314,7 +314,7 @@ void TForm1::GUI_TableGotoTime() {
     const double origin = ChartText::Origin(*FDataBase);
     TfrmGoToDlg dlg(this);
     double seconds = 0.0;
-    if (!dlg.Execute(FDataBase->View().Axes[axBottom].XType, origin / zeb::kSecondsPerDay, seconds)) return;
+    if (!dlg.Execute(FDataBase->Axis_Get(axBottom).XType, origin / zeb::kSecondsPerDay, seconds)) return;
     FTableView->GUI_TableGotoTime(origin + seconds);
 }
 
@@ -379,9 +379,7 @@ bool TForm1::ApplyTemplate(const QString& fileName) {
         ShowError(TxtFmt(TTextId::MsgCannotOpenFile, {QDir::toNativeSeparators(fileName)}));
         return false;
     }
-    FChart->Rebuild();
-    SyncGraphSwitches();
-    Analyses_Arm();
+    Analyses_Arm(); // the template says which views are shown
     return true;
 }
 
@@ -725,14 +723,13 @@ void TForm1::GUI_GraphEditorExit() {
         FGraphLayout->insertWidget(0, FChart, 1);
     }
     ShowWorkPage(pgWork);
-    FChart->Rebuild();
-    SyncGraphSwitches();
+    FDataBase->Cfg_Changed();
 }
 
 void TForm1::GUI_GraphCheckboxes() {
-    TPrintState& p = FDataBase->View().Print;
+    TPrintState& p = FDataBase->Print_Get();
     p.CheckBoxes = !p.CheckBoxes;
     menGraphCheckboxes->setChecked(p.CheckBoxes);
-    FChart->Rebuild();
+    FDataBase->Cfg_Changed();
     SetModified(true);
 }

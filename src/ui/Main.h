@@ -212,7 +212,6 @@ private:
     // The calculation and limit views follow the chart; the flow channel learns which curves
     // are drawn.
     void Analyses_ReCalc();
-    void Analyses_Renew();
     // The views as the template's ViewCalc and ViewLimit say, computed anew.
     void Analyses_Arm();
     void Analyses_SetShown(bool calc, bool shown);

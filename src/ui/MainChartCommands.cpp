@@ -86,7 +86,6 @@ void TForm1::GUI_GraphCursor2() {
 void TForm1::GUI_GraphLimits() {
     // The action has already flipped its check mark: the new state is the opposite of the old.
     FDataBase->Curve_SetAllLimitLines(menGraphLimits->isChecked());
-    FChart->Rebuild();
     SetModified(true);
 }
 
@@ -110,7 +109,7 @@ void TForm1::GUI_Graph() {
     menGraphLimits->setChecked(FDataBase->LimitLinesOn());
     menGraphFuncFlow->setVisible(FDataBase->ExistsFlowModul());
     menGraphFuncCalc->setChecked(FViewCalc->IsActive());
-    menGraphCheckboxes->setChecked(FDataBase->View().Print.CheckBoxes);
+    menGraphCheckboxes->setChecked(FDataBase->Print_Get().CheckBoxes);
     menGraphNote->setChecked(FChart->Texts()->NoticesShown());
     menGraphFuncLimit->setChecked(FViewLimit->IsActive());
     for (int k = 0; k < 2; ++k)
@@ -147,7 +146,6 @@ void TForm1::SyncGraphSwitches() {
 void TForm1::chkBigDataOnClick() {
     FDataBase->switchBigData(chkBigDataOn->isChecked());
     chkBigDataOn->setChecked(FDataBase->isBigDataOn());
-    FChart->Rebuild();
 }
 
 // ====================================================================== analyses
@@ -175,10 +173,7 @@ void TForm1::menGraphFuncLimitClick() {
 void TForm1::menGraphFuncKessaClick() {
     if (FLoading) return;
     TfrmCalcKessaDlg dlg(this);
-    if (!dlg.Execute(FDataBase)) return;
-    // The views fill the channel's texts anew, and the chart draws it (or no longer does).
-    FChart->Rebuild();
-    Analyses_Renew();
+    dlg.Execute(FDataBase); // the store tells chart and views of the channel's new settings
 }
 
 void TForm1::menGraphFFTClick() {
@@ -216,7 +211,7 @@ void TForm1::spbTextInsertClick() {
 // Shown or not is part of the display settings.
 void TForm1::Analyses_SetShown(bool calc, bool shown) {
     TfrmViewBase* view = calc ? static_cast<TfrmViewBase*>(FViewCalc) : FViewLimit;
-    (calc ? FDataBase->View().General.ViewCalc : FDataBase->View().General.ViewLimit) = shown;
+    (calc ? FDataBase->General_Get().ViewCalc : FDataBase->General_Get().ViewLimit) = shown;
     if (shown) {
         view->SetActive();
         view->Display(onbView->currentIndex() == pgGraph);
@@ -229,7 +224,7 @@ void TForm1::Analyses_SetShown(bool calc, bool shown) {
 }
 
 void TForm1::Analyses_Arm() {
-    const TGeneralState& g = FDataBase->View().General;
+    const TGeneralState& g = FDataBase->General_Get();
     for (TfrmViewBase* view : std::initializer_list<TfrmViewBase*>{FViewCalc, FViewLimit}) {
         const bool shown = view == FViewCalc ? g.ViewCalc : g.ViewLimit;
         view->SetInactive();
@@ -241,21 +236,13 @@ void TForm1::Analyses_Arm() {
     Analyses_ReCalc();
 }
 
-// What the views remember of the last range goes: they compute anew, with the settings as
-// they are now.
-void TForm1::Analyses_Renew() {
-    FViewCalc->Clear();
-    FViewLimit->Clear();
-    Analyses_ReCalc();
-}
-
 void TForm1::Analyses_ReCalc() {
     if (FLoading) return;
     for (TfrmViewBase* view : std::initializer_list<TfrmViewBase*>{FViewCalc, FViewLimit})
         if (view->IsActive()) view->ReCalc();
     // What the views have seen of the flow channel is up to date; the chart draws its curve
     // while the reference curve is shown.
-    TCalcKessa& kessa = CalcKessa();
+    TCalcKessa& kessa = FDataBase->CalcKessa();
     kessa.clearVisibleCurve();
     for (int i = 0; i < FDataBase->Curve_Count(); ++i)
         if (FDataBase->Curve_IsActive(i)) kessa.setVisibleCurve(i);

@@ -87,8 +87,8 @@ bool TForm1::OpenFile(const QString& fileName) {
     // and the new recording opens on its chart.
     if (onbView->currentIndex() == pgCfg && !SetViewPage(pgGraph)) return false;
 
-    // 1. the views let go of the old recording
-    FDataBase->Repaint(false);
+    // 1. the views let go of the old recording (the chart and the table when the store
+    // forgets it)
     FViewCalc->SetInactive();
     FViewLimit->SetInactive();
     if (FViewFFT) FViewFFT->hide(); // its input belongs to the old recording
@@ -165,15 +165,11 @@ void TForm1::FileFailed(int result) {
     FCaptionFile.clear();
     // What was read stays and is shown; only the file is forgotten. Large curves are drawn
     // reduced, as after a complete load, so a cancelled huge file stays responsive.
-    FDataBase->ClearFileName();
     FViewCalc->Clear();
     FViewLimit->Clear();
-    FDataBase->CheckBigData();
+    FDataBase->FinishPartialLoad();
     chkBigDataOn->setChecked(FDataBase->isBigDataOn());
-    FDataBase->Table_SetFirstRow(0.0);
     UpdateCaption();
-    FDataBase->Repaint(true);
-    FChart->Rebuild();
     ShowWorkPage(pgWork);
     View_OnPageChanged(onbView->currentIndex());
     SyncGraphSwitches();
@@ -200,15 +196,12 @@ void TForm1::FileLoaded() {
     FModified = false;
     TDataBase& db = *FDataBase;
 
-    db.FinishLoad();
+    db.FinishLoad(); // the chart and the table rebuild when the store says so
     chkBigDataOn->setChecked(db.isBigDataOn());
 
     FCaptionFile = db.FileName();
     RecentFiles_Add(db.FileName());
     UpdateCaption();
-    FChart->Texts()->SetNoticesShown(false); // the notice series starts hidden with every file
-    db.Repaint(true);
-    FChart->Rebuild();
     ShowWorkPage(pgWork);
     View_OnPageChanged(onbView->currentIndex());
     GraphCursorSet(0, true);

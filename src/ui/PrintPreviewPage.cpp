@@ -36,7 +36,7 @@ TPrintPreviewPage::TPrintPreviewPage(TDataBase* db, TZebChart* chart, QPrinter* 
     FPreview = new QPrintPreviewWidget(FPrinter, this);
     FPreview->setObjectName(QStringLiteral("panPrintPreview"));
     connect(FPreview, &QPrintPreviewWidget::paintRequested, this, [this](QPrinter* p) {
-        PrintChart(*p, *FChart, FDb->View().Print);
+        PrintChart(*p, *FChart, FDb->Print_Get());
         QTimer::singleShot(0, this, &TPrintPreviewPage::ShowDrawnMargins);
     });
 
@@ -141,7 +141,7 @@ void TPrintPreviewPage::ApplyLanguage() {
 }
 
 void TPrintPreviewPage::PrinterFromStore() {
-    FPrinter->setPageOrientation(FDb->View().Print.Landscape ? QPageLayout::Landscape : QPageLayout::Portrait);
+    FPrinter->setPageOrientation(FDb->Print_Get().Landscape ? QPageLayout::Landscape : QPageLayout::Portrait);
 }
 
 void TPrintPreviewPage::Enter() {
@@ -161,12 +161,12 @@ void TPrintPreviewPage::Refresh() {
 
 void TPrintPreviewPage::SetOrientation(int item) {
     FPreview->setOrientation(item == 1 ? QPageLayout::Landscape : QPageLayout::Portrait);
-    FDb->View().Print.Landscape = item == 1;
+    FDb->Print_Get().Landscape = item == 1;
     Q_EMIT modified();
 }
 
 void TPrintPreviewPage::TakeMargins() {
-    TPrintState& p = FDb->View().Print;
+    TPrintState& p = FDb->Print_Get();
     p.Proportional = false;
     p.MarginLeft = osfPrintMarginLeft->value();
     p.MarginRight = osfPrintMarginRight->value();
@@ -177,13 +177,13 @@ void TPrintPreviewPage::TakeMargins() {
 }
 
 void TPrintPreviewPage::TakeProportional() {
-    FDb->View().Print.Proportional = chkPrintProportional->isChecked();
+    FDb->Print_Get().Proportional = chkPrintProportional->isChecked();
     Q_EMIT modified();
     if (chkPrintProportional->isChecked()) FPreview->updatePreview();
 }
 
 void TPrintPreviewPage::ShowDrawnMargins() {
-    const TPrintState& p = FDb->View().Print;
+    const TPrintState& p = FDb->Print_Get();
     const QRect page = FPrinter->pageLayout().paintRectPixels(FPrinter->resolution());
     const TPrintMargins m = MarginsFor(p, page.size(), FChart->size());
     FFilling = true;
@@ -200,8 +200,8 @@ void TPrintPreviewPage::PageSetup() {
     dlg.setObjectName(QStringLiteral("PageSetupDialog1"));
     if (dlg.exec() != QDialog::Accepted) return;
     const bool landscape = FPrinter->pageLayout().orientation() == QPageLayout::Landscape;
-    if (landscape != FDb->View().Print.Landscape) {
-        FDb->View().Print.Landscape = landscape;
+    if (landscape != FDb->Print_Get().Landscape) {
+        FDb->Print_Get().Landscape = landscape;
         Q_EMIT modified();
     }
     FFilling = true;
@@ -219,12 +219,12 @@ bool TPrintPreviewPage::PrintNow() {
                                QStringLiteral(".pdf"), fileName))
             return false;
         FPrinter->setOutputFileName(fileName);
-        const bool ok = PrintChart(*FPrinter, *FChart, FDb->View().Print);
+        const bool ok = PrintChart(*FPrinter, *FChart, FDb->Print_Get());
         FPrinter->setOutputFileName(QString());
         if (!ok) Q_EMIT failed(TxtFmt(TTextId::MsgPrintFailed, {QDir::toNativeSeparators(fileName)}));
         return ok;
     }
-    if (PrintChart(*FPrinter, *FChart, FDb->View().Print)) return true;
+    if (PrintChart(*FPrinter, *FChart, FDb->Print_Get())) return true;
     Q_EMIT failed(TxtFmt(TTextId::MsgPrintFailed, {FPrinter->printerName()}));
     return false;
 }
@@ -241,7 +241,7 @@ void TPrintPreviewPage::PrintWithDialog(QWidget* parent) {
     QPrintDialog dlg(FPrinter, parent);
     dlg.setObjectName(QStringLiteral("PrintDialog1"));
     if (dlg.exec() != QDialog::Accepted) return;
-    FDb->View().Print.Landscape = FPrinter->pageLayout().orientation() == QPageLayout::Landscape;
-    if (!PrintChart(*FPrinter, *FChart, FDb->View().Print))
+    FDb->Print_Get().Landscape = FPrinter->pageLayout().orientation() == QPageLayout::Landscape;
+    if (!PrintChart(*FPrinter, *FChart, FDb->Print_Get()))
         Q_EMIT failed(TxtFmt(TTextId::MsgPrintFailed, {FPrinter->printerName()}));
 }

@@ -212,7 +212,7 @@ private:
 
 TReport::TReport(const TDataBase& db, QCustomPlot* chart, const TReportOptions& options)
     : FActivationEnergy(options.ActivationEnergy) {
-    const TAxisState& bottom = db.View().Axes[axBottom];
+    const TAxisState& bottom = db.Axis_Get(axBottom);
     FCompany = ZebSettings().ValReportFirma;
     FFileName = db.FileName();
     FPrinted = zeb::FormatTime(0, NowSince2000());

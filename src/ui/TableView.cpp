@@ -177,9 +177,9 @@ TTableView::TTableView(TDataBase* db, QWidget* parent) : QWidget(parent), FDb(db
     layout->addWidget(FTable, 1);
     layout->addLayout(nav);
 
-    connect(db, &TDataBase::repaintRequested, this, [this](bool withData) {
-        if (withData) FModel->Refresh();
-    });
+    for (auto change : {&TDataBase::samplesReleased, &TDataBase::samplesReplaced, &TDataBase::tableMoved,
+                        &TDataBase::settingsChanged})
+        connect(db, change, FModel, &TTableModel::Refresh);
 }
 
 void TTableView::Enter() {
@@ -231,38 +231,30 @@ int TTableView::PageStep() const {
     return n >= 5 ? n - 3 : 1;
 }
 
-// Every move redraws table and chart once.
-template <typename F> void TTableView::Move(F&& move) {
-    FDb->Repaint(false);
-    move();
-    FDb->Repaint(true);
-}
-
 void TTableView::GUI_TableGotoFirst() {
-    Move([this] { FDb->Table_SetFirstRow(0.0); });
+    FDb->Table_SetFirstRow(0.0);
 }
 
 void TTableView::GUI_TableGotoReverseFast() {
-    Move([this] { FDb->Table_MoveFirstRow(-PageStep()); });
+    FDb->Table_MoveFirstRow(-PageStep());
 }
 
 void TTableView::GUI_TableGotoReverse() {
-    Move([this] { FDb->Table_MoveFirstRow(-1); });
+    FDb->Table_MoveFirstRow(-1);
 }
 
 void TTableView::GUI_TableGotoForward() {
-    Move([this] { FDb->Table_MoveFirstRow(1); });
+    FDb->Table_MoveFirstRow(1);
 }
 
 void TTableView::GUI_TableGotoForwardFast() {
-    // One row inside the bracket, then the page step: a page and one row in all.
-    Move([this] { FDb->Table_MoveFirstRow(1); });
+    // One row, then the page step: a page and one row in all.
+    FDb->Table_MoveFirstRow(1);
     FDb->Table_MoveFirstRow(PageStep());
-    FModel->Refresh();
 }
 
 void TTableView::GUI_TableGotoEnd() {
-    Move([this] { FDb->Table_SetFirstRow(10000000000.0); });
+    FDb->Table_SetFirstRow(10000000000.0);
     GUI_TableGotoReverseFast();
 }
 
@@ -270,11 +262,11 @@ void TTableView::GUI_TableGotoTMin() {
     double mn = 0.0, mx = 0.0;
     if (FChartMin) mn = FChartMin();
     else FDb->GetXMinXMax(mn, mx, true);
-    Move([this, mn] { FDb->Table_SetFirstRow(mn); });
+    FDb->Table_SetFirstRow(mn);
 }
 
 void TTableView::GUI_TableGotoTime(double time) {
-    Move([this, time] { FDb->Table_SetFirstRow(time); });
+    FDb->Table_SetFirstRow(time);
 }
 
 double TTableView::ScrollTime(int position) const { return FStart + position * (FEnd - FStart) / 100.0; }
@@ -286,7 +278,7 @@ void TTableView::GUI_TableScroll(int position, bool ending) {
         return;
     }
     Q_EMIT statusText(QString());
-    Move([this, t] { FDb->Table_SetFirstRow(t); });
+    FDb->Table_SetFirstRow(t);
 }
 
 // The wheel moves the store's first row by the platform's wheel step, like the keys do.
@@ -298,7 +290,7 @@ bool TTableView::Table_OnWheel(const QWheelEvent* wheel) {
     if (notches == 0) return true; // a fine-grained wheel: wait for a whole notch
     FWheelDelta -= notches * QWheelEvent::DefaultDeltasPerStep;
     const int rows = -notches * std::max(1, QApplication::wheelScrollLines());
-    Move([this, rows] { FDb->Table_MoveFirstRow(rows); });
+    FDb->Table_MoveFirstRow(rows);
     return true;
 }
 

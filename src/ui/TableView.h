@@ -76,7 +76,6 @@ protected:
 private:
     static constexpr int kMinColumnWidth = 80;
     static constexpr int kMaxColumnWidth = 320;
-    template <typename F> void Move(F&& move);
     bool Table_OnWheel(const QWheelEvent* wheel);
     void FitColumns();
     void GUI_TableScroll(int position, bool ending);

@@ -31,6 +31,9 @@ TfrmViewBase::TfrmViewBase(TDataBase* db, const char* name, const int (&widths)[
     setFont(f);
     resize(kWidth, kHeight);
     setMinimumSize(kMinWidth, kMinHeight);
+    // Limits, number formats or the flow channel may have changed: the next computation
+    // starts afresh.
+    connect(db, &TDataBase::settingsChanged, this, &TfrmViewBase::Clear);
 
     auto* v = new QVBoxLayout(this);
     v->setContentsMargins(0, 0, 0, 0);
@@ -96,7 +99,7 @@ void TfrmViewBase::ShowCounters() {
 
 bool TfrmViewBase::NeedsRecalc() {
     const int n = FDb->Curve_Count();
-    const TAxisState& bottom = FDb->View().Axes[axBottom];
+    const TAxisState& bottom = FDb->Axis_Get(axBottom);
     if (n != int(FActiveFlags.size())) {
         FActiveFlags.assign(size_t(n), false);
         for (int i = 0; i < n; ++i)

@@ -1,6 +1,5 @@
 #include "ui/ViewCalc.h"
 
-#include "analysis/CalcKessa.h"
 #include "config/Texts.h"
 #include "store/DataBase.h"
 
@@ -25,15 +24,15 @@ void TfrmViewCalc::LoadLanguageRes() {
 bool TfrmViewCalc::NeedsRecalc() {
     // The flow channel's new settings need its texts anew, whatever the chart shows.
     const bool changed = TfrmViewBase::NeedsRecalc();
-    return changed || CalcKessa().isUpdated();
+    return changed || FDb->CalcKessa().isUpdated();
 }
 
 void TfrmViewCalc::ReCalc() {
     if (!BeginReCalc()) return;
     FClipText.clear();
-    TCalcKessa& kessa = CalcKessa();
+    TCalcKessa& kessa = FDb->CalcKessa();
     kessa.clearCalcValues();
-    const TAxisState& bottom = FDb->View().Axes[axBottom];
+    const TAxisState& bottom = FDb->Axis_Get(axBottom);
     for (int i = 0; i < FDb->Curve_Count(); ++i) {
         if (!FDb->Curve_IsActive(i)) continue;
         const auto summary = FDb->Summary(i);

@@ -166,8 +166,8 @@ bool TfrmViewFFT::Execute(TDataBase* db, TCrossHair* crossHair) {
     FCrossHair = crossHair;
     FCurve = -1;
     // The chart's time span, or the crosshairs where they stand on the left axis.
-    FLower = db->View().Axes[axBottom].Min;
-    FUpper = db->View().Axes[axBottom].Max;
+    FLower = db->Axis_Get(axBottom).Min;
+    FUpper = db->Axis_Get(axBottom).Max;
     if (crossHair && crossHair->GetActive(0) == 0) FLower = crossHair->X(0);
     if (crossHair && crossHair->GetActive(1) == 0) FUpper = crossHair->X(1);
     if (FUpper < FLower) std::swap(FLower, FUpper);

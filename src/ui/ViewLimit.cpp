@@ -1,6 +1,5 @@
 #include "ui/ViewLimit.h"
 
-#include "analysis/CalcKessa.h"
 #include "config/Texts.h"
 #include "store/DataBase.h"
 
@@ -22,9 +21,9 @@ void TfrmViewLimit::LoadLanguageRes() {
 
 void TfrmViewLimit::ReCalc() {
     if (!BeginReCalc()) return;
-    TCalcKessa& kessa = CalcKessa();
+    TCalcKessa& kessa = FDb->CalcKessa();
     kessa.clearLimitValues();
-    const TAxisState& bottom = FDb->View().Axes[axBottom];
+    const TAxisState& bottom = FDb->Axis_Get(axBottom);
     for (int i = 0; i < FDb->Curve_Count(); ++i) {
         if (!FDb->Curve_IsActive(i)) continue;
         const auto summary = FDb->Summary(i);

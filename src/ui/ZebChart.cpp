@@ -1,6 +1,5 @@
 #include "ui/ZebChart.h"
 
-#include "analysis/CalcKessa.h"
 #include "config/Texts.h"
 #include "data/Formats.h"
 #include "store/DataBase.h"
@@ -133,7 +132,7 @@ double Origin(const TDataBase& db) {
 }
 
 QString XText(const TDataBase& db, int kind, double x, const QString& numberFormat) {
-    const TAxisState& bottom = db.View().Axes[axBottom];
+    const TAxisState& bottom = db.Axis_Get(axBottom);
     switch (bottom.XType) {
     case 0:
         return zeb::FormatFloat(numberFormat, kind == 4 ? x : x - Origin(db));
@@ -373,7 +372,12 @@ TZebChart::TZebChart(TDataBase* db, QWidget* parent) : QCustomPlot(parent), FDb(
     FTexts = new TChartTexts(FDb, this, FCrossHair, this);
     connect(FTexts, &TChartTexts::modified, this, &TZebChart::modified);
     connect(FZoom, &TZoomAndScroll::rangesChanged, this, &TZebChart::OnRangesChanged);
-    connect(FDb, &TDataBase::repaintRequested, this, &TZebChart::OnRepaintRequested);
+    connect(FDb, &TDataBase::samplesReleased, this, &TZebChart::OnSamplesReleased);
+    connect(FDb, &TDataBase::samplesReplaced, this, [this] {
+        FShowData = true;
+        Rebuild();
+    });
+    connect(FDb, &TDataBase::settingsChanged, this, &TZebChart::Rebuild);
     Rebuild();
 }
 
@@ -406,7 +410,7 @@ QString TZebChart::LegendText(int curve) const {
 }
 
 QString TZebChart::TimeAxisLabel(double value, double tickStep) const {
-    const TAxisState& s = FDb->View().Axes[axBottom];
+    const TAxisState& s = FDb->Axis_Get(axBottom);
     switch (s.XType) {
     case 0: {
         double v = value - FOrigin;
@@ -449,7 +453,7 @@ int TZebChart::LegendCurveAt(const QPoint& pos) const {
 }
 
 QString TZebChart::ValueAxisTitle(int axis) const {
-    const TAxisState& s = FDb->View().Axes[axis];
+    const TAxisState& s = FDb->Axis_Get(axis);
     if (!s.Name.isEmpty()) return s.Name;
     // Without a name of its own the axis shows the units of its curves.
     QStringList units;
@@ -473,7 +477,7 @@ void TZebChart::Rebuild() {
     const bool withData = FShowData && !FDb->IsLoading();
     FBuiltGeneration = FDb->SamplesGeneration();
 
-    legend->setFont(FontOf(FDb->View().General.FontLegend));
+    legend->setFont(FontOf(FDb->General_Get().FontLegend));
     FLegendCurves.clear();
     for (int i = 0; i < n; ++i) {
         const int axis = FDb->Curve_AxisGet(i);
@@ -484,7 +488,7 @@ void TZebChart::Rebuild() {
         }
         p->SetReduction(FDb->Curve_isBigDataOn(i));
         p->SetLineType(FDb->Curve_TypeGet(i));
-        const std::vector<int>& styles = FDb->View().Look.CurveStyle;
+        const std::vector<int>& styles = FDb->Look_Get().CurveStyle;
         const int style = i < int(styles.size()) ? std::clamp(styles[size_t(i)], 0, 3) : 0;
         p->setPen(QPen(ColorOf(FDb->Curve_ColorGet(i)), std::max(1, FDb->Curve_WidthGet(i)), kLineStyles[style]));
         p->setName(LegendText(i));
@@ -494,7 +498,7 @@ void TZebChart::Rebuild() {
     }
     // The additional flow channel, on its reference curve's axis while that curve is shown.
     FDerived = nullptr;
-    const TCalcKessa& kessa = CalcKessa();
+    const TCalcKessa& kessa = FDb->CalcKessa();
     if (TCurvePlottable* ref = kessa.Active() ? CurvePlottable(kessa.Curve()) : nullptr; ref && ref->visible()) {
         auto* p = new TCurvePlottable(xAxis, ref->valueAxis());
         if (withData) p->SetSource(FDb, kessa.Curve(), FDb->Summary(kessa.Curve()));
@@ -522,19 +526,18 @@ void TZebChart::Rebuild() {
     FTexts->Rebuild();
     FCrossHair->Rebind();
     replot();
-    Q_EMIT viewChanged();
+    Q_EMIT rebuilt();
 }
 
 void TZebChart::ApplyAxes(bool withData) {
-    const TViewState& v = FDb->View();
-    const QFont font = FontOf(v.General.FontAxes);
+    const QFont font = FontOf(FDb->General_Get().FontAxes);
     const bool left = FDb->IsUsedAxis(axLeft), right = FDb->IsUsedAxis(axRight);
     yAxis->setVisible(left || !right);
     yAxis2->setVisible(right);
     static constexpr TZoomAndScroll::TAxis kZoomAxis[] = {TZoomAndScroll::zaBottom, TZoomAndScroll::zaLeft,
                                                           TZoomAndScroll::zaRight};
     for (int a = 0; a < 3; ++a) {
-        const TAxisState& s = v.Axes[a];
+        const TAxisState& s = FDb->Axis_Get(a);
         QCPAxis* ax = ChartAxis(a);
         ax->setLabelFont(font);
         ax->setTickLabelFont(font);
@@ -558,18 +561,18 @@ void TZebChart::ApplyAxes(bool withData) {
     if (withData)
         for (int a = 0; a < 3; ++a) {
             if (!FZoom->IsAuto(kZoomAxis[a])) continue;
-            TAxisState& s = FDb->View().Axes[a];
+            TAxisState& s = FDb->Axis_Get(a);
             s.Min = ChartAxis(a)->range().lower;
             s.Max = ChartAxis(a)->range().upper;
         }
 }
 
 void TZebChart::ApplyTexts() {
-    const TGeneralState& g = FDb->View().General;
+    const TGeneralState& g = FDb->General_Get();
     FTitle->setText(g.Title);
     FTitle->setFont(FontOf(g.FontTitle));
     FFoot->setText(g.Foot);
-    const TChartLook& look = FDb->View().Look;
+    const TChartLook& look = FDb->Look_Get();
     FFoot->setFont(FontOf(look.FootFontSet ? look.FootFont : g.FontTitle));
     const QFont info = FontOf(g.FontLegend);
     FStartText->setFont(info);
@@ -580,7 +583,7 @@ void TZebChart::ApplyTexts() {
 
 // What the chart editor set beyond the template.
 void TZebChart::ApplyLook() {
-    const TChartLook& look = FDb->View().Look;
+    const TChartLook& look = FDb->Look_Get();
     FTitle->setTextColor(ColorOf(look.TitleColor));
     FFoot->setTextColor(ColorOf(look.FootColor >= 0 ? look.FootColor : look.TitleColor));
     setBackground(ColorOf(look.Background));
@@ -651,7 +654,7 @@ void TZebChart::FillLegend() {
     const int n = int(FLegendCurves.size());
     const int rows = std::min(n, FLegendRows);
     FLegendFirst = std::clamp(FLegendFirst, 0, n - rows);
-    const bool detailed = FDb->View().Print.CheckBoxes;
+    const bool detailed = FDb->Print_Get().CheckBoxes;
     for (int k = FLegendFirst; k < FLegendFirst + rows; ++k) {
         const int curve = FLegendCurves[size_t(k)];
         if (curve == kDerivedEntry) {
@@ -661,7 +664,7 @@ void TZebChart::FillLegend() {
         legend->addItem(new TCurveLegendItem(legend, FCurves[size_t(curve)], curve,
                                              detailed ? FDb->Curve_LoggernameGet(curve) : QString()));
     }
-    legend->setVisible(n > 0 && FDb->View().Look.LegendVisible);
+    legend->setVisible(n > 0 && FDb->Look_Get().LegendVisible);
     const bool scrolls = rows < n && legend->visible();
     const int barWidth = FLegendBar->sizeHint().width();
     FLegendColumn->setMargins(QMargins(0, 0, scrolls ? 8 + barWidth : 6, 0));
@@ -726,28 +729,24 @@ void TZebChart::wheelEvent(QWheelEvent* event) {
     QCustomPlot::wheelEvent(event);
 }
 
-void TZebChart::OnRepaintRequested(bool withData) {
-    FShowData = withData;
-    if (withData) {
-        Rebuild();
-        return;
-    }
+// A new recording is being read: nothing of the old samples is drawn, and its notice series
+// starts hidden.
+void TZebChart::OnSamplesReleased() {
+    FShowData = false;
     for (TCurvePlottable* p : FCurves)
         if (p) p->SetSuspended(true);
+    FTexts->SetNoticesShown(false);
     replot();
 }
 
 void TZebChart::OnRangesChanged() {
     static constexpr TZoomAndScroll::TAxis kZoomAxis[] = {TZoomAndScroll::zaBottom, TZoomAndScroll::zaLeft,
                                                           TZoomAndScroll::zaRight};
-    for (int a = 0; a < 3; ++a) {
-        TAxisState& s = FDb->View().Axes[a];
-        s.Auto = FZoom->IsAuto(kZoomAxis[a]);
-        s.Min = ChartAxis(a)->range().lower;
-        s.Max = ChartAxis(a)->range().upper;
-    }
+    TDataBase::TAxisRange ranges[3];
+    for (int a = 0; a < 3; ++a)
+        ranges[a] = {FZoom->IsAuto(kZoomAxis[a]), ChartAxis(a)->range().lower, ChartAxis(a)->range().upper};
     Q_EMIT undoAvailable(IsUndoPossible());
-    Q_EMIT viewChanged();
+    FDb->Axis_SetRanges(ranges);
 }
 
 // ---------------------------------------------------------------------- switches
@@ -756,7 +755,7 @@ void TZebChart::SetGrid(int axis, bool on, bool store) {
     for (int a = 0; a < 3; ++a) {
         if (axis >= 0 && a != axis) continue;
         ChartAxis(a)->grid()->setVisible(on);
-        if (store) FDb->View().Axes[a].Grid = on;
+        if (store) FDb->Axis_Get(a).Grid = on;
     }
     replot(rpQueuedReplot);
     Q_EMIT switchesChanged();

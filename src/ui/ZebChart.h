@@ -117,9 +117,8 @@ Q_SIGNALS:
     void undoAvailable(bool possible);
     // Grid or fixed-axis switches changed, for menu check marks and tool buttons.
     void switchesChanged();
-    // What the chart shows may have changed: the time span or the curves (after a zoom, a
-    // pan, a rebuild). The analyses follow it.
-    void viewChanged();
+    // Everything was built anew from the store: the curves shown may have changed.
+    void rebuilt();
 
 protected:
     void mousePressEvent(QMouseEvent* event) override;
@@ -130,7 +129,7 @@ protected:
     void updateLayout() override;
 
 private:
-    void OnRepaintRequested(bool withData);
+    void OnSamplesReleased();
     void OnRangesChanged();
     void BuildLayout();
     void ApplyAxes(bool withData);

@@ -306,7 +306,7 @@ private Q_SLOTS:
         TFill fa{a};
         fa.Curve("T1", {{1, 1}});
         fa.Curve("H1", {{1, 2}});
-        a.View().General.Title = QStringLiteral("Cold store");
+        a.General_Get().Title = QStringLiteral("Cold store");
         a.Axis_Get(axLeft).Auto = false;
         a.Axis_Get(axLeft).Min = -20;
         a.Axis_Get(axBottom).XType = 1;
@@ -323,7 +323,7 @@ private Q_SLOTS:
         fb.Curve("H1", {{1, 2}});
         fb.Curve("T1", {{1, 1}});
         QVERIFY(b.Ini_FileOpen(path));
-        QCOMPARE(b.View().General.Title, QStringLiteral("Cold store"));
+        QCOMPARE(b.General_Get().Title, QStringLiteral("Cold store"));
         QCOMPARE(b.Axis_Get(axLeft).Auto, false);
         QCOMPARE(b.Axis_Get(axLeft).Min, -20.0);
         QCOMPARE(b.Axis_Get(axBottom).XType, 1);
@@ -334,7 +334,7 @@ private Q_SLOTS:
         QCOMPARE(b.Curve_AxisGet(1), a.Curve_AxisGet(0));
         // A template that cannot be read changes nothing.
         QVERIFY(!b.Ini_FileOpen(dir.filePath(QStringLiteral("missing.mse"))));
-        QCOMPARE(b.View().General.Title, QStringLiteral("Cold store"));
+        QCOMPARE(b.General_Get().Title, QStringLiteral("Cold store"));
     }
 
     void partialTemplateChangesOnlyWhatItSets() {
@@ -348,12 +348,12 @@ private Q_SLOTS:
         TFill fill{db};
         fill.Curve("T1", {{1, 1}});
         db.Curve_NameSet(0, QStringLiteral("Inside"));
-        db.View().General.Title = QStringLiteral("kept");
+        db.General_Get().Title = QStringLiteral("kept");
         db.Axis_Get(axLeft).Max = 40;
         QVERIFY(db.Ini_FileOpen(path));
         QCOMPARE(db.Axis_Get(axLeft).Min, 5.0);
         QCOMPARE(db.Axis_Get(axLeft).Max, 40.0);
-        QCOMPARE(db.View().General.Title, QStringLiteral("kept"));
+        QCOMPARE(db.General_Get().Title, QStringLiteral("kept"));
         QCOMPARE(db.Curve_ColorGet(0), 255);
         QCOMPARE(db.Curve_NameGet(0), QStringLiteral("Inside")); // matched by channel: title kept
         db.Ini_CreateOriginalNames();
@@ -376,14 +376,13 @@ private Q_SLOTS:
         TFill fill{db};
         fill.Curve("T1", {{1, 1}});
         QVERIFY(db.Ini_FileOpen(in));
-        const TViewState& v = db.View();
-        QCOMPARE(v.General.OnlineRate, 1);
-        QCOMPARE(v.General.FontTitle.Size, 200);
-        QCOMPARE(v.General.FontTitle.Style, 3);
-        QCOMPARE(v.Axes[axBottom].XType, 2);
-        QCOMPARE(v.Cursors[0].Axis, 0);
-        QCOMPARE(v.Cursors[0].Width, 9);
-        QCOMPARE(v.Print.MarginLeft, 45);
+        QCOMPARE(db.General_Get().OnlineRate, 1);
+        QCOMPARE(db.General_Get().FontTitle.Size, 200);
+        QCOMPARE(db.General_Get().FontTitle.Style, 3);
+        QCOMPARE(db.Axis_Get(axBottom).XType, 2);
+        QCOMPARE(db.Cursor_Get(0).Axis, 0);
+        QCOMPARE(db.Cursor_Get(0).Width, 9);
+        QCOMPARE(db.Print_Get().MarginLeft, 45);
         QCOMPARE(db.Curve_AxisGet(0), 2);
         QCOMPARE(db.Curve_WidthGet(0), 10);
         QCOMPARE(db.Curve_TypeGet(0), 2);
@@ -397,7 +396,7 @@ private Q_SLOTS:
             const QStringList kv = sk[1].split(QLatin1Char('='));
             QCOMPARE(sk[0] + '/' + kv[0] + '=' + saved.ReadString(sk[0], kv[0]), k);
         }
-        db.View().General.FontTitle.Size = 12;
+        db.General_Get().FontTitle.Size = 12;
         QVERIFY(db.Ini_FileSave(out));
         QCOMPARE(TIniFile(out).ReadInteger(QStringLiteral("Font Title"), QStringLiteral("Size"), 0), 12);
     }

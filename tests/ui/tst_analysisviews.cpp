@@ -58,8 +58,8 @@ void FillOne(TDataBase& db, const QString& unit, int n, double (*value)(int)) {
     }
     r.AddPoints(0, t, v, std::vector<TPointKind>(size_t(n), TPointKind::Value));
     db.Curve_FormatSet(0, u"0.000"_s);
-    db.View().Axes[axBottom].Min = 7.6e8;
-    db.View().Axes[axBottom].Max = 7.6e8 + n - 1;
+    db.Axis_Get(axBottom).Min = 7.6e8;
+    db.Axis_Get(axBottom).Max = 7.6e8 + n - 1;
 }
 
 } // namespace
@@ -93,7 +93,6 @@ private Q_SLOTS:
     void init() {
         ZebSettings() = TZebSettings();
         QFile::remove(TForm1::SettingsFileOf(FFile));
-        CalcKessa().setCalcCurve(false, -1, u"Flow"_s, u"m3/h"_s, 2.0, 0.0);
     }
 
     // Shown from the Graph menu, the views list every active curve over the span the chart
@@ -107,7 +106,7 @@ private Q_SLOTS:
         Action(*f, "menGraphFuncCalc")->trigger();
         Action(*f, "menGraphFuncLimit")->trigger();
         QVERIFY(calc.isVisible() && limit.isVisible());
-        QVERIFY(f->DataBase()->View().General.ViewCalc && f->DataBase()->View().General.ViewLimit);
+        QVERIFY(f->DataBase()->General_Get().ViewCalc && f->DataBase()->General_Get().ViewLimit);
         QVERIFY(f->IsModified());
         TDataBase& db = *f->DataBase();
         QCOMPARE(calc.List()->rowCount(), 4 * db.Curve_Count());
@@ -125,7 +124,7 @@ private Q_SLOTS:
         QTest::mouseMove(&chart, plot.center());
         QTest::mouseRelease(&chart, Qt::LeftButton, Qt::NoModifier, QPoint(plot.left() + 200, plot.bottom() + 5));
         QCOMPARE(calc.CalcCount(), before + 1);
-        const TAxisState& x = db.View().Axes[axBottom];
+        const TAxisState& x = db.Axis_Get(axBottom);
         const TRangeStats st = RangeStats(db.Data(0), nullptr, VisibleRange(db.Data(0), x.Min, x.Max));
         QCOMPARE(Cell(calc, 0, 2), FormatFloat(db.Curve_FormatGet(0), st.Min));
         QCOMPARE(Cell(calc, 2, 2), FormatFloat(db.Curve_FormatGet(0), st.Average));
@@ -147,7 +146,7 @@ private Q_SLOTS:
         // Closing a window switches its view off.
         calc.close();
         QVERIFY(!calc.IsActive());
-        QVERIFY(!db.View().General.ViewCalc);
+        QVERIFY(!db.General_Get().ViewCalc);
         // Another page hides the views; the chart brings them back.
         f->GUI_ViewTable();
         QVERIFY(!limit.isVisible());
@@ -183,7 +182,7 @@ private Q_SLOTS:
         QVERIFY(f);
         Action(*f, "menGraphFuncCalc")->trigger();
         TDataBase& db = *f->DataBase();
-        const TAxisState& x = db.View().Axes[axBottom];
+        const TAxisState& x = db.Axis_Get(axBottom);
         const TRangeStats st = RangeStats(db.Data(0), nullptr, VisibleRange(db.Data(0), x.Min, x.Max));
         QCOMPARE(Cell(*f->ViewCalc(), 0, 2), FormatFloat(db.Curve_FormatGet(0), st.Min));
         f->GUI_ViewCfg();
@@ -201,7 +200,7 @@ private Q_SLOTS:
         Action(*f, "menGraphFuncCalc")->trigger();
         Action(*f, "menGraphFuncLimit")->trigger();
         TDataBase& db = *f->DataBase();
-        const TAxisState& x = db.View().Axes[axBottom];
+        const TAxisState& x = db.Axis_Get(axBottom);
         QProcess p;
         p.start(QStringLiteral(ZEBTOOL), {u"analyse"_s, u"--from"_s, QString::number(x.Min, 'g', 17), u"--to"_s,
                                           QString::number(x.Max, 'g', 17), FFile});
@@ -303,12 +302,12 @@ private Q_SLOTS:
         QCOMPARE(dlg.Result().value_or(-1.0), (80.0 * 80.0 - 20.0 * 20.0) / 2.0);
         ch.SetCursor(1, -1);
         QVERIFY(dlg.Execute(&db, &ch, false, false));
-        QCOMPARE(dlg.XMax(), db.View().Axes[axBottom].Max);
+        QCOMPARE(dlg.XMax(), db.Axis_Get(axBottom).Max);
         QVERIFY(dlg.findChild<QLabel*>(u"lblEndValue"_s)->text().endsWith(Txt(TTextId::CalcDlgFromAxis) + u")"_s));
         // A time axis wholly before the curve: no point, so no figure at all.
         ch.SetCursor(0, -1);
-        db.View().Axes[axBottom].Min = 7.6e8 - 500;
-        db.View().Axes[axBottom].Max = 7.6e8 - 100;
+        db.Axis_Get(axBottom).Min = 7.6e8 - 500;
+        db.Axis_Get(axBottom).Max = 7.6e8 - 100;
         QVERIFY(dlg.Execute(&db, &ch, false, false));
         dlg.Button1Click();
         QVERIFY(!dlg.Result());
@@ -330,6 +329,8 @@ private Q_SLOTS:
         dlg.findChild<QLineEdit*>(u"Edit2"_s)->setText(u"m3/h"_s);
         dlg.findChild<TValidateEdit*>(u"ValidateEdit1"_s)->setText(u"-0.5"_s);
         dlg.findChild<TValidateEdit*>(u"ValidateEdit2"_s)->setText(u"1"_s);
+        const int computed = f->ViewCalc()->CalcCount();
+        QSignalSpy rebuilt(f->Chart(), &TZebChart::rebuilt);
         dlg.Button1Click();
         QCOMPARE(dlg.result(), int(QDialog::Accepted));
         const TZebSettings& s = ZebSettings();
@@ -339,9 +340,9 @@ private Q_SLOTS:
         QCOMPARE(s.CustomApp0_Mul, -0.5);
         QCOMPARE(s.CustomApp0_Add, 1.0);
 
-        const int computed = f->ViewCalc()->CalcCount();
-        f->Chart()->Rebuild();
-        // New settings: computed anew although the chart shows the same span.
+        // The store tells of the new settings: drawn and computed anew once, although the
+        // chart shows the same span.
+        QCOMPARE(rebuilt.count(), 1);
         QCOMPARE(f->ViewCalc()->CalcCount(), computed + 1);
         TCurvePlottable* derived = f->Chart()->DerivedPlottable();
         QVERIFY(derived);
@@ -352,16 +353,16 @@ private Q_SLOTS:
         const TRangeStats& ref = it->Figures.Stats;
         const QString format = f->DataBase()->Curve_FormatGet(1);
         // A negative factor makes the mapped minimum the larger value; kept so.
-        QCOMPARE(CalcKessa().MinText, FormatFloat(format, -0.5 * ref.Min + 1.0));
-        QCOMPARE(CalcKessa().MaxText, FormatFloat(format, -0.5 * ref.Max + 1.0));
-        QCOMPARE(CalcKessa().StdDevText, FigureText::StdDev(ref.StdDev));
+        const TCalcKessa& kessa = f->DataBase()->CalcKessa();
+        QCOMPARE(kessa.MinText, FormatFloat(format, -0.5 * ref.Min + 1.0));
+        QCOMPARE(kessa.MaxText, FormatFloat(format, -0.5 * ref.Max + 1.0));
+        QCOMPARE(kessa.StdDevText, FigureText::StdDev(ref.StdDev));
         bool found = false;
         const QCPRange r = derived->getValueRange(found);
         QVERIFY(found);
         QCOMPARE(r.lower, -0.5 * ref.Max + 1.0);
         // Switched off, the chart no longer draws it.
-        CalcKessa().setInactive();
-        f->Chart()->Rebuild();
+        f->DataBase()->SetCalcKessa(false, 1, u"Q"_s, u"m3/h"_s, -0.5, 1.0);
         QVERIFY(!f->Chart()->DerivedPlottable());
     }
 };

@@ -128,11 +128,11 @@ private Q_SLOTS:
         QFETCH(QString, x2);
         QFETCH(QString, dx);
         TChart c;
-        c.Db.View().Axes[axBottom].XType = xType;
-        c.Db.View().Cursors[0].XFormat = u"0.0"_s;
-        c.Db.View().Cursors[0].YFormat = u"0.0"_s;
-        c.Db.View().Cursors[1].XFormat = u"0.00"_s;
-        c.Db.View().Cursors[1].YFormat = u"0.000"_s;
+        c.Db.Axis_Get(axBottom).XType = xType;
+        c.Db.Cursor_Get(0).XFormat = u"0.0"_s;
+        c.Db.Cursor_Get(0).YFormat = u"0.0"_s;
+        c.Db.Cursor_Get(1).XFormat = u"0.00"_s;
+        c.Db.Cursor_Get(1).YFormat = u"0.000"_s;
         c.Cross->SetCursor(0, 0);
         c.Cross->SetCursor(1, 0);
         c.Cross->SetPosition(0, kT0 + 120.0, 12.345);
@@ -221,7 +221,7 @@ private Q_SLOTS:
 
     void zoomRectangleReadout() {
         TChart c(false);
-        c.Db.View().Axes[axLeft].Format = u"0.00"_s;
+        c.Db.Axis_Get(axLeft).Format = u"0.00"_s;
         c.Cross->SetCursor(0, 0);
         const QString y1 = c.Label(2);
         const QRect plot = c.Chart->axisRect()->rect();

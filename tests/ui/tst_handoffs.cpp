@@ -166,7 +166,7 @@ void TstHandoffs::commandLine() {
     QVERIFY(Load(f, FSource));
     TDataBase& db = *f.DataBase();
     QCOMPARE(db.Curve_Count(), 2);
-    TAxisState& x = db.View().Axes[axBottom];
+    TAxisState& x = db.Axis_Get(axBottom);
     x.Min = 1000.0 + 4 / 3.0;
     x.Max = 1000.0 + 50 / 3.0;
 
@@ -213,7 +213,7 @@ void TstHandoffs::cutLoadsBackToWindow() {
     TDataBase& db = *f.DataBase();
     if (firstOnly) db.Curve_SetActive(1, false);
     // Edges on stamps that have no exact decimal form: both must stay inside.
-    TAxisState& x = db.View().Axes[axBottom];
+    TAxisState& x = db.Axis_Get(axBottom);
     x.Min = 1000.0 + 5 / 3.0;
     x.Max = 1000.0 + 41 / 3.0;
 

@@ -320,8 +320,10 @@ void TstMain::loaderAnswers() {
         QTest::mouseClick(d->findChild<QPushButton*>(u"btnOK"_s), Qt::LeftButton);
     });
     int got = 0;
+    QSignalSpy rebuilt(f.Chart(), &TZebChart::rebuilt);
     QVERIFY(Load(f, FBig, &got));
     QCOMPARE(got, result);
+    QCOMPARE(rebuilt.count(), 1); // complete or not, a load builds the chart once
     QCOMPARE(answer.Asked, 1); // never asked twice, not even after "continue"
     QCOMPARE(Messages().Texts, message.isEmpty() ? QStringList() : QStringList{Plain(message)});
 

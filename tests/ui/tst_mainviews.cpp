@@ -444,7 +444,7 @@ void TstMainViews::tableGotoTMin() {
     double first = 0.0, last = 0.0;
     db.GetXMinXMax(first, last, false);
     // Zoomed in as the zoom leaves it: a fixed range in the store's view.
-    TAxisState& bottom = db.View().Axes[axBottom];
+    TAxisState& bottom = db.Axis_Get(axBottom);
     bottom.Auto = false;
     bottom.Min = first + 1000.25;
     bottom.Max = first + 2000.0;
@@ -481,7 +481,7 @@ void TstMainViews::tableGotoTime() {
     auto f = Open();
     QVERIFY(f);
     TDataBase& db = *f->DataBase();
-    db.View().Axes[axBottom].XType = xType;
+    db.Axis_Get(axBottom).XType = xType;
     f->GUI_ViewTable();
     double first = 0.0, last = 0.0;
     db.GetXMinXMax(first, last, false);

@@ -121,7 +121,7 @@ private Q_SLOTS:
         QFETCH(int, top);
         TDataBase db;
         Fill(db);
-        db.View().Look.Background = 0x00FFFF; // yellow
+        db.Look_Get().Background = 0x00FFFF; // yellow
         TZebChart chart(&db);
         chart.resize(800, 500);
         chart.show();
@@ -191,13 +191,13 @@ private Q_SLOTS:
         };
         QCOMPARE(visibleMenus(), QStringList{u"Back!"_s});
         f.findChild<QRadioButton*>(u"rbnPortrait"_s)->click();
-        QVERIFY(!f.DataBase()->View().Print.Landscape);
-        f.DataBase()->View().Print.Proportional = true;
+        QVERIFY(!f.DataBase()->Print_Get().Landscape);
+        f.DataBase()->Print_Get().Proportional = true;
         f.findChild<QSpinBox*>(u"osfPrintMarginLeft"_s)->setValue(12);
-        QCOMPARE(f.DataBase()->View().Print.MarginLeft, 12);
-        QVERIFY(!f.DataBase()->View().Print.Proportional);
+        QCOMPARE(f.DataBase()->Print_Get().MarginLeft, 12);
+        QVERIFY(!f.DataBase()->Print_Get().Proportional);
         f.findChild<QCheckBox*>(u"chkPrintProportional"_s)->click();
-        QVERIFY(f.DataBase()->View().Print.Proportional);
+        QVERIFY(f.DataBase()->Print_Get().Proportional);
         QVERIFY(f.IsModified());
         f.GUI_Back();
         QCOMPARE(f.WorkPage(), int(TForm1::pgWork));
@@ -211,16 +211,16 @@ private Q_SLOTS:
         QCOMPARE(f.DataBase()->Curve_WidthGet(1), 4);
         QCOMPARE(f.Chart()->CurvePlottable(1)->pen().width(), 4);
         f.findChild<QSpinBox*>(u"osfAxisFont"_s)->setValue(13);
-        QCOMPARE(f.DataBase()->View().General.FontAxes.Size, 13);
+        QCOMPARE(f.DataBase()->General_Get().FontAxes.Size, 13);
         QCOMPARE(f.Chart()->xAxis->tickLabelFont().pointSize(), 13);
         // The footer's own font and colour; the title keeps its own.
         f.findChild<QLineEdit*>(u"edtGraphFoot"_s)->setText(u"Checked"_s);
-        f.DataBase()->View().General.Foot = u"Checked"_s;
+        f.DataBase()->General_Get().Foot = u"Checked"_s;
         f.findChild<QSpinBox*>(u"osfFootFont"_s)->setValue(15);
-        QVERIFY(f.DataBase()->View().Look.FootFontSet);
-        QCOMPARE(f.DataBase()->View().Look.FootFont.Size, 15);
-        QVERIFY(f.DataBase()->View().General.FontTitle.Size != 15);
-        f.DataBase()->View().Look.FootColor = 0x0000FF; // red, as the colour dialog would set it
+        QVERIFY(f.DataBase()->Look_Get().FootFontSet);
+        QCOMPARE(f.DataBase()->Look_Get().FootFont.Size, 15);
+        QVERIFY(f.DataBase()->General_Get().FontTitle.Size != 15);
+        f.DataBase()->Look_Get().FootColor = 0x0000FF; // red, as the colour dialog would set it
         f.Chart()->Rebuild();
         auto* foot = qobject_cast<QCPTextElement*>(f.Chart()->plotLayout()->element(f.Chart()->plotLayout()->rowCount() - 1, 0));
         QVERIFY(foot && foot->text() == u"Checked"_s);
@@ -280,7 +280,7 @@ private Q_SLOTS:
         QTimer::singleShot(0, choose);
         f.findChild<QPushButton*>(u"btnPrintProperties"_s)->click();
         QVERIFY(chosen);
-        QVERIFY(f.DataBase()->View().Print.Landscape);
+        QVERIFY(f.DataBase()->Print_Get().Landscape);
         QVERIFY(f.findChild<QRadioButton*>(u"rbnLandscape"_s)->isChecked());
         f.GUI_Back();
     }

@@ -77,9 +77,9 @@ void Fill(TDataBase& db, const QString& file) {
     db.Curve_FormatSet(1, u"0.0"_s);
     db.Curve_SetActive(2, false);
     // The chart shows points 10 to 900.
-    db.View().Axes[axBottom].Auto = false;
-    db.View().Axes[axBottom].Min = At(10);
-    db.View().Axes[axBottom].Max = At(900);
+    db.Axis_Get(axBottom).Auto = false;
+    db.Axis_Get(axBottom).Min = At(10);
+    db.Axis_Get(axBottom).Max = At(900);
     TMseTimeText& n1 = db.Settings().TimeTexts.Add();
     n1.Text.Set(u"Door opened"_s);
     n1.X.Set(At(500));

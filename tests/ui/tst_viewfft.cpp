@@ -46,8 +46,8 @@ void Fill(TDataBase& db, int n = 6000) {
         r.AddPoints(c, t, v, std::vector<TPointKind>(size_t(n), TPointKind::Value));
     }
     db.Curve_SetActive(0, false);
-    db.View().Axes[axBottom].Min = kT0;
-    db.View().Axes[axBottom].Max = kT0 + (n - 1) * kDt;
+    db.Axis_Get(axBottom).Min = kT0;
+    db.Axis_Get(axBottom).Max = kT0 + (n - 1) * kDt;
 }
 
 QString Text(const TfrmViewFFT& v, const char* label) {

@@ -108,7 +108,7 @@ private Q_SLOTS:
         chart.Rebuild();
         QVERIFY(!chart.yAxis2->visible());
         QCOMPARE(chart.yAxis->label(), QStringLiteral("[°C, %rH]"));
-        db.View().Axes[axLeft].Name = QStringLiteral("Climate");
+        db.Axis_Get(axLeft).Name = QStringLiteral("Climate");
         chart.Rebuild();
         QCOMPARE(chart.yAxis->label(), QStringLiteral("Climate"));
     }
@@ -262,7 +262,7 @@ private Q_SLOTS:
         QFETCH(int, tab);
         TDataBase db;
         FillTwo(db);
-        db.View().General.Title = QStringLiteral("Cold store");
+        db.General_Get().Title = QStringLiteral("Cold store");
         TZebChart chart(&db);
         chart.resize(900, 500);
         chart.show();
@@ -292,11 +292,11 @@ private Q_SLOTS:
         chart.SetGrid(-1, false);
         for (int a = 0; a < 3; ++a) {
             QVERIFY(!chart.Grid(a));
-            QVERIFY(!db.View().Axes[a].Grid);
+            QVERIFY(!db.Axis_Get(a).Grid);
         }
         chart.SetGrid(axLeft, true, false); // shown, not stored
         QVERIFY(chart.Grid(axLeft));
-        QVERIFY(!db.View().Axes[axLeft].Grid);
+        QVERIFY(!db.Axis_Get(axLeft).Grid);
         chart.SetAxisFixed(axRight, true);
         QVERIFY(chart.IsAxisFixed(axRight));
         QVERIFY(chart.Zoom()->IsFixed(TZoomAndScroll::zaRight));
@@ -311,8 +311,8 @@ private Q_SLOTS:
         TDataBase db;
         FillTwo(db);
         // Ranges of their own, as a template sets them.
-        db.View().Axes[axBottom] = {QString(), false, kT0 + 100, kT0 + 200};
-        db.View().Axes[axLeft] = {QString(), false, -5, 5};
+        db.Axis_Get(axBottom) = {QString(), false, kT0 + 100, kT0 + 200};
+        db.Axis_Get(axLeft) = {QString(), false, -5, 5};
         TZebChart chart(&db);
         chart.resize(800, 500);
         QCOMPARE(chart.xAxis->range(), QCPRange(kT0 + 100, kT0 + 200));
@@ -325,20 +325,20 @@ private Q_SLOTS:
         QCOMPARE(chart.xAxis->range().upper, kT0 + 999);
         QVERIFY(chart.yAxis->range().contains(Ramp(0)) && chart.yAxis->range().contains(Ramp(999)));
         QVERIFY(chart.yAxis->range().size() < 2 * (Ramp(999) - Ramp(0)));
-        QVERIFY(db.View().Axes[axBottom].Auto);
+        QVERIFY(db.Axis_Get(axBottom).Auto);
         QCOMPARE(modified.count(), 1);
         QVERIFY(chart.IsUndoPossible());
         chart.Undo();
         QCOMPARE(chart.xAxis->range().lower, kT0 + 100);
         QCOMPARE(chart.yAxis->range().lower, -5.0);
-        QVERIFY(!db.View().Axes[axLeft].Auto);
+        QVERIFY(!db.Axis_Get(axLeft).Auto);
         QVERIFY(!chart.IsUndoPossible());
     }
 
     void storeRangesApplyOnRebuild() {
         TDataBase db;
         FillTwo(db);
-        TAxisState& left = db.View().Axes[axLeft];
+        TAxisState& left = db.Axis_Get(axLeft);
         left.Auto = false;
         left.Min = -10;
         left.Max = 40;
@@ -377,8 +377,8 @@ private Q_SLOTS:
         f.r.AddCurve(QStringLiteral("A"));
         std::vector<double> t{start, start + 7200.0}, v{1.0, 2.0};
         f.r.AddPoints(0, t, v, std::vector<TPointKind>(2, TPointKind::Value));
-        db.View().Axes[axBottom].XType = type;
-        db.View().Axes[axBottom].Format = format;
+        db.Axis_Get(axBottom).XType = type;
+        db.Axis_Get(axBottom).Format = format;
         TZebChart chart(&db);
         QCOMPARE(chart.TimeOrigin(), start);
         QCOMPARE(chart.TimeAxisLabel(start + offset, step), expected);
@@ -431,8 +431,8 @@ private Q_SLOTS:
         TStoreReceiver r(db);
         r.SetStartTime(8766.0);
         r.SetZebName(QStringLiteral("Store 3"));
-        db.View().General.Title = QStringLiteral("Cold store");
-        db.View().General.Foot = QStringLiteral("checked");
+        db.General_Get().Title = QStringLiteral("Cold store");
+        db.General_Get().Foot = QStringLiteral("checked");
         TZebChart chart(&db);
         QCOMPARE(chart.TitleElement()->text(), QStringLiteral("Cold store"));
         QVERIFY(chart.TitleElement()->visible());
@@ -445,37 +445,36 @@ private Q_SLOTS:
         QVERIFY(shown(QStringLiteral("Store 3")));
         QVERIFY(shown(QStringLiteral("checked")));
         QVERIFY(shown(zeb::FormatTime(0, 8766.0 * zeb::kSecondsPerDay)));
-        db.View().General.ShowName = false;
-        db.View().General.ShowTime = false;
-        db.View().General.Title.clear();
+        db.General_Get().ShowName = false;
+        db.General_Get().ShowTime = false;
+        db.General_Get().Title.clear();
         chart.Rebuild();
         QVERIFY(!shown(QStringLiteral("Store 3")));
         QVERIFY(!chart.TitleElement()->visible());
     }
 
-    void repaintSwitchAndThrownAwaySamples() {
+    // The store tells the chart when samples go and when new ones are complete.
+    void samplesReleasedAndReplaced() {
         TDataBase db;
         FillTwo(db);
         TZebChart chart(&db);
         chart.resize(800, 400);
         chart.replot();
         QVERIFY(chart.CurvePlottable(0)->LastDrawnPoints() > 0);
-        db.Repaint(false);
-        QCOMPARE(chart.CurvePlottable(0)->LastDrawnPoints(), 0);
-        db.Repaint(true);
-        QVERIFY(chart.CurvePlottable(0)->LastDrawnPoints() > 0);
-
         // A new file throws the samples away before the chart is rebuilt: the old curves
         // must not touch them.
         TCurvePlottable* stale = chart.CurvePlottable(0);
         db.AddFile(QStringLiteral("other.zeb"));
+        QCOMPARE(stale->LastDrawnPoints(), 0);
         TFill{db}.Curve(QStringLiteral("X"), QStringLiteral("New"), QString(), 1, 5, Ramp);
         chart.replot();
         QCOMPARE(stale->LastDrawnPoints(), 0);
         bool found = true;
         stale->getValueRange(found);
         QVERIFY(!found);
-        chart.Rebuild();
+        QSignalSpy rebuilt(&chart, &TZebChart::rebuilt);
+        db.FinishLoad();
+        QCOMPARE(rebuilt.count(), 1);
         QCOMPARE(chart.legend->itemCount(), 1);
         QVERIFY(chart.CurvePlottable(0)->LastDrawnPoints() > 0);
     }

@@ -232,8 +232,8 @@ private Q_SLOTS:
         QVERIFY(status.first().at(0).toString().startsWith(u"X= "_s));
         QCOMPARE(status.last().at(0).toString(), zeb::Txt(zeb::TTextId::StatusZoomHint));
         // The store follows the axes; they no longer scale themselves.
-        QCOMPARE(c.Db.View().Axes[axBottom].Min, c.Range(axBottom).lower);
-        QVERIFY(!c.Db.View().Axes[axBottom].Auto);
+        QCOMPARE(c.Db.Axis_Get(axBottom).Min, c.Range(axBottom).lower);
+        QVERIFY(!c.Db.Axis_Get(axBottom).Auto);
         // A right click without moving is no pan.
         QCOMPARE(c.Drag(Qt::RightButton, c.Plot.center(), c.Plot.center()), 0);
     }
@@ -274,10 +274,10 @@ private Q_SLOTS:
         const QCPRange zoomed = c.Range(axBottom);
         c.Chart->AutoScale();
         QCOMPARE(c.Range(axBottom), QCPRange(kT0, kT0 + 499));
-        QVERIFY(c.Db.View().Axes[axBottom].Auto);
+        QVERIFY(c.Db.Axis_Get(axBottom).Auto);
         c.Chart->Undo();
         QVERIFY(Same(c.Range(axBottom), zoomed));
-        QVERIFY(!c.Db.View().Axes[axBottom].Auto);
+        QVERIFY(!c.Db.Axis_Get(axBottom).Auto);
     }
 };
 
