@@ -76,7 +76,8 @@ double Load(TDataBase& db, const QString& path) {
     db.AddFile(path);
     QEventLoop loop;
     TFileThread thread(
-        &db, path, [&](int index, const QString&) { if (index < 0) loop.quit(); }, [](int& res) { res = 2; });
+        &db, path, [&](TLoadReport report, const QString&) { if (int(report) < 0) loop.quit(); },
+        [](TBigDataAnswer& answer) { answer = TBigDataAnswer::Continue; });
     loop.exec();
     thread.wait();
     return double(timer.nsecsElapsed()) * 1e-9;

@@ -245,7 +245,7 @@ int Blocks(const QString& path, int variant) {
 
 // Loads through the loader thread and the store, exactly as the viewer does.
 struct TLoad {
-    int status = TFileThread::kResultError;
+    TLoadReport status = TLoadReport::ResultError;
     qint64 values = 0;
 };
 
@@ -254,14 +254,15 @@ TLoad Load(TDataBase& db, const QString& path, int variant, bool ask, int answer
     db.AddFile(path);
     QEventLoop loop;
     TAskProc askProc;
-    if (ask) askProc = [answer](int& r) { r = answer; };
+    // The answer's number as the dialog's order: stop, show, continue, previewer.
+    if (ask) askProc = [answer](TBigDataAnswer& r) { r = TBigDataAnswer(answer); };
     TFileThread thread(
         &db, path,
-        [&](int index, const QString& text) {
-            if (index == TFileThread::kDefect) Err() << text << "\n";
-            if (index == TFileThread::kValueCount) res.values = text.toLongLong();
-            if (index <= TFileThread::kResultOk) {
-                res.status = index;
+        [&](TLoadReport report, const QString& text) {
+            if (report == TLoadReport::Defect) Err() << text << "\n";
+            if (report == TLoadReport::ValueCount) res.values = text.toLongLong();
+            if (int(report) < 0) {
+                res.status = report;
                 loop.quit();
             }
         },
@@ -300,7 +301,7 @@ int Dump(const QStringList& args) {
     if (const int rc = LoadFromArgs("dump", args, db, res, path); rc >= 0) return rc;
 
     QTextStream& o = Out();
-    o << "{\"status\": " << res.status << ", \"creator\": " << JsonString(db.Creator())
+    o << "{\"status\": " << int(res.status) << ", \"creator\": " << JsonString(db.Creator())
       << ", \"start_time\": " << Num(db.StartTime()) << ", \"zeb_name\": " << JsonString(db.ZebName())
       << ", \"logger_name\": " << JsonString(db.LoggerName()) << ", \"mode\": " << db.Mode()
       << ", \"values\": " << res.values << ", \"curves\": [";
@@ -329,7 +330,7 @@ int Info(const QStringList& args) {
     if (const int rc = LoadFromArgs("info", args, db, res, path); rc >= 0) return rc;
     QTextStream& o = Out();
     o << "file:        " << path << "\n"
-      << "status:      " << res.status << "\n"
+      << "status:      " << int(res.status) << "\n"
       << "creator:     " << db.Creator() << "\n"
       << "start time:  " << zeb::FormatTime(0, db.StartTime() * zeb::kSecondsPerDay) << "\n"
       << "ZEB name:    " << db.ZebName() << "\n"
@@ -381,7 +382,7 @@ int Analyse(QStringList args) {
     auto orNull = [](bool has, double v) { return has ? Num(v) : QStringLiteral("null"); };
 
     QTextStream& o = Out();
-    o << "{\"status\": " << res.status << ", \"from\": " << Num(x0) << ", \"to\": " << Num(x1) << ", \"curves\": [";
+    o << "{\"status\": " << int(res.status) << ", \"from\": " << Num(x0) << ", \"to\": " << Num(x1) << ", \"curves\": [";
     for (int c = 0; c < db.Curve_Count(); ++c) {
         const auto summary = db.Summary(c);
         TFigureOptions want;

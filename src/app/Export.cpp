@@ -38,29 +38,31 @@ bool Load(TDataBase& db, const QString& fileName) {
         return false;
     }
     db.AddFile(fi.absoluteFilePath());
-    int result = TFileThread::kResultError;
+    TLoadReport result = TLoadReport::ResultError;
     QEventLoop loop;
     TFileThread thread(
         &db, fi.absoluteFilePath(),
-        [&](int index, const QString& text) {
-            switch (index) {
-            case TFileThread::kCannotOpen: PrintErr(TxtFmt(TTextId::MsgLoadCannotOpen, {text})); break;
-            case TFileThread::kError: PrintErr(Txt(TTextId::MsgFatalError)); break;
-            case TFileThread::kDefect: PrintErr(text); break;
-            case TFileThread::kResultOk:
-            case TFileThread::kResultError:
-            case TFileThread::kResultCancelled:
-            case TFileThread::kResultPreviewer:
-                result = index;
+        [&](TLoadReport report, const QString& text) {
+            switch (report) {
+            case TLoadReport::CannotOpen: PrintErr(TxtFmt(TTextId::MsgLoadCannotOpen, {text})); break;
+            case TLoadReport::Error: PrintErr(Txt(TTextId::MsgFatalError)); break;
+            case TLoadReport::Defect: PrintErr(text); break;
+            case TLoadReport::ResultOk:
+            case TLoadReport::ResultError:
+            case TLoadReport::ResultCancelled:
+            case TLoadReport::ResultPreviewer:
+                result = report;
                 loop.quit();
                 break;
-            default: break;
+            case TLoadReport::Progress:
+            case TLoadReport::ValueCount:
+            case TLoadReport::Cancelled: break;
             }
         },
-        [](int& res) { res = TfrmBigDataDlg::kContinue; }, ZebSettings().BrandVariant); // an export reads it all
+        [](TBigDataAnswer& answer) { answer = TBigDataAnswer::Continue; }, ZebSettings().BrandVariant); // an export reads it all
     loop.exec();
     thread.wait();
-    return result == TFileThread::kResultOk;
+    return result == TLoadReport::ResultOk;
 }
 
 } // namespace

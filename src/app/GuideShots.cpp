@@ -81,9 +81,9 @@ int main(int argc, char** argv) {
     const int code = zeb::RunViewer(2, viewerArgv, [&](zeb::TStartupStep step, TForm1* form) {
         if (step != zeb::TStartupStep::EventLoopStarted) return;
         form->resize(kWindow);
-        QObject::connect(form, &TForm1::loadFinished, form, [&failures, form, outDir](int result) {
-            if (result != -1) {
-                std::fprintf(stderr, "zeb_guide_shots: the recording did not load (%d)\n", result);
+        QObject::connect(form, &TForm1::loadFinished, form, [&failures, form, outDir](TLoadReport result) {
+            if (result != TLoadReport::ResultOk) {
+                std::fprintf(stderr, "zeb_guide_shots: the recording did not load (%d)\n", int(result));
                 ++failures;
                 QTimer::singleShot(0, form, &QWidget::close);
                 return;

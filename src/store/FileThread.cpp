@@ -12,17 +12,19 @@ public:
     TLoaderReceiver(TDataBase& db, TFileThread& thread) : TStoreReceiver(db), FThread(thread) {}
 
     bool IsCancelled() override { return FThread.isInterruptionRequested(); }
-    void ReportDefect(const QString& text) override { FThread.Answer(TFileThread::kDefect, text); }
-    void OnBlock(int counter, quint16, int) override { FThread.Answer(TFileThread::kProgress, QString::number(counter)); }
+    void ReportDefect(const QString& text) override { FThread.Answer(TLoadReport::Defect, text); }
+    void OnBlock(int counter, quint16, int) override { FThread.Answer(TLoadReport::Progress, QString::number(counter)); }
     bool AfterDataBlock(qint64 count) override {
         FThread.FValueCount = count;
         if (FThread.FAsked || count <= TFileThread::kAskAbove) return true;
         switch (FThread.Ask()) {
-        case 1: FThread.FResult = TFileThread::kResultOk; return false;
-        case 2: FThread.FAsked = true; return true;
-        case 3: FThread.FResult = TFileThread::kResultPreviewer; return false;
-        default: FThread.requestInterruption(); return false;
+        case TBigDataAnswer::Show: FThread.FResult = TLoadReport::ResultOk; return false;
+        case TBigDataAnswer::Continue: FThread.FAsked = true; return true;
+        case TBigDataAnswer::Previewer: FThread.FResult = TLoadReport::ResultPreviewer; return false;
+        case TBigDataAnswer::Stop: break;
         }
+        FThread.requestInterruption();
+        return false;
     }
 
 private:
@@ -46,22 +48,21 @@ TFileThread::~TFileThread() {
     while (!wait(QDeadlineTimer(20))) QCoreApplication::sendPostedEvents();
 }
 
-void TFileThread::Answer(int Index, const QString& Text) {
-    FAnswerIndex = Index;
-    FAnswerText = Text;
+void TFileThread::Answer(TLoadReport report, const QString& text) {
+    FAnswerReport = report;
+    FAnswerText = text;
     if (!FAnswerProc || FClosing) return;
     QMetaObject::invokeMethod(
         FDataBase,
         [this] {
-            if (!FClosing) FAnswerProc(FAnswerIndex, FAnswerText);
+            if (!FClosing) FAnswerProc(FAnswerReport, FAnswerText);
         },
         Qt::BlockingQueuedConnection);
 }
 
-int TFileThread::Ask() {
-    if (!FAskProc) return -1;
-    int res = -1;
-    if (FClosing) return res;
+TBigDataAnswer TFileThread::Ask() {
+    TBigDataAnswer res = TBigDataAnswer::Stop;
+    if (!FAskProc || FClosing) return res;
     QMetaObject::invokeMethod(
         FDataBase,
         [this, &res] {
@@ -72,7 +73,7 @@ int TFileThread::Ask() {
 }
 
 void TFileThread::run() {
-    FResult = kResultError;
+    FResult = TLoadReport::ResultError;
     FValueCount = 0;
     FAsked = false;
     try {
@@ -87,7 +88,7 @@ void TFileThread::run() {
             switch (end) {
             case TRecordingWalk::TEnd::EndOfStream:
             case TRecordingWalk::TEnd::EmptyBlock:
-            case TRecordingWalk::TEnd::Truncated: FResult = kResultOk; break;
+            case TRecordingWalk::TEnd::Truncated: FResult = TLoadReport::ResultOk; break;
             default: break; // an answer, a cancel or an error decided
             }
         }
@@ -102,13 +103,13 @@ void TFileThread::run() {
     }
     FDataBase->SetReaderMarker(false);
 
-    if (FResult == kResultOk || FResult == kResultPreviewer) {
-        Answer(kValueCount, QString::number(FValueCount));
+    if (FResult == TLoadReport::ResultOk || FResult == TLoadReport::ResultPreviewer) {
+        Answer(TLoadReport::ValueCount, QString::number(FValueCount));
     } else if (isInterruptionRequested()) {
-        Answer(kCancelled, {});
-        FResult = kResultCancelled;
+        Answer(TLoadReport::Cancelled, {});
+        FResult = TLoadReport::ResultCancelled;
     } else {
-        Answer(kError, {});
+        Answer(TLoadReport::Error, {});
     }
     FDataBase->SetLoading(false);
     Answer(FResult, {});

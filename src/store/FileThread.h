@@ -10,16 +10,30 @@
 
 class TDataBase;
 
-using TAnswerProc = std::function<void(int Index, const QString& sText)>;
-using TAskProc = std::function<void(int& res)>;
+// What the loader reports while it reads, then its result as the last report (the results are
+// the negative codes).
+enum class TLoadReport : int {
+    Cancelled = 1,
+    Error = 2,
+    CannotOpen = 3,
+    Progress = 4,
+    ValueCount = 5,
+    Defect = 6,
+    ResultOk = -1,
+    ResultError = -2,
+    ResultCancelled = -3,
+    ResultPreviewer = -5,
+};
+// The answers to the large-file question: stop and show nothing, show what was read, read on,
+// hand the file to the previewer.
+enum class TBigDataAnswer : int { Stop, Show, Continue, Previewer };
+
+using TAnswerProc = std::function<void(TLoadReport report, const QString& text)>;
+using TAskProc = std::function<void(TBigDataAnswer& answer)>;
 
 class TFileThread : public QThread {
     Q_OBJECT
 public:
-    // Report indices.
-    enum : int { kCancelled = 1, kError = 2, kCannotOpen = 3, kProgress = 4, kValueCount = 5, kDefect = 6 };
-    // Result codes, also sent as the last report.
-    enum : int { kResultOk = -1, kResultError = -2, kResultCancelled = -3, kResultPreviewer = -5 };
     static constexpr qint64 kAskAbove = 2500000;
 
     // Starts at once; the store gets the file name and loses its reader mark.
@@ -30,7 +44,7 @@ public:
     TDataBase* DataBase() const { return FDataBase; }
     const TAnswerProc& AnswerProc() const { return FAnswerProc; }
     const TAskProc& AskProc() const { return FAskProc; }
-    int Result() const { return FResult; }
+    TLoadReport Result() const { return FResult; }
     qint64 ValueCount() const { return FValueCount; }
 
     // Cancels: noticed before the next block.
@@ -41,17 +55,17 @@ protected:
 
 private:
     friend class TLoaderReceiver;
-    void Answer(int Index, const QString& Text);
-    int Ask();
+    void Answer(TLoadReport report, const QString& text);
+    TBigDataAnswer Ask();
 
     TAnswerProc FAnswerProc;
     TAskProc FAskProc;
-    int FAnswerIndex = 0;
+    TLoadReport FAnswerReport = TLoadReport::Progress;
     QString FAnswerText;
     TDataBase* FDataBase;
     QString FFileName;
     int FVariant;
-    int FResult = kResultError;
+    TLoadReport FResult = TLoadReport::ResultError;
     qint64 FValueCount = 0;
     bool FAsked = false;
     std::atomic<bool> FClosing = false;

@@ -108,13 +108,13 @@ void TfrmBigDataDlg::FormCreate() {
     setMinimumWidth(qMax(sizeHint().width(), 420));
 }
 
-int TfrmBigDataDlg::Execute() {
+TBigDataAnswer TfrmBigDataDlg::Execute() {
     rbnShow->setChecked(true);
     btnOK->setFocus(Qt::OtherFocusReason);
-    if (exec() != QDialog::Accepted) return kStop;
-    if (rbnShow->isChecked()) return kShow;
-    if (rbnContinue->isChecked()) return kContinue;
-    if (rbnPreviewer->isChecked()) return kPreviewer;
+    if (exec() != QDialog::Accepted) return TBigDataAnswer::Stop;
+    if (rbnShow->isChecked()) return TBigDataAnswer::Show;
+    if (rbnContinue->isChecked()) return TBigDataAnswer::Continue;
+    if (rbnPreviewer->isChecked()) return TBigDataAnswer::Previewer;
     // rbnCancel comes last on purpose: it answers like a cancelled dialog.
-    return kStop;
+    return TBigDataAnswer::Stop;
 }

@@ -2,6 +2,8 @@
 // TfrmBigDataDlg: asks what to do with a recording that turns out to hold more than
 // 2,500,000 values while it is being read. The loader waits for the answer.
 
+#include "store/FileThread.h"
+
 #include <QDialog>
 
 class QFrame;
@@ -12,14 +14,11 @@ class QRadioButton;
 class TfrmBigDataDlg : public QDialog {
     Q_OBJECT
 public:
-    // The answers, as the loader understands them.
-    enum : int { kStop = 0, kShow = 1, kContinue = 2, kPreviewer = 3 };
-
     explicit TfrmBigDataDlg(QWidget* parent = nullptr);
 
     // Shows the question modally with "show what was read" preselected. Anything but OK
-    // (close box, Cancel, Escape) answers kStop, whatever is selected.
-    int Execute();
+    // (close box, Cancel, Escape) answers Stop, whatever is selected.
+    TBigDataAnswer Execute();
 
 private:
     void FormCreate();

@@ -6,6 +6,8 @@
 // work page and the progress page of a load, the inner one (`onbView`) between the views:
 // chart, table and configuration. Each view brings its own menu and toolbar panel.
 
+#include "store/FileThread.h"
+
 #include <QMainWindow>
 #include <QPointer>
 #include <QStringList>
@@ -106,7 +108,7 @@ public:
 
 Q_SIGNALS:
     // A load has ended with the loader's result code, after the window has dealt with it.
-    void loadFinished(int result);
+    void loadFinished(TLoadReport result);
     // A cutter started by the window has ended; the status bar says how.
     void cutterFinished(int exitCode);
 
@@ -216,10 +218,10 @@ private:
     void Analyses_Arm();
     void Analyses_SetShown(bool calc, bool shown);
 
-    void FileThread_OnAnswer(int index, const QString& text);
-    void FileThread_OnAsk(int& res);
+    void FileThread_OnAnswer(TLoadReport report, const QString& text);
+    void FileThread_OnAsk(TBigDataAnswer& answer);
     void FileLoaded();
-    void FileFailed(int result);
+    void FileFailed(TLoadReport result);
     void StepBusyIndicator();
     void ShowError(const QString& text);
     bool SaveSettingsNextToFile();

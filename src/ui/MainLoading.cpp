@@ -110,8 +110,8 @@ bool TForm1::OpenFile(const QString& fileName) {
     // open or the window's end, when the thread has surely finished.
     FThreads.push_back(std::make_unique<TFileThread>(
         FDataBase, fi.absoluteFilePath(),
-        [this](int index, const QString& text) { FileThread_OnAnswer(index, text); },
-        [this](int& res) { FileThread_OnAsk(res); }, ZebSettings().BrandVariant));
+        [this](TLoadReport report, const QString& text) { FileThread_OnAnswer(report, text); },
+        [this](TBigDataAnswer& answer) { FileThread_OnAsk(answer); }, ZebSettings().BrandVariant));
     FFileThread = FThreads.back().get();
     return true;
 }
@@ -123,41 +123,42 @@ void TForm1::StepBusyIndicator() {
     trbFileProgress->setValue(next > trbFileProgress->maximum() ? trbFileProgress->minimum() : next);
 }
 
-void TForm1::FileThread_OnAnswer(int index, const QString& text) {
-    switch (index) {
-    case TFileThread::kProgress:
+void TForm1::FileThread_OnAnswer(TLoadReport report, const QString& text) {
+    switch (report) {
+    case TLoadReport::Progress:
         // "Block " and a further blank before the number: two blanks, as always shown.
         SetStatus(Txt(TTextId::StatusBlock) + QLatin1Char(' ') + text);
         StepBusyIndicator();
         break;
-    case TFileThread::kCannotOpen:
+    case TLoadReport::CannotOpen:
         ShowError(TxtFmt(TTextId::MsgLoadCannotOpen, {text}));
         break;
-    case TFileThread::kError:
+    case TLoadReport::Error:
         ShowError(Txt(TTextId::MsgFatalError));
         break;
-    case TFileThread::kDefect:
+    case TLoadReport::Defect:
         ShowError(text);
         break;
-    case TFileThread::kResultOk:
+    case TLoadReport::ResultOk:
         FileLoaded();
         break;
-    case TFileThread::kResultError:
-    case TFileThread::kResultCancelled:
-    case TFileThread::kResultPreviewer:
-        FileFailed(index);
+    case TLoadReport::ResultError:
+    case TLoadReport::ResultCancelled:
+    case TLoadReport::ResultPreviewer:
+        FileFailed(report);
         break;
-    default:
-        break; // the value count and the cancel report need no answer
+    case TLoadReport::ValueCount:
+    case TLoadReport::Cancelled:
+        break; // they need no answer
     }
 }
 
-void TForm1::FileThread_OnAsk(int& res) {
+void TForm1::FileThread_OnAsk(TBigDataAnswer& answer) {
     if (!FBigDataDlg) FBigDataDlg = new TfrmBigDataDlg(this);
-    res = FBigDataDlg->Execute();
+    answer = FBigDataDlg->Execute();
 }
 
-void TForm1::FileFailed(int result) {
+void TForm1::FileFailed(TLoadReport result) {
     const QString fileName = FDataBase->FileName();
     FFileThread = nullptr;
     FLoading = false;
@@ -173,7 +174,7 @@ void TForm1::FileFailed(int result) {
     ShowWorkPage(pgWork);
     View_OnPageChanged(onbView->currentIndex());
     SyncGraphSwitches();
-    if (result == TFileThread::kResultPreviewer) {
+    if (result == TLoadReport::ResultPreviewer) {
         StartPreviewer(fileName);
     }
     Q_EMIT loadFinished(result);
@@ -211,5 +212,5 @@ void TForm1::FileLoaded() {
 
     if (db.isBigDataOn())
         TZebDlg::ShowMsg(Txt(TTextId::MsgDataReductionNote), TMsgDlgType::Information);
-    Q_EMIT loadFinished(TFileThread::kResultOk);
+    Q_EMIT loadFinished(TLoadReport::ResultOk);
 }

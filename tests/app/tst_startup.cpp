@@ -73,8 +73,8 @@ TRun Run(const QStringList& args) {
             run.ShownAtLoop = form->isVisible();
             // Close once a command-line file has loaded, or at once when none is opened: the
             // window starts its load from the first event the loop delivers, ahead of this one.
-            QObject::connect(form, &TForm1::loadFinished, form, [&run, form](int result) {
-                run.Loaded = result == -1;
+            QObject::connect(form, &TForm1::loadFinished, form, [&run, form](TLoadReport result) {
+                run.Loaded = result == TLoadReport::ResultOk;
                 run.FileAtClose = form->DataBase()->FileName();
                 QTimer::singleShot(0, form, &QWidget::close);
             });

@@ -28,15 +28,16 @@ TRun Load(TDataBase& db, const QString& path, std::optional<int> answer, int can
     QThread* gui = QThread::currentThread();
     std::unique_ptr<TFileThread> thread;
     TAskProc ask;
-    if (answer) ask = [&run, a = *answer](int& res) {
+    if (answer) ask = [&run, a = *answer](TBigDataAnswer& res) {
         ++run.asked;
-        res = a;
+        res = TBigDataAnswer(a); // the dialog's order: stop, show, continue, previewer
     };
     thread = std::make_unique<TFileThread>(
         &db, path,
-        [&](int index, const QString& text) {
+        [&](TLoadReport report, const QString& text) {
             run.onGuiThread = run.onGuiThread && QThread::currentThread() == gui;
-            if (index == TFileThread::kProgress) {
+            const int index = int(report);
+            if (report == TLoadReport::Progress) {
                 ++run.progress;
                 if (run.progress == cancelAtBlock) thread->Terminate();
                 return;
@@ -182,7 +183,7 @@ private Q_SLOTS:
         db.AddFile(FPastLimit);
         int reports = 0;
         {
-            TFileThread thread(&db, FPastLimit, [&](int, const QString&) { ++reports; }, {});
+            TFileThread thread(&db, FPastLimit, [&](TLoadReport, const QString&) { ++reports; }, {});
             // Destroyed once it has begun to report, while it may be waiting on this thread.
             QTRY_VERIFY_WITH_TIMEOUT(reports > 0, 60000);
         }

@@ -17,13 +17,13 @@ inline std::unique_ptr<TDataBase> LoadRecording(const QString& path, int* result
     int last = 0;
     TFileThread thread(
         db.get(), path,
-        [&](int index, const QString&) {
-            if (index < 0) {
-                last = index;
+        [&](TLoadReport report, const QString&) {
+            if (int(report) < 0) {
+                last = int(report);
                 loop.quit();
             }
         },
-        [](int& res) { res = 2; });
+        [](TBigDataAnswer& answer) { answer = TBigDataAnswer::Continue; });
     QTimer::singleShot(120000, &loop, &QEventLoop::quit);
     loop.exec();
     thread.wait();

@@ -20,7 +20,7 @@ inline void Generate(const QStringList& args) {
 inline bool Load(TForm1& f, const QString& file, int* result = nullptr) {
     QSignalSpy spy(&f, &TForm1::loadFinished);
     if (!f.OpenFile(file) || !spy.wait(120000)) return false;
-    if (result) *result = spy.first().first().toInt();
+    if (result) *result = int(spy.first().first().value<TLoadReport>());
     return true;
 }
 

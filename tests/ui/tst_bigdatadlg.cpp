@@ -26,7 +26,7 @@ int RunWith(TfrmBigDataDlg& dlg, const std::function<void(TfrmBigDataDlg&)>& act
         QVERIFY(QTest::qWaitForWindowExposed(&dlg));
         act(dlg);
     });
-    return dlg.Execute();
+    return int(dlg.Execute());
 }
 
 } // namespace

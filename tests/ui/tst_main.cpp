@@ -255,7 +255,7 @@ void TstMain::commandLineOpensOnce() {
     f.show();
     QVERIFY(QTest::qWaitForWindowExposed(&f));
     QVERIFY(spy.wait(60000));
-    QCOMPARE(spy.first().first().toInt(), int(TFileThread::kResultOk));
+    QCOMPARE(int(spy.first().first().value<TLoadReport>()), int(TLoadReport::ResultOk));
     QCOMPARE(f.DataBase()->FileName(), QFileInfo(FSmall).absoluteFilePath());
     f.hide();
     f.show();
@@ -297,12 +297,12 @@ void TstMain::loaderAnswers_data() {
     QTest::addColumn<int>("result");
     QTest::addColumn<bool>("open");
     QTest::addColumn<QString>("message");
-    QTest::newRow("stop") << u"rbnCancel"_s << int(TFileThread::kResultCancelled) << false << QString();
+    QTest::newRow("stop") << u"rbnCancel"_s << int(TLoadReport::ResultCancelled) << false << QString();
     QTest::newRow("show what was read")
-        << u"rbnShow"_s << int(TFileThread::kResultOk) << true << Txt(TTextId::MsgDataReductionNote);
-    QTest::newRow("continue") << u"rbnContinue"_s << int(TFileThread::kResultOk) << true
+        << u"rbnShow"_s << int(TLoadReport::ResultOk) << true << Txt(TTextId::MsgDataReductionNote);
+    QTest::newRow("continue") << u"rbnContinue"_s << int(TLoadReport::ResultOk) << true
                               << Txt(TTextId::MsgDataReductionNote);
-    QTest::newRow("previewer missing") << u"rbnPreviewer"_s << int(TFileThread::kResultPreviewer) << false
+    QTest::newRow("previewer missing") << u"rbnPreviewer"_s << int(TLoadReport::ResultPreviewer) << false
                                        << u"Previewer nicht vorhanden!"_s;
 }
 
@@ -386,7 +386,7 @@ void TstMain::previewerStarted() {
     });
     int got = 0;
     QVERIFY(Load(f, FBig, &got));
-    QCOMPARE(got, int(TFileThread::kResultPreviewer));
+    QCOMPARE(got, int(TLoadReport::ResultPreviewer));
     QTRY_VERIFY(!f.isVisible()); // the viewer hands over and closes
     QTRY_VERIFY(QFileInfo(out).size() > 0);
     QFile args(out);
@@ -422,7 +422,7 @@ void TstMain::loadFailures() {
     int got = 0;
     const bool started = Load(f, file, &got);
     QCOMPARE(started, !content.isEmpty());
-    if (started) QCOMPARE(got, int(TFileThread::kResultError));
+    if (started) QCOMPARE(got, int(TLoadReport::ResultError));
     QCOMPARE(Messages().Texts, QStringList{Plain(QString(message).replace(u"%FILE%"_s, Native(file)))});
     QVERIFY(!f.IsLoading());
     QCOMPARE(f.findChild<QStackedWidget*>(u"onbWork"_s)->currentIndex(), int(TForm1::pgWork));
@@ -483,7 +483,7 @@ void TstMain::closeDuringLoad() {
     QVERIFY(!f.close()); // only the load stops
     QVERIFY(f.isVisible());
     QVERIFY(spy.wait(60000));
-    QCOMPARE(spy.first().first().toInt(), int(TFileThread::kResultCancelled));
+    QCOMPARE(int(spy.first().first().value<TLoadReport>()), int(TLoadReport::ResultCancelled));
     QVERIFY(f.isVisible());
     QVERIFY(f.DataBase()->FileName().isEmpty());
     QVERIFY(Messages().Texts.isEmpty()); // a cancel is no error

@@ -86,9 +86,9 @@ private Q_SLOTS:
             QVERIFY(WaitForProgress(f));
             f.GUI_FileCancel();
             QVERIFY(done.wait(60000));
-            const int result = done.first().first().toInt();
+            const int result = int(done.first().first().value<TLoadReport>());
             // A fast machine may have read the whole file before the cancel arrived.
-            QVERIFY2(result == TFileThread::kResultCancelled || result == TFileThread::kResultOk,
+            QVERIFY2(result == int(TLoadReport::ResultCancelled) || result == int(TLoadReport::ResultOk),
                      qPrintable(QString::number(result)));
             QVERIFY(!f.IsLoading());
         }
@@ -96,7 +96,7 @@ private Q_SLOTS:
         QSignalSpy done(&f, &TForm1::loadFinished);
         QVERIFY(f.OpenFile(FSmall));
         QVERIFY(done.wait(60000));
-        QCOMPARE(done.first().first().toInt(), int(TFileThread::kResultOk));
+        QCOMPARE(int(done.first().first().value<TLoadReport>()), int(TLoadReport::ResultOk));
         QCOMPARE(f.DataBase()->Curve_Count(), 2);
     }
 
