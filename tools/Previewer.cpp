@@ -215,8 +215,8 @@ void TfrmPreviewer::ShowOverview() {
     }
     lblInfo->setText(file + QStringLiteral(": ") +
                      TxtFmt(TTextId::PrvInfo, {QString::number(channels.size()), QString::number(FOverview.ValueCount()),
-                                               zeb::FormatTime(1, FOverview.FirstTime()),
-                                               zeb::FormatTime(1, FOverview.LastTime())}));
+                                               zeb::FormatTime(zeb::TTimeKind::DateTimeMs, FOverview.FirstTime()),
+                                               zeb::FormatTime(zeb::TTimeKind::DateTimeMs, FOverview.LastTime())}));
 
     const QSignalBlocker block(lvwChannels);
     for (const TOverviewChannel& ch : channels) {
@@ -326,7 +326,7 @@ void TfrmPreviewer::UpdateBand() {
         band->bottomRight->setCoords(FEnd + kUnix2000, 1.0);
     }
     if (FOverview.HasTime())
-        lblWindow->setText(TxtFmt(TTextId::PrvWindow, {zeb::FormatTime(1, FStart), zeb::FormatTime(1, FEnd)}));
+        lblWindow->setText(TxtFmt(TTextId::PrvWindow, {zeb::FormatTime(zeb::TTimeKind::DateTimeMs, FStart), zeb::FormatTime(zeb::TTimeKind::DateTimeMs, FEnd)}));
     else lblWindow->clear();
     chtOverview->replot();
 }

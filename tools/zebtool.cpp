@@ -332,7 +332,7 @@ int Info(const QStringList& args) {
     o << "file:        " << path << "\n"
       << "status:      " << int(res.status) << "\n"
       << "creator:     " << db.Creator() << "\n"
-      << "start time:  " << zeb::FormatTime(0, db.StartTime() * zeb::kSecondsPerDay) << "\n"
+      << "start time:  " << zeb::FormatTime(zeb::TTimeKind::DateTime, db.StartTime() * zeb::kSecondsPerDay) << "\n"
       << "ZEB name:    " << db.ZebName() << "\n"
       << "logger name: " << db.LoggerName() << "\n"
       << "values:      " << res.values << "\n"
@@ -344,7 +344,7 @@ int Info(const QStringList& args) {
                  .arg(c)
                  .arg(cu.sModulName.Value, cu.sChannelName.Value, cu.sUnit)
                  .arg(d.Count());
-        if (!d.IsEmpty()) o << ", " << zeb::FormatTime(1, d.FirstTime()) << " .. " << zeb::FormatTime(1, d.LastTime());
+        if (!d.IsEmpty()) o << ", " << zeb::FormatTime(zeb::TTimeKind::DateTimeMs, d.FirstTime()) << " .. " << zeb::FormatTime(zeb::TTimeKind::DateTimeMs, d.LastTime());
         o << "\n";
     }
     return 0;

@@ -263,13 +263,13 @@ std::optional<double> Integrate(const TCurveData& d, const TCurveSummary* summar
 QString DurationText(double seconds) {
     const double days = std::floor(seconds / zeb::kSecondsPerDay);
     const double rest = seconds - days * zeb::kSecondsPerDay;
-    return QString::number(qint64(days)) + QLatin1Char('+') + zeb::FormatTime(2, rest);
+    return QString::number(qint64(days)) + QLatin1Char('+') + zeb::FormatTime(zeb::TTimeKind::Time, rest);
 }
 
 QString DayDurationText(double seconds) {
     const double days = std::floor(seconds / zeb::kSecondsPerDay);
     const double rest = seconds - days * zeb::kSecondsPerDay;
-    return zeb::TxtFmt(zeb::TTextId::ReportDuration, {QString::number(qint64(days)), zeb::FormatTime(2, rest)});
+    return zeb::TxtFmt(zeb::TTextId::ReportDuration, {QString::number(qint64(days)), zeb::FormatTime(zeb::TTimeKind::Time, rest)});
 }
 
 // ---------------------------------------------------------------------- report figures

@@ -131,27 +131,27 @@ TFormatSettings MakeSettings(int mode, int dateIndex, int decimalSeparatorChoice
     return fs;
 }
 
-QString TimeFormat(int kind) {
+QString TimeFormat(TTimeKind kind) {
     const TFormatSettings& fs = FormatSettings();
     const QString zzz = QString(fs.DecimalSeparator) + QStringLiteral("zzz");
     switch (kind) {
-    case 0: return fs.ShortDateFormat + QLatin1Char(' ') + fs.LongTimeFormat;
-    case 1: return fs.ShortDateFormat + QLatin1Char(' ') + fs.LongTimeFormat + zzz;
-    case 2: return fs.LongTimeFormat;
-    case 3: return fs.LongTimeFormat + zzz;
-    case 4: return fs.ShortDateFormat;
-    case 5: return fs.ShortTimeFormat;
-    case 6: return fs.ShortDateFormat + QLatin1Char(' ') + fs.ShortTimeFormat;
-    case 7: return {};
-    case 8: return QStringLiteral("MM/dd/yyyy HH:mm:ss");
-    default: return {};
+    case TTimeKind::DateTime: return fs.ShortDateFormat + QLatin1Char(' ') + fs.LongTimeFormat;
+    case TTimeKind::DateTimeMs: return fs.ShortDateFormat + QLatin1Char(' ') + fs.LongTimeFormat + zzz;
+    case TTimeKind::Time: return fs.LongTimeFormat;
+    case TTimeKind::TimeMs: return fs.LongTimeFormat + zzz;
+    case TTimeKind::Date: return fs.ShortDateFormat;
+    case TTimeKind::ShortTime: return fs.ShortTimeFormat;
+    case TTimeKind::DateShortTime: return fs.ShortDateFormat + QLatin1Char(' ') + fs.ShortTimeFormat;
+    case TTimeKind::None: return {};
+    case TTimeKind::Fixed: return QStringLiteral("MM/dd/yyyy HH:mm:ss");
     }
+    return {}; // a number from outside the kinds
 }
 
-QString FormatTime(int kind, double secondsSince2000) {
+QString FormatTime(TTimeKind kind, double secondsSince2000) {
     const QString pattern = TimeFormat(kind);
     if (pattern.isEmpty()) return {};
-    if (kind == 8) {
+    if (kind == TTimeKind::Fixed) {
         // A fixed format whatever the settings, separators included.
         TFormatSettings fs = FormatSettings();
         fs.DateSeparator = QLatin1Char('/');

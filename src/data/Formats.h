@@ -47,10 +47,23 @@ void SetFormats(int mode, int dateIndex = 0, int decimalSeparatorChoice = 0);
 QString DateFormatOf(int index);
 QChar DateSeparatorOf(int index);
 
-// Pattern of a time display kind 0..8; empty outside.
-QString TimeFormat(int kind);
+// The display kinds by which a time text is asked for (their numbers are the settings' and
+// the templates' own).
+enum class TTimeKind : int {
+    DateTime = 0,      // short date and long time
+    DateTimeMs = 1,    // short date, long time and milliseconds
+    Time = 2,          // long time
+    TimeMs = 3,        // long time and milliseconds
+    Date = 4,          // short date
+    ShortTime = 5,     // short time
+    DateShortTime = 6, // short date and short time
+    None = 7,          // no text
+    Fixed = 8,         // "MM/dd/yyyy HH:mm:ss" whatever the settings
+};
+// Pattern of a time display kind; empty for None and outside the kinds.
+QString TimeFormat(TTimeKind kind);
 // Text of a time in seconds since 1 January 2000 by a display kind.
-QString FormatTime(int kind, double secondsSince2000);
+QString FormatTime(TTimeKind kind, double secondsSince2000);
 
 // '/' and ':' in the pattern stand for the date and time separators of the settings.
 QString FormatDateTime(const QString& pattern, double secondsSince2000,

@@ -27,7 +27,7 @@ void TStoreReceiver::SetCreator(const QString& creator) { FDb.FCreator = creator
 void TStoreReceiver::SetStartTime(double days) {
     FDb.FStartTime = days;
     FDb.FStartTimeText << zeb::Txt(zeb::TTextId::ChartStartTime) + QLatin1Char(' ') +
-                              zeb::FormatTime(0, days * zeb::kSecondsPerDay);
+                              zeb::FormatTime(zeb::TTimeKind::DateTime, days * zeb::kSecondsPerDay);
 }
 
 void TStoreReceiver::AddCurve(const QString& moduleName) {
@@ -315,7 +315,7 @@ void TDataBase::GetXMinXMax(double& min, double& max, bool onlyActive) const {
     }
 }
 
-QString TDataBase::GetXValueStr(int kind, double time) { return zeb::FormatTime(kind, time); }
+QString TDataBase::GetXValueStr(zeb::TTimeKind kind, double time) { return zeb::FormatTime(kind, time); }
 
 // ====================================================================== table rows
 
@@ -331,7 +331,7 @@ void TDataBase::Table_MoveFirstRow(int rows) {
 
 void TDataBase::Table_RecalcFirstRow() { Table_SetFirstRow(FTable.FirstTime()); }
 
-QString TDataBase::Table_GetTime(int row) const { return FTable.IsRow(row) ? GetXValueStr(1, FTable.Time(row)) : QString(); }
+QString TDataBase::Table_GetTime(int row) const { return FTable.IsRow(row) ? GetXValueStr(zeb::TTimeKind::DateTimeMs, FTable.Time(row)) : QString(); }
 
 double TDataBase::Table_GetTimeValue(int row) const { return FTable.IsRow(row) ? FTable.Time(row) : 0.0; }
 

@@ -10,6 +10,7 @@
 #include "config/MseSettings.h"
 #include "data/CurveData.h"
 #include "data/CurveSummary.h"
+#include "data/Formats.h"
 #include "store/TableRows.h"
 
 #include <QObject>
@@ -293,7 +294,7 @@ public:
 
     // ------------------------------------------------------------------ time
     void GetXMinXMax(double& min, double& max, bool onlyActive) const;
-    static QString GetXValueStr(int kind, double time);
+    static QString GetXValueStr(zeb::TTimeKind kind, double time);
 
     // ------------------------------------------------------------------ table view
     int Table_GetMaxRows() const { return kTableRows; }

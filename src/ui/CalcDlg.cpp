@@ -98,8 +98,8 @@ bool TfrmCalcDlg::Execute(TDataBase* db, TCrossHair* crossHair, bool flowMode, b
         return QStringLiteral("  (") + Txt(cursor ? TTextId::CalcDlgFromCursor : TTextId::CalcDlgFromAxis) +
                QLatin1Char(')');
     };
-    lblBeginValue->setText(TDataBase::GetXValueStr(2, FXMin) + source(FMinFromCursor));
-    lblEndValue->setText(TDataBase::GetXValueStr(3, FXMax) + source(FMaxFromCursor));
+    lblBeginValue->setText(TDataBase::GetXValueStr(zeb::TTimeKind::Time, FXMin) + source(FMinFromCursor));
+    lblEndValue->setText(TDataBase::GetXValueStr(zeb::TTimeKind::TimeMs, FXMax) + source(FMaxFromCursor));
 
     // Every curve of the store; the derived flow channel is no curve of its own.
     ListBox1->clear();

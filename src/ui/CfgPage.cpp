@@ -76,7 +76,7 @@ QStringList RelativeFormats() {
 }
 
 QStringList AbsoluteFormats() {
-    return {zeb::TimeFormat(0), QStringLiteral("dd.mm.yy hh:mm:ss"),
+    return {zeb::TimeFormat(zeb::TTimeKind::DateTime), QStringLiteral("dd.mm.yy hh:mm:ss"),
             QStringLiteral("dd.mm.yyyy hh:mm:ss.zzz"), QStringLiteral("dd.mm hh:mm"),
             QStringLiteral("dd hh:mm:ss")};
 }

@@ -197,18 +197,18 @@ void TCrossHair::OnChange(int which) {
     if (which == 0) {
         FX1 = x;
         if (FAxis[0] >= 0) {
-            SetText(0, Txt(TTextId::ReadX1) + ChartText::XText(*FDb, 2, x, FDb->Cursor_Get(0).XFormat));
+            SetText(0, Txt(TTextId::ReadX1) + ChartText::XText(*FDb, zeb::TTimeKind::Time, x, FDb->Cursor_Get(0).XFormat));
             SetText(1, Txt(TTextId::ReadY1) + zeb::FormatFloat(FDb->Cursor_Get(0).YFormat, y));
         }
     } else {
         FX2 = x;
         if (FAxis[1] >= 0) {
-            SetText(2, Txt(TTextId::ReadX2) + ChartText::XText(*FDb, 3, x, FDb->Cursor_Get(1).XFormat));
+            SetText(2, Txt(TTextId::ReadX2) + ChartText::XText(*FDb, zeb::TTimeKind::TimeMs, x, FDb->Cursor_Get(1).XFormat));
             SetText(3, Txt(TTextId::ReadY2) + zeb::FormatFloat(FDb->Cursor_Get(1).YFormat, y));
         }
     }
     if (FAxis[0] >= 0 && FAxis[1] >= 0) {
-        SetText(4, Txt(TTextId::ReadDX) + ChartText::XText(*FDb, 4, X(1) - X(0), FDb->Cursor_Get(0).XFormat));
+        SetText(4, Txt(TTextId::ReadDX) + ChartText::XSpanText(*FDb, X(1) - X(0), FDb->Cursor_Get(0).XFormat));
         // Deliberately in cursor 1's format.
         SetText(5, Txt(TTextId::ReadDY) + zeb::FormatFloat(FDb->Cursor_Get(0).YFormat, Y(1) - Y(0)));
     }
@@ -255,7 +255,7 @@ void TCrossHair::SetZoomRect(bool on, int x, int y) {
     }
     FBusy = true;
     FZoomX = FChart->xAxis->pixelToCoord(x);
-    SetText(0, Txt(TTextId::ReadX1) + ChartText::XText(*FDb, 0, FZoomX, QStringLiteral("0.000")));
+    SetText(0, Txt(TTextId::ReadX1) + ChartText::XText(*FDb, zeb::TTimeKind::DateTime, FZoomX, QStringLiteral("0.000")));
     FZoomAxis = FDb->IsUsedAxis(axLeft) ? axLeft : FDb->IsUsedAxis(axRight) ? axRight : 0;
     if (FZoomAxis == 0) {
         SetText(1, Txt(TTextId::ReadY1));
@@ -268,7 +268,7 @@ void TCrossHair::SetZoomRect(bool on, int x, int y) {
 void TCrossHair::DispZoomRect(int x, int y) {
     if (!FBusy) return;
     const double dx = std::abs(FChart->xAxis->pixelToCoord(x) - FZoomX);
-    SetText(4, Txt(TTextId::ReadDX) + ChartText::XText(*FDb, 4, dx, QStringLiteral("0.000")));
+    SetText(4, Txt(TTextId::ReadDX) + ChartText::XSpanText(*FDb, dx, QStringLiteral("0.000")));
     if (FZoomAxis == 0) {
         SetText(5, Txt(TTextId::ReadDY));
         return;

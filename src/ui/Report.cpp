@@ -215,15 +215,15 @@ TReport::TReport(const TDataBase& db, QCustomPlot* chart, const TReportOptions& 
     const TAxisState& bottom = db.Axis_Get(axBottom);
     FCompany = ZebSettings().ValReportFirma;
     FFileName = db.FileName();
-    FPrinted = zeb::FormatTime(0, NowSince2000());
+    FPrinted = zeb::FormatTime(zeb::TTimeKind::DateTime, NowSince2000());
 
     QStringList loggers;
     for (int i = 0; i < db.Curve_Count(); ++i) {
         const QString name = db.Curve_LoggernameGet(i);
         if (!name.isEmpty() && !loggers.contains(name)) loggers << name;
     }
-    const QString range = TDataBase::GetXValueStr(0, bottom.Min) + QStringLiteral(" \u2013 ") +
-                          TDataBase::GetXValueStr(0, bottom.Max) + QStringLiteral(" (") +
+    const QString range = TDataBase::GetXValueStr(zeb::TTimeKind::DateTime, bottom.Min) + QStringLiteral(" \u2013 ") +
+                          TDataBase::GetXValueStr(zeb::TTimeKind::DateTime, bottom.Max) + QStringLiteral(" (") +
                           DayDurationText(bottom.Max - bottom.Min) + QLatin1Char(')');
     FHeader = {
         {Txt(TTextId::ReportCompany), FCompany},
@@ -233,7 +233,7 @@ TReport::TReport(const TDataBase& db, QCustomPlot* chart, const TReportOptions& 
         {Txt(TTextId::ReportLoggers), loggers.join(QStringLiteral(", "))},
         // Only a recording that states its start has one.
         {Txt(TTextId::ReportStartTime),
-         db.StartTimeText().isEmpty() ? QString() : zeb::FormatTime(0, db.StartTime() * zeb::kSecondsPerDay)},
+         db.StartTimeText().isEmpty() ? QString() : zeb::FormatTime(zeb::TTimeKind::DateTime, db.StartTime() * zeb::kSecondsPerDay)},
         {Txt(TTextId::ReportTimeRange), range},
         {Txt(TTextId::ReportPrinted), FPrinted},
     };
@@ -253,7 +253,7 @@ TReport::TReport(const TDataBase& db, QCustomPlot* chart, const TReportOptions& 
         const TRangeStats& st = f.Finite;
         // A value as the views write it, with the unit a reader needs to sign it.
         auto value = [&](double v) { return FigureText::WithUnit(FigureText::Value(v, format), unit); };
-        auto timeOf = [&](qint64 k) { return k < 0 ? QString() : TDataBase::GetXValueStr(0, d.Time(k)); };
+        auto timeOf = [&](qint64 k) { return k < 0 ? QString() : TDataBase::GetXValueStr(zeb::TTimeKind::DateTime, d.Time(k)); };
 
         TReportCurve c;
         c.Curve = i;
@@ -298,7 +298,7 @@ TReport::TReport(const TDataBase& db, QCustomPlot* chart, const TReportOptions& 
         const TMseTimeText& n = notices[inRange[k]];
         QString text = n.Text.Value;
         text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
-        FNotices.push_back({int(k) + 1, TDataBase::GetXValueStr(0, n.X.Value), text});
+        FNotices.push_back({int(k) + 1, TDataBase::GetXValueStr(zeb::TTimeKind::DateTime, n.X.Value), text});
     }
 
     if (chart) {

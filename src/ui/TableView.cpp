@@ -194,7 +194,7 @@ void TTableView::Enter() {
 // as its header (name and unit) up to a limit, beyond which the tooltip tells the rest.
 void TTableView::FitColumns() {
     const QFontMetrics fm = FTable->fontMetrics();
-    const QString sample = TDataBase::GetXValueStr(1, FEnd) + QStringLiteral("  ");
+    const QString sample = TDataBase::GetXValueStr(zeb::TTimeKind::DateTimeMs, FEnd) + QStringLiteral("  ");
     FTable->setColumnWidth(0, fm.horizontalAdvance(sample) + 12);
     const QFontMetrics header = FTable->horizontalHeader()->fontMetrics();
     const int padding = 2 * FTable->style()->pixelMetric(QStyle::PM_HeaderMargin, nullptr, FTable) + 12;
@@ -274,7 +274,7 @@ double TTableView::ScrollTime(int position) const { return FStart + position * (
 void TTableView::GUI_TableScroll(int position, bool ending) {
     const double t = ScrollTime(position);
     if (!ending) {
-        Q_EMIT statusText(Txt(TTextId::StatusScrollX) + TDataBase::GetXValueStr(1, t));
+        Q_EMIT statusText(Txt(TTextId::StatusScrollX) + TDataBase::GetXValueStr(zeb::TTimeKind::DateTimeMs, t));
         return;
     }
     Q_EMIT statusText(QString());

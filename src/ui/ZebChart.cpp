@@ -131,20 +131,22 @@ double Origin(const TDataBase& db) {
     return min;
 }
 
-QString XText(const TDataBase& db, int kind, double x, const QString& numberFormat) {
-    const TAxisState& bottom = db.Axis_Get(axBottom);
-    switch (bottom.XType) {
+QString XText(const TDataBase& db, zeb::TTimeKind kind, double x, const QString& numberFormat) {
+    switch (db.Axis_Get(axBottom).XType) {
     case 0:
-        return zeb::FormatFloat(numberFormat, kind == 4 ? x : x - Origin(db));
+        return zeb::FormatFloat(numberFormat, x - Origin(db));
     case 1: {
-        if (kind == 4) return Duration(x);
-        const bool ms = kind == 1 || kind == 3;
+        const bool ms = kind == zeb::TTimeKind::DateTimeMs || kind == zeb::TTimeKind::TimeMs;
         return RelativeTime(x - Origin(db),
                             ms ? QStringLiteral("0+00:00:00.000") : QStringLiteral("0+00:00:00"));
     }
     default:
-        return kind == 4 ? Duration(x) : TDataBase::GetXValueStr(kind, x);
+        return TDataBase::GetXValueStr(kind, x);
     }
+}
+
+QString XSpanText(const TDataBase& db, double dx, const QString& numberFormat) {
+    return db.Axis_Get(axBottom).XType == 0 ? zeb::FormatFloat(numberFormat, dx) : Duration(dx);
 }
 
 } // namespace ChartText
@@ -433,7 +435,7 @@ QString TZebChart::TimeAxisLabel(double value, double tickStep) const {
         if (ChartText::IsDatePattern(s.Format))
             return zeb::FormatDateTime(ChartText::DatePattern(s.Format), value);
         // The store's text of the time, date and time of day on two lines.
-        QString t = TDataBase::GetXValueStr(tickStep < 1.0 ? 1 : 0, value);
+        QString t = TDataBase::GetXValueStr(tickStep < 1.0 ? zeb::TTimeKind::DateTimeMs : zeb::TTimeKind::DateTime, value);
         const qsizetype blank = t.indexOf(QLatin1Char(' '));
         if (blank >= 0) t[blank] = QLatin1Char('\n');
         return t;
@@ -892,7 +894,7 @@ void TZebChart::mouseMoveEvent(QMouseEvent* event) {
         FZoom->MouseMove(pos.x(), pos.y());
         if (FZoom->State() == TZoomAndScroll::zsMoving)
             Q_EMIT statusText(Txt(TTextId::StatusScrollX) +
-                              ChartText::XText(*FDb, 1, xAxis->range().lower, QStringLiteral("0.000")));
+                              ChartText::XText(*FDb, zeb::TTimeKind::DateTimeMs, xAxis->range().lower, QStringLiteral("0.000")));
         return;
     }
     setCursor(FCrossHair->IsClicked(pos.x(), pos.y()) ? Qt::SizeHorCursor : Qt::ArrowCursor);

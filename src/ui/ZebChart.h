@@ -41,10 +41,12 @@ QString DatePattern(const QString& pattern);
 bool IsDatePattern(const QString& pattern);
 // Zero of the time-axis types that begin at 0: the first time of the recording.
 double Origin(const TDataBase& db);
-// The text of a time by the store's time-axis type: the store's time texts (kind 0..3) for
-// date and time, a span from the origin for the types that begin at 0; kind 4 is a span
-// (a difference of two times). numberFormat serves the axis type in seconds.
-QString XText(const TDataBase& db, int kind, double x, const QString& numberFormat);
+// The text of a time by the store's time-axis type: the store's time text of that kind for
+// date and time, a span from the origin for the types that begin at 0 (with milliseconds for
+// the kinds that have them). numberFormat serves the axis type in seconds.
+QString XText(const TDataBase& db, zeb::TTimeKind kind, double x, const QString& numberFormat);
+// The text of a difference of two times by the store's time-axis type.
+QString XSpanText(const TDataBase& db, double dx, const QString& numberFormat);
 
 } // namespace ChartText
 

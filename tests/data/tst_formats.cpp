@@ -46,12 +46,12 @@ private Q_SLOTS:
         QFETCH(QString, kind0);
         QFETCH(QString, kind1);
         SetFormats(index % 2 ? 1 : 0, index, separator);
-        QCOMPARE(FormatTime(0, kT), kind0);
-        QCOMPARE(FormatTime(1, kT), kind1);
-        QCOMPARE(FormatTime(4, kT), kind0.left(kind0.indexOf(QLatin1Char(' '))));
+        QCOMPARE(FormatTime(zeb::TTimeKind::DateTime, kT), kind0);
+        QCOMPARE(FormatTime(zeb::TTimeKind::DateTimeMs, kT), kind1);
+        QCOMPARE(FormatTime(zeb::TTimeKind::Date, kT), kind0.left(kind0.indexOf(QLatin1Char(' '))));
         // The fixed kind ignores every setting.
-        QCOMPARE(TimeFormat(8), QStringLiteral("MM/dd/yyyy HH:mm:ss"));
-        QCOMPARE(FormatTime(8, kT), QStringLiteral("03/01/2024 12:00:00"));
+        QCOMPARE(TimeFormat(zeb::TTimeKind::Fixed), QStringLiteral("MM/dd/yyyy HH:mm:ss"));
+        QCOMPARE(FormatTime(zeb::TTimeKind::Fixed, kT), QStringLiteral("03/01/2024 12:00:00"));
     }
 
     void timeKinds_data() {
@@ -75,14 +75,14 @@ private Q_SLOTS:
         QFETCH(QString, pattern);
         QFETCH(QString, text);
         SetFormats(1, 3, 1);
-        QCOMPARE(TimeFormat(kind), pattern);
-        QCOMPARE(FormatTime(kind, kT), text);
+        QCOMPARE(TimeFormat(TTimeKind(kind)), pattern);
+        QCOMPARE(FormatTime(TTimeKind(kind), kT), text);
     }
 
     void internationalMode() {
         SetFormats(2, 3, 1); // the settings values do not matter
-        QCOMPARE(FormatTime(1, kT), QStringLiteral("01-Mar-2024 12:00:00.250"));
-        QCOMPARE(FormatTime(5, kT), QStringLiteral("12:00"));
+        QCOMPARE(FormatTime(zeb::TTimeKind::DateTimeMs, kT), QStringLiteral("01-Mar-2024 12:00:00.250"));
+        QCOMPARE(FormatTime(zeb::TTimeKind::ShortTime, kT), QStringLiteral("12:00"));
         QCOMPARE(FormatSettings().DecimalSeparator, QLatin1Char('.'));
     }
 
@@ -91,12 +91,12 @@ private Q_SLOTS:
         SetFormats(3);
         QCOMPARE(FormatSettings().DecimalSeparator, QLatin1Char(','));
         QCOMPARE(FormatSettings().DateSeparator, QLatin1Char('.'));
-        QCOMPARE(FormatTime(2, kT), QStringLiteral("12:00:00"));
-        QVERIFY(FormatTime(4, kT).startsWith(QStringLiteral("01.03.")));
+        QCOMPARE(FormatTime(zeb::TTimeKind::Time, kT), QStringLiteral("12:00:00"));
+        QVERIFY(FormatTime(zeb::TTimeKind::Date, kT).startsWith(QStringLiteral("01.03.")));
 
         SetSystemLocaleOverride(QLocale(QLocale::English, QLocale::UnitedStates));
         SetFormats(3);
-        const QString pm = FormatTime(2, kT + 3600.0);
+        const QString pm = FormatTime(zeb::TTimeKind::Time, kT + 3600.0);
         QVERIFY2(pm.startsWith(QStringLiteral("1:00:00")) && pm.endsWith(QStringLiteral("PM")), qPrintable(pm));
         QCOMPARE(FormatSettings().DateSeparator, QLatin1Char('/'));
     }

@@ -99,7 +99,7 @@ private Q_SLOTS:
         QCOMPARE(RowCells(db, 2), (QStringList{"2.0", "6.0"}));
         QCOMPARE(RowCells(db, 3), (QStringList{"", ""})); // a gap marker shows no value
         QCOMPARE(db.Table_GetValue(0, 50), QString());
-        QCOMPARE(db.Table_GetTime(4), zeb::FormatTime(1, 30.0));
+        QCOMPARE(db.Table_GetTime(4), zeb::FormatTime(zeb::TTimeKind::DateTimeMs, 30.0));
     }
 
     void inactiveCurvesGiveNoRows() {

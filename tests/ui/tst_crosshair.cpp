@@ -116,7 +116,7 @@ private Q_SLOTS:
         QTest::addColumn<QString>("dx");
         const double a = kT0 + 120.0, b = kT0 + 185.5;
         QTest::newRow("date and time")
-            << 2 << zeb::FormatTime(2, a) << zeb::FormatTime(3, b) << u"00:01:05.500"_s;
+            << 2 << zeb::FormatTime(zeb::TTimeKind::Time, a) << zeb::FormatTime(zeb::TTimeKind::TimeMs, b) << u"00:01:05.500"_s;
         // Seconds from the first time, in each cursor's own x format.
         QTest::newRow("seconds from 0") << 0 << u"120.0"_s << u"185.50"_s << u"65.5"_s;
         QTest::newRow("time from 0") << 1 << u"0+00:02:00"_s << u"0+00:03:05.500"_s << u"00:01:05.500"_s;
@@ -228,7 +228,7 @@ private Q_SLOTS:
         const QPoint start(plot.left() + 100, plot.top() + 50);
         const double x = c.Chart->xAxis->pixelToCoord(start.x()), y = c.Chart->yAxis->pixelToCoord(start.y());
         c.Cross->SetZoomRect(true, start.x(), start.y());
-        QCOMPARE(c.Label(1), u"X1="_s + zeb::FormatTime(0, x));
+        QCOMPARE(c.Label(1), u"X1="_s + zeb::FormatTime(zeb::TTimeKind::DateTime, x));
         QCOMPARE(c.Label(2), u"Y1="_s + zeb::FormatFloat(u"0.00"_s, y));
         // While the rectangle is drawn the cursors leave the read-outs alone.
         c.Cross->SetPosition(0, kT0, 3.0);

@@ -463,7 +463,7 @@ void TstMainViews::tableGotoTMin() {
     Action(*f, u"menTableGotoTMin"_s)->trigger();
     QCOMPARE(db.Table_GetFirstTime(), first + 1001.0);
     // The table's first text row shows that time.
-    QCOMPARE(f->TableView()->Model()->Table_OnGetCellData(2, 0), TDataBase::GetXValueStr(1, first + 1001.0));
+    QCOMPARE(f->TableView()->Model()->Table_OnGetCellData(2, 0), TDataBase::GetXValueStr(zeb::TTimeKind::DateTimeMs, first + 1001.0));
 }
 
 void TstMainViews::tableGotoTime_data() {
@@ -508,7 +508,7 @@ void TstMainViews::tableGotoTime() {
     QCOMPARE(db.Table_GetFirstTime(), start);
     go(u"1234.5"_s, true);
     QCOMPARE(db.Table_GetFirstTime(), first + 1235.0);
-    QCOMPARE(f->TableView()->Model()->Table_OnGetCellData(2, 0), TDataBase::GetXValueStr(1, first + 1235.0));
+    QCOMPARE(f->TableView()->Model()->Table_OnGetCellData(2, 0), TDataBase::GetXValueStr(zeb::TTimeKind::DateTimeMs, first + 1235.0));
 }
 
 void TstMainViews::tableStatusTexts() {
@@ -521,7 +521,7 @@ void TstMainViews::tableStatusTexts() {
     bar->setSliderDown(true); // dragged to the middle
     bar->setSliderPosition((bar->minimum() + bar->maximum()) / 2);
     QCOMPARE(f->StatusText(),
-             Txt(TTextId::StatusScrollX) + TDataBase::GetXValueStr(1, first + (last - first) / 2.0));
+             Txt(TTextId::StatusScrollX) + TDataBase::GetXValueStr(zeb::TTimeKind::DateTimeMs, first + (last - first) / 2.0));
     bar->setSliderDown(false);
     QCOMPARE(f->StatusText(), QString());
     // Back on the chart its hint returns.

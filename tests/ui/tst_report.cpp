@@ -188,11 +188,11 @@ private Q_SLOTS:
         // temperature of its values worked out by hand.
         const QStringList temp = Section(text, names[0], names);
         QVERIFY(Row(temp, u"Minimum"_s).contains(u"12.000"_s + u' ') &&
-                Row(temp, u"Minimum"_s).contains(TDataBase::GetXValueStr(0, At(180))));
-        QVERIFY(Row(temp, u"Maximum"_s).contains(TDataBase::GetXValueStr(0, At(60))));
+                Row(temp, u"Minimum"_s).contains(TDataBase::GetXValueStr(zeb::TTimeKind::DateTime, At(180))));
+        QVERIFY(Row(temp, u"Maximum"_s).contains(TDataBase::GetXValueStr(zeb::TTimeKind::DateTime, At(60))));
         QVERIFY(Row(temp, u"Limits"_s).contains(u"alarm above L1 = 25.000"_s));
         const QString violations = Row(temp, u"Limit violations"_s);
-        QVERIFY2(violations.contains(u" 4 "_s) && violations.contains(TDataBase::GetXValueStr(0, At(26))),
+        QVERIFY2(violations.contains(u" 4 "_s) && violations.contains(TDataBase::GetXValueStr(zeb::TTimeKind::DateTime, At(26))),
                  qPrintable(violations));
         QVERIFY(Row(temp, u"Mean kinetic temperature (ΔH = 83.144 kJ/mol)"_s).contains(u"21.970"_s));
         // Only temperatures have one; the pressure's band is named with its format.
@@ -205,12 +205,12 @@ private Q_SLOTS:
         QVERIFY(all.contains(u"Velmorant Test GmbH"_s));
         for (const char* s : {"QA lab", "Cold room 3", "Logger A", "cold room.zeb", "Checked by", "Date"})
             QVERIFY2(all.contains(QLatin1String(s)), s);
-        QVERIFY(all.contains(TDataBase::GetXValueStr(0, At(10)) + u" – "_s +
-                             TDataBase::GetXValueStr(0, At(900))));
+        QVERIFY(all.contains(TDataBase::GetXValueStr(zeb::TTimeKind::DateTime, At(10)) + u" – "_s +
+                             TDataBase::GetXValueStr(zeb::TTimeKind::DateTime, At(900))));
         // The notices of the range only, numbered in time order as on the chart.
         const QStringList notices = Section(text, u"Notices"_s, {});
         const QString defrost = Row(notices, u"1 "_s);
-        QVERIFY2(defrost.contains(u"Defrost started"_s) && defrost.contains(TDataBase::GetXValueStr(0, At(100))),
+        QVERIFY2(defrost.contains(u"Defrost started"_s) && defrost.contains(TDataBase::GetXValueStr(zeb::TTimeKind::DateTime, At(100))),
                  qPrintable(defrost));
         QVERIFY(Row(notices, u"2 "_s).contains(u"Door opened"_s));
         QVERIFY(!all.contains(u"Compressor serviced"_s));

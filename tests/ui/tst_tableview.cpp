@@ -113,7 +113,7 @@ private Q_SLOTS:
         QCOMPARE(m.headerData(2, Qt::Horizontal, Qt::DisplayRole).toString(), QStringLiteral("Hum"));
         // The first data row stands for store row -1 and stays empty.
         QCOMPARE(Cell(*FView, 0, 0), QString());
-        QCOMPARE(Cell(*FView, 1, 0), zeb::FormatTime(1, 0.0));
+        QCOMPARE(Cell(*FView, 1, 0), zeb::FormatTime(zeb::TTimeKind::DateTimeMs, 0.0));
         QCOMPARE(Cell(*FView, 1, 1), QStringLiteral("0.0"));
         QCOMPARE(Cell(*FView, 1, 2), QStringLiteral("0"));
         QCOMPARE(Cell(*FView, 2, 2), QString()); // no value at second 1
@@ -187,7 +187,7 @@ private Q_SLOTS:
         QScrollBar* bar = FView->ScrollBar();
         bar->setSliderDown(true);
         bar->setSliderPosition(100);
-        QCOMPARE(status.last(), QStringLiteral("X= ") + zeb::FormatTime(1, 1000.0));
+        QCOMPARE(status.last(), QStringLiteral("X= ") + zeb::FormatTime(zeb::TTimeKind::DateTimeMs, 1000.0));
         bar->setSliderDown(false);
         QCOMPARE(status.last(), QString());
         QCOMPARE(First(), 1000.0);
@@ -249,7 +249,7 @@ private Q_SLOTS:
                      t->viewport()->mapTo(FView.get(), value.topLeft()).y());
         }
         // Table row r shows store row r - 2, whose second is First() + r - 1 here.
-        QCOMPARE(Cell(*FView, last, 0), zeb::FormatTime(1, First() + last - 1));
+        QCOMPARE(Cell(*FView, last, 0), zeb::FormatTime(zeb::TTimeKind::DateTimeMs, First() + last - 1));
         QCOMPARE(Cell(*FView, last, 7), QString::number(6000 + int(First()) + last - 1));
     }
 

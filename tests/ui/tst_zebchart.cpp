@@ -444,7 +444,7 @@ private Q_SLOTS:
         };
         QVERIFY(shown(QStringLiteral("Store 3")));
         QVERIFY(shown(QStringLiteral("checked")));
-        QVERIFY(shown(zeb::FormatTime(0, 8766.0 * zeb::kSecondsPerDay)));
+        QVERIFY(shown(zeb::FormatTime(zeb::TTimeKind::DateTime, 8766.0 * zeb::kSecondsPerDay)));
         db.General_Get().ShowName = false;
         db.General_Get().ShowTime = false;
         db.General_Get().Title.clear();
