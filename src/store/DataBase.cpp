@@ -223,9 +223,16 @@ QString TDataBase::Curve_SNumberGet(int curve) const {
     }
 ZEB_CURVE_PROP(Color, Color, int, 0)
 ZEB_CURVE_PROP(Width, Width, int, 1)
-ZEB_CURVE_PROP(Type, Type, int, 0)
 ZEB_CURVE_PROP(Axis, Axis, int, 0)
 #undef ZEB_CURVE_PROP
+
+TCurveType TDataBase::Curve_TypeGet(int curve) const {
+    return Curve_IsValid(curve) ? TCurveType(Cfg(curve).Type.Value) : TCurveType::Line;
+}
+
+void TDataBase::Curve_TypeSet(int curve, TCurveType type) {
+    if (Curve_IsValid(curve)) Cfg(curve).Type.Set(int(type));
+}
 
 QString TDataBase::Curve_FormatGet(int curve) const {
     return Curve_IsValid(curve) ? Cfg(curve).Format.Value : QStringLiteral("0.000");
@@ -461,6 +468,14 @@ struct TSync {
         } else if (!o.IsSet || range(o.Value) != v) {
             o.Set(v);
         }
+    }
+    // An enum of the view kept in the template by its number.
+    template <typename E>
+        requires std::is_enum_v<E>
+    void operator()(TOpt<int>& o, E& v, TMseRange range) const {
+        int n = int(v);
+        (*this)(o, n, range);
+        v = E(n);
     }
     void Font(TMseFont& f, TFontState& s) const {
         (*this)(f.Name, s.Name);

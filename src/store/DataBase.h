@@ -7,6 +7,7 @@
 // samples until the final report (IsLoading() tells them).
 
 #include "analysis/CalcKessa.h"
+#include "config/DisplayKinds.h"
 #include "config/MseSettings.h"
 #include "data/CurveData.h"
 #include "data/CurveSummary.h"
@@ -71,7 +72,7 @@ struct TAxisState {
     double Min = 0.0, Max = 100.0, Inc = 0.0; // Inc 0: automatic
     bool Grid = true;
     QString Format = QStringLiteral("0.000");
-    int XType = 2; // bottom axis: 0 seconds from 0, 1 time from 0, 2 date and time
+    TTimeAxisType XType = TTimeAxisType::DateTime; // the bottom axis only
 };
 struct TCursorState {
     int Axis = 0; // 0 left, 1 right
@@ -227,8 +228,8 @@ public:
     void Curve_ColorSet(int curve, int color);
     int Curve_WidthGet(int curve) const;
     void Curve_WidthSet(int curve, int width);
-    int Curve_TypeGet(int curve) const;
-    void Curve_TypeSet(int curve, int type);
+    TCurveType Curve_TypeGet(int curve) const;
+    void Curve_TypeSet(int curve, TCurveType type);
     int Curve_AxisGet(int curve) const;
     void Curve_AxisSet(int curve, int axis);
     QString Curve_FormatGet(int curve) const;

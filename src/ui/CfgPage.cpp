@@ -259,8 +259,9 @@ public:
         case TCfgPage::colWidth:
             return FDb->Curve_WidthGet(curve);
         case TCfgPage::colType:
-            return edit ? QVariant(FDb->Curve_TypeGet(curve))
-                        : ItemOf(TTextId::CfgCurveTypes, FDb->Curve_TypeGet(curve));
+            // The list of types in the types' order.
+            return edit ? QVariant(int(FDb->Curve_TypeGet(curve)))
+                        : ItemOf(TTextId::CfgCurveTypes, int(FDb->Curve_TypeGet(curve)));
         case TCfgPage::colFormat:
             return FDb->Curve_FormatGet(curve);
         default:
@@ -298,7 +299,7 @@ public:
         case TCfgPage::colType: {
             const int t = value.toInt();
             if (t < 0 || t >= kCurveTypes) return false;
-            FDb->Curve_TypeSet(curve, t);
+            FDb->Curve_TypeSet(curve, TCurveType(t));
             break;
         }
         case TCfgPage::colFormat: {

@@ -322,7 +322,7 @@ void TChartEditor::FillCurve() {
         speCurveWidth->setValue(std::clamp(FDb->Curve_WidthGet(c), 1, 10));
         const std::vector<int>& styles = FDb->Look_Get().CurveStyle;
         cbxCurveStyle->setCurrentIndex(c < int(styles.size()) ? std::clamp(styles[size_t(c)], 0, 3) : 0);
-        chkCurvePoints->setChecked(FDb->Curve_TypeGet(c) == 1);
+        chkCurvePoints->setChecked(FDb->Curve_TypeGet(c) == TCurveType::LineAndPoints);
     }
     FFilling = filling;
 }
@@ -363,7 +363,9 @@ void TChartEditor::Apply() {
     const int c = cbxCurve->currentIndex();
     if (FDb->Curve_IsValid(c)) {
         FDb->Curve_WidthSet(c, speCurveWidth->value());
-        if (FDb->Curve_TypeGet(c) != 2 || chkCurvePoints->isChecked()) FDb->Curve_TypeSet(c, chkCurvePoints->isChecked() ? 1 : 0);
+        // Points alone stay so unless points are asked for with the line.
+        if (FDb->Curve_TypeGet(c) != TCurveType::Points || chkCurvePoints->isChecked())
+            FDb->Curve_TypeSet(c, chkCurvePoints->isChecked() ? TCurveType::LineAndPoints : TCurveType::Line);
         std::vector<int>& styles = FDb->Look_Get().CurveStyle;
         if (int(styles.size()) <= c) styles.resize(size_t(c) + 1, 0);
         styles[size_t(c)] = std::max(0, cbxCurveStyle->currentIndex());

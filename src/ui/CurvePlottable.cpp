@@ -306,7 +306,7 @@ void TCurvePlottable::draw(QCPPainter* painter) {
     painter->setPen(pen);
     painter->setBrush(Qt::NoBrush);
     FLines.clear();
-    for (size_t k = 0; k < FPath.Runs() && FType != 2; ++k) {
+    for (size_t k = 0; k < FPath.Runs() && FType != TCurveType::Points; ++k) {
         const std::span<const QPointF> run = FPath.Run(k);
         if (run.size() == 1)
             painter->drawPoint(run.front());
@@ -314,7 +314,7 @@ void TCurvePlottable::draw(QCPPainter* painter) {
             AppendLines(run, FMergeColumns, FLines);
     }
     if (!FLines.empty()) painter->drawLines(FLines.data(), int(FLines.size()));
-    if (FType >= 1)
+    if (FType != TCurveType::Line)
         for (const QPointF& p : FPath.Points)
             DrawMarker(painter, p);
 }
@@ -356,9 +356,9 @@ void TCurvePlottable::DrawMarker(QCPPainter* painter, const QPointF& p) const {
 
 void TCurvePlottable::drawLegendIcon(QCPPainter* painter, const QRectF& rect) const {
     painter->setPen(mPen);
-    if (FType != 2)
+    if (FType != TCurveType::Points)
         painter->drawLine(QLineF(rect.left(), rect.center().y(), rect.right(), rect.center().y()));
-    if (FType >= 1) DrawMarker(painter, rect.center());
+    if (FType != TCurveType::Line) DrawMarker(painter, rect.center());
 }
 
 double TCurvePlottable::selectTest(const QPointF& pos, bool onlySelectable, QVariant* details) const {

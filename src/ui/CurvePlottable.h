@@ -32,9 +32,10 @@
 #undef ZEB_UNDEF_FOREACH
 #endif
 
-#include <algorithm>
+#include "config/DisplayKinds.h"
 #include "data/CurveSummary.h"
 
+#include <algorithm>
 #include <cmath>
 #include <memory>
 #include <span>
@@ -111,13 +112,13 @@ public:
     void SetReduction(bool on) { FReduce = on; }
     bool Reduction() const { return FReduce; }
     // 0 line, 1 line and points, 2 points.
-    void SetLineType(int type) { FType = type; }
+    void SetLineType(TCurveType type) { FType = type; }
     // Draws factor * value + offset instead of the values (the additional flow channel).
     void SetTransform(double factor, double offset) {
         FFactor = factor;
         FOffset = offset;
     }
-    int LineType() const { return FType; }
+    TCurveType LineType() const { return FType; }
     // Only the points first..last of the curve are drawn (a copy's range); last below first: all.
     void SetIndexRange(qint64 first, qint64 last) {
         FFirstIndex = first;
@@ -158,7 +159,7 @@ private:
     bool FReduce = false;
     bool FSuspended = false;
     bool FMergeColumns = true;
-    int FType = 0;
+    TCurveType FType = TCurveType::Line;
     double FFactor = 1.0, FOffset = 0.0;
     qint64 FFirstIndex = 0, FLastIndex = -1;
     qint64 FLastPoints = 0;

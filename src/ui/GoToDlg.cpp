@@ -55,12 +55,12 @@ TfrmGoToDlg::TfrmGoToDlg(QWidget* parent) : QDialog(parent) {
     connect(abtTime, &QToolButton::clicked, this, &TfrmGoToDlg::abtTimeClick);
 }
 
-bool TfrmGoToDlg::Execute(int mode, double base, double& seconds) {
+bool TfrmGoToDlg::Execute(TTimeAxisType mode, double base, double& seconds) {
     FMode = mode;
     FBase = base;
     vedTime->clear();
     vedTime->ClearVerdict(); // an empty field is no error until OK is pressed
-    abtTime->setVisible(mode == 1 || mode == 2);
+    abtTime->setVisible(mode == TTimeAxisType::TimeFromStart || mode == TTimeAxisType::DateTime);
     vedTime->setFocus();
     if (exec() != QDialog::Accepted) return false;
     seconds = vedTime->AsFloat().value_or(0.0);
@@ -80,9 +80,9 @@ void TfrmGoToDlg::abtTimeClick() {
     const QPoint below = vedTime->mapToGlobal(QPoint(0, vedTime->height()));
     double seconds = vedTime->AsFloat().value_or(0.0);
     bool ok = false;
-    if (FMode == 1)
+    if (FMode == TTimeAxisType::TimeFromStart)
         ok = TDateTimeInput::ExecuteTime(below, seconds, this);
-    else if (FMode == 2)
+    else if (FMode == TTimeAxisType::DateTime)
         ok = TDateTimeInput::ExecuteDate(below, FBase, seconds, this);
     if (!ok) return;
     vedTime->SetFloat(seconds);

@@ -1,7 +1,9 @@
 #pragma once
 // TfrmGoToDlg: asks for the time position that the chart or the table moves to, as seconds
-// relative to a base moment. In modes 1 (a span) and 2 (a moment after the base) a "..."
-// button next to the field opens the date/time pop-up on the field's value.
+// relative to a base moment. For a time from the start (a span) and a date and time (a moment
+// after the base) a "..." button next to the field opens the date/time pop-up on its value.
+
+#include "config/DisplayKinds.h"
 
 #include <QDialog>
 
@@ -15,12 +17,12 @@ class TfrmGoToDlg : public QDialog {
 public:
     explicit TfrmGoToDlg(QWidget* parent = nullptr);
 
-    // Empties the field, shows the "..." button only for modes 1 and 2 and runs the dialog
+    // Empties the field, shows the "..." button only for times (not seconds) and runs the dialog
     // modally. base is in days since 1 January 2000. True, with the field's value in seconds,
     // when the dialog was closed with OK.
-    bool Execute(int mode, double base, double& seconds);
+    bool Execute(TTimeAxisType mode, double base, double& seconds);
 
-    int Mode() const { return FMode; }
+    TTimeAxisType Mode() const { return FMode; }
     double Base() const { return FBase; }
 
 public Q_SLOTS:
@@ -30,7 +32,7 @@ public Q_SLOTS:
     void abtTimeClick();
 
 private:
-    int FMode = 0;
+    TTimeAxisType FMode = TTimeAxisType::Seconds;
     double FBase = 0.0;
 
     QLabel* Label1 = nullptr;

@@ -133,20 +133,21 @@ double Origin(const TDataBase& db) {
 
 QString XText(const TDataBase& db, zeb::TTimeKind kind, double x, const QString& numberFormat) {
     switch (db.Axis_Get(axBottom).XType) {
-    case 0:
+    case TTimeAxisType::Seconds:
         return zeb::FormatFloat(numberFormat, x - Origin(db));
-    case 1: {
+    case TTimeAxisType::TimeFromStart: {
         const bool ms = kind == zeb::TTimeKind::DateTimeMs || kind == zeb::TTimeKind::TimeMs;
         return RelativeTime(x - Origin(db),
                             ms ? QStringLiteral("0+00:00:00.000") : QStringLiteral("0+00:00:00"));
     }
-    default:
-        return TDataBase::GetXValueStr(kind, x);
+    case TTimeAxisType::DateTime:
+        break;
     }
+    return TDataBase::GetXValueStr(kind, x);
 }
 
 QString XSpanText(const TDataBase& db, double dx, const QString& numberFormat) {
-    return db.Axis_Get(axBottom).XType == 0 ? zeb::FormatFloat(numberFormat, dx) : Duration(dx);
+    return db.Axis_Get(axBottom).XType == TTimeAxisType::Seconds ? zeb::FormatFloat(numberFormat, dx) : Duration(dx);
 }
 
 } // namespace ChartText
@@ -180,7 +181,7 @@ class TTimeTicker : public QCPAxisTicker {
 public:
     explicit TTimeTicker(const TZebChart* chart, const TAxisState& state, double origin)
         : FChart(chart), FType(state.XType), FInc(state.Inc) {
-        setTickOrigin(FType == 2 ? 0.0 : origin); // date ticks fall on midnight
+        setTickOrigin(FType == TTimeAxisType::DateTime ? 0.0 : origin); // date ticks fall on midnight
     }
 
 protected:
@@ -189,7 +190,7 @@ protected:
         // axis rect is laid out only after the ticks, so the chart's size has to do.
         mTickCount = std::clamp((FChart->viewport().width() - 250) / 150, 3, 10);
         if (FInc > 0 && range.size() / FInc <= 200) return FStep = FInc;
-        if (FType == 0) return FStep = QCPAxisTicker::getTickStep(range);
+        if (FType == TTimeAxisType::Seconds) return FStep = QCPAxisTicker::getTickStep(range);
         static const QVector<double> kSteps = {0.001, 0.002, 0.005, 0.01,   0.02,   0.05,   0.1,  0.2,
                                                0.5,   1,     2,     5,      10,     15,     30,   60,
                                                120,   300,   600,   900,    1800,   3600,   7200, 10800,
@@ -199,7 +200,7 @@ protected:
         return FStep = pickClosest(target, kSteps);
     }
     int getSubTickCount(double tickStep) override {
-        if (FType == 0) return QCPAxisTicker::getSubTickCount(tickStep);
+        if (FType == TTimeAxisType::Seconds) return QCPAxisTicker::getSubTickCount(tickStep);
         for (double d : {5.0, 4.0, 3.0, 2.0}) {
             const double sub = tickStep / d;
             if (std::abs(sub - std::round(sub)) < 1e-9 || sub < 1.0) return int(d) - 1;
@@ -212,7 +213,7 @@ protected:
 
 private:
     const TZebChart* FChart;
-    int FType;
+    TTimeAxisType FType;
     double FInc;
     double FStep = 1.0;
 };
@@ -414,14 +415,14 @@ QString TZebChart::LegendText(int curve) const {
 QString TZebChart::TimeAxisLabel(double value, double tickStep) const {
     const TAxisState& s = FDb->Axis_Get(axBottom);
     switch (s.XType) {
-    case 0: {
+    case TTimeAxisType::Seconds: {
         double v = value - FOrigin;
         if (std::abs(v) < tickStep * 1e-6) v = 0.0;
         const int decimals = tickStep >= 1 ? 0 : std::min(6, int(std::ceil(-std::log10(tickStep) - 1e-9)));
         QString t = QString::number(v, 'f', decimals);
         return t.replace(QLatin1Char('.'), zeb::FormatSettings().DecimalSeparator);
     }
-    case 1: {
+    case TTimeAxisType::TimeFromStart: {
         QString pattern = s.Format;
         if (!ChartText::IsRelativePattern(pattern)) {
             const QCPRange r = xAxis->range();
@@ -431,7 +432,7 @@ QString TZebChart::TimeAxisLabel(double value, double tickStep) const {
         }
         return ChartText::RelativeTime(value - FOrigin, pattern);
     }
-    default: {
+    case TTimeAxisType::DateTime: {
         if (ChartText::IsDatePattern(s.Format))
             return zeb::FormatDateTime(ChartText::DatePattern(s.Format), value);
         // The store's text of the time, date and time of day on two lines.
@@ -441,6 +442,7 @@ QString TZebChart::TimeAxisLabel(double value, double tickStep) const {
         return t;
     }
     }
+    return {};
 }
 
 int TZebChart::LegendCurve(int legendIndex) const {
@@ -548,7 +550,7 @@ void TZebChart::ApplyAxes(bool withData) {
             ax->setTicker(QSharedPointer<QCPAxisTicker>(new TTimeTicker(this, s, FOrigin)));
             QString title = s.Name;
             if (title.isEmpty())
-                title = Txt(TTextId::ColumnTime) + (s.XType == 0 ? QStringLiteral(" [s]") : QString());
+                title = Txt(TTextId::ColumnTime) + (s.XType == TTimeAxisType::Seconds ? QStringLiteral(" [s]") : QString());
             ax->setLabel(title);
         } else {
             ax->setTicker(QSharedPointer<QCPAxisTicker>(new TValueTicker(ax, s.Format, s.Inc)));

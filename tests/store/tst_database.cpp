@@ -309,7 +309,7 @@ private Q_SLOTS:
         a.General_Get().Title = QStringLiteral("Cold store");
         a.Axis_Get(axLeft).Auto = false;
         a.Axis_Get(axLeft).Min = -20;
-        a.Axis_Get(axBottom).XType = 1;
+        a.Axis_Get(axBottom).XType = TTimeAxisType::TimeFromStart;
         a.Cursor_Get(1).YFormat = QStringLiteral("0.0");
         a.Print_Get().Landscape = false;
         a.Curve_ColorSet(1, 0x123456);
@@ -326,7 +326,7 @@ private Q_SLOTS:
         QCOMPARE(b.General_Get().Title, QStringLiteral("Cold store"));
         QCOMPARE(b.Axis_Get(axLeft).Auto, false);
         QCOMPARE(b.Axis_Get(axLeft).Min, -20.0);
-        QCOMPARE(b.Axis_Get(axBottom).XType, 1);
+        QCOMPARE(b.Axis_Get(axBottom).XType, TTimeAxisType::TimeFromStart);
         QCOMPARE(b.Cursor_Get(1).YFormat, QStringLiteral("0.0"));
         QCOMPARE(b.Print_Get().Landscape, false);
         QCOMPARE(b.Curve_ColorGet(0), 0x123456);
@@ -379,13 +379,13 @@ private Q_SLOTS:
         QCOMPARE(db.General_Get().OnlineRate, 1);
         QCOMPARE(db.General_Get().FontTitle.Size, 200);
         QCOMPARE(db.General_Get().FontTitle.Style, 3);
-        QCOMPARE(db.Axis_Get(axBottom).XType, 2);
+        QCOMPARE(db.Axis_Get(axBottom).XType, TTimeAxisType::DateTime);
         QCOMPARE(db.Cursor_Get(0).Axis, 0);
         QCOMPARE(db.Cursor_Get(0).Width, 9);
         QCOMPARE(db.Print_Get().MarginLeft, 45);
         QCOMPARE(db.Curve_AxisGet(0), 2);
         QCOMPARE(db.Curve_WidthGet(0), 10);
-        QCOMPARE(db.Curve_TypeGet(0), 2);
+        QCOMPARE(db.Curve_TypeGet(0), TCurveType::Points);
 
         QVERIFY(db.Ini_FileSave(out));
         const QStringList kept{"General/OnlineRate=0", "Font Title/Size=500", "Font Title/Style=9",

@@ -60,7 +60,7 @@ void Fill(TDataBase& db, const QStringList& serials) {
     db.Ini_Store();
     db.Axis_Get(axBottom).Min = kT0 + 60;
     db.Axis_Get(axBottom).Max = kT0 + 600;
-    db.Axis_Get(axBottom).XType = 2;
+    db.Axis_Get(axBottom).XType = TTimeAxisType::DateTime;
 }
 
 } // namespace
@@ -266,7 +266,7 @@ void TstCfgPage::curveCells() {
         actual = FDb->Curve_WidthGet(row);
         break;
     case TCfgPage::colType:
-        actual = FDb->Curve_TypeGet(row);
+        actual = int(FDb->Curve_TypeGet(row));
         break;
     case TCfgPage::colFormat:
         actual = FDb->Curve_FormatGet(row);
@@ -465,7 +465,7 @@ void TstCfgPage::timeAxisFormatPerType() {
     relative->setCurrentIndex(relative->findData(QStringLiteral("000:00")));
     absolute->setCurrentIndex(absolute->findData(QStringLiteral("dd.mm.yyyy hh:mm:ss.zzz")));
     QVERIFY(FPage->Leave());
-    QCOMPARE(FDb->Axis_Get(axBottom).XType, type);
+    QCOMPARE(int(FDb->Axis_Get(axBottom).XType), type);
     QCOMPARE(FDb->Axis_Get(axBottom).Format, format);
 }
 

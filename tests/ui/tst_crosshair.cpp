@@ -128,7 +128,7 @@ private Q_SLOTS:
         QFETCH(QString, x2);
         QFETCH(QString, dx);
         TChart c;
-        c.Db.Axis_Get(axBottom).XType = xType;
+        c.Db.Axis_Get(axBottom).XType = TTimeAxisType(xType);
         c.Db.Cursor_Get(0).XFormat = u"0.0"_s;
         c.Db.Cursor_Get(0).YFormat = u"0.0"_s;
         c.Db.Cursor_Get(1).XFormat = u"0.00"_s;

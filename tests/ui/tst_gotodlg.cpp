@@ -189,7 +189,7 @@ void TstGoToDlg::dotsButtonPerMode() {
         d->reject();
     });
     double s = 0;
-    QVERIFY(!dlg.Execute(mode, 0.0, s));
+    QVERIFY(!dlg.Execute(TTimeAxisType(mode), 0.0, s));
     QCOMPARE(visible, dots);
 }
 
@@ -206,7 +206,7 @@ void TstGoToDlg::okOnlyWithValidValue() {
         ClickOk(d);
     });
     double s = 0;
-    QVERIFY(dlg.Execute(0, 0.0, s));
+    QVERIFY(dlg.Execute(TTimeAxisType::Seconds, 0.0, s));
     QVERIFY(openAfterBadOk);
     QVERIFY(marked);
     QCOMPARE(s, 12.5);
@@ -218,7 +218,7 @@ void TstGoToDlg::okOnlyWithValidValue() {
         marked = Child<TValidateEdit>(d, "vedTime")->ShowsError();
         d->reject();
     });
-    QVERIFY(!dlg.Execute(0, 0.0, s));
+    QVERIFY(!dlg.Execute(TTimeAxisType::Seconds, 0.0, s));
     QVERIFY(text.isEmpty());
     QVERIFY(!marked);
 }
@@ -257,7 +257,7 @@ void TstGoToDlg::dotsOpensPopupOnField() {
         ClickOk(d);
     });
     double s = 0;
-    QVERIFY(dlg.Execute(mode, base, s));
+    QVERIFY(dlg.Execute(TTimeAxisType(mode), base, s));
     QCOMPARE(seen, shown);
     // Written back rounded, not with the noise of the arithmetic.
     QCOMPARE(field, QString::number(seconds, 'f', 3));

@@ -481,7 +481,7 @@ void TstMainViews::tableGotoTime() {
     auto f = Open();
     QVERIFY(f);
     TDataBase& db = *f->DataBase();
-    db.Axis_Get(axBottom).XType = xType;
+    db.Axis_Get(axBottom).XType = TTimeAxisType(xType);
     f->GUI_ViewTable();
     double first = 0.0, last = 0.0;
     db.GetXMinXMax(first, last, false);
@@ -491,7 +491,7 @@ void TstMainViews::tableGotoTime() {
         int mode = -1;
         double base = -1.0;
         WhenShown(u"frmGoToDlg"_s, [&](QDialog* dlg) {
-            mode = static_cast<TfrmGoToDlg*>(dlg)->Mode();
+            mode = int(static_cast<TfrmGoToDlg*>(dlg)->Mode());
             base = static_cast<TfrmGoToDlg*>(dlg)->Base();
             Child<TValidateEdit>(dlg, u"vedTime"_s)->setText(text);
             Child<QPushButton>(dlg, ok ? u"btnOK"_s : u"btnCancel"_s)->click();

@@ -377,7 +377,7 @@ private Q_SLOTS:
         f.r.AddCurve(QStringLiteral("A"));
         std::vector<double> t{start, start + 7200.0}, v{1.0, 2.0};
         f.r.AddPoints(0, t, v, std::vector<TPointKind>(2, TPointKind::Value));
-        db.Axis_Get(axBottom).XType = type;
+        db.Axis_Get(axBottom).XType = TTimeAxisType(type);
         db.Axis_Get(axBottom).Format = format;
         TZebChart chart(&db);
         QCOMPARE(chart.TimeOrigin(), start);
