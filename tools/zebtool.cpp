@@ -9,6 +9,8 @@
 //                                     each curve's statistics, limit times and integral
 //   zebtool fft --curve I --from S --to S FILE
 //                                     the FFT view's spectrum of a band of one curve
+//   zebtool summary [--from S] [--to S] [--template T.mse] FILE...
+//                                     the report's figures of every curve of many recordings
 
 #include "analysis/Analysis.h"
 #include "analysis/Figures.h"
@@ -22,6 +24,7 @@
 #include "RecordingGenerator.h"
 #include "store/DataBase.h"
 #include "store/FileThread.h"
+#include "store/Summary.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
@@ -456,6 +459,76 @@ int Fft(QStringList args) {
     return 0;
 }
 
+// ------------------------------------------------------------------ summary
+
+// The summary's figures of every curve of every recording, as a JSON array; a file that
+// cannot be read gets one object with its status. Exit code 1 when any file was not read
+// completely; the output is written all the same.
+int Summary(QStringList args) {
+    TSummaryOptions options;
+    options.ActivationEnergy = kMktActivationEnergy;
+    QStringList files;
+    for (int i = 0; i < args.size(); ++i) {
+        const QString& a = args[i];
+        const bool valued = a == QLatin1String("--from") || a == QLatin1String("--to") ||
+                            a == QLatin1String("--template") || a == QLatin1String("--variant") ||
+                            a == QLatin1String("--activation-energy");
+        if (!valued) {
+            if (a.startsWith(QLatin1String("--"))) return BadCall(a);
+            files << a;
+            continue;
+        }
+        if (i + 1 >= args.size()) return BadCall(a);
+        const QString v = args[++i];
+        if (a == QLatin1String("--template")) {
+            if (!QFileInfo(v).isFile()) {
+                Err() << "zebtool summary: cannot read the template " << v << "\n";
+                return 2;
+            }
+            options.Template = v;
+            continue;
+        }
+        bool ok = false;
+        const double number = v.toDouble(&ok);
+        if (!ok || !std::isfinite(number)) return BadCall(a + QLatin1Char(' ') + v);
+        if (a == QLatin1String("--from")) options.From = number;
+        else if (a == QLatin1String("--to")) options.To = number;
+        else if (a == QLatin1String("--variant")) options.Variant = int(number);
+        else if (number > 0.0) options.ActivationEnergy = number;
+        else return BadCall(a + QLatin1Char(' ') + v);
+    }
+    if (files.isEmpty()) return Usage();
+    if (options.From && options.To && *options.From > *options.To) std::swap(*options.From, *options.To);
+
+    const std::vector<TSummaryRow> rows = TSummaryRun{}.Run(files, options);
+    auto orNull = [](double v) { return std::isnan(v) ? QStringLiteral("null") : Num(v); };
+    QTextStream& o = Out();
+    o << "[";
+    bool complete = true;
+    for (size_t k = 0; k < rows.size(); ++k) {
+        const TSummaryRow& r = rows[k];
+        complete = complete && r.Status == TSummaryStatus::Ok;
+        o << (k ? ",\n " : "\n ") << "{\"file\": " << JsonString(r.File)
+          << ", \"status\": " << JsonString(SummaryStatusName(r.Status));
+        if (!r.HasFigures()) {
+            o << ", \"index\": null}";
+            continue;
+        }
+        o << ", \"index\": " << r.Index << ", \"name\": " << JsonString(r.Name) << ", \"unit\": " << JsonString(r.Unit)
+          << ", \"logger\": " << JsonString(r.Logger) << ", \"points\": " << r.Points
+          << ", \"infinite\": " << r.Infinite << ", \"first\": " << orNull(r.First) << ", \"last\": " << orNull(r.Last)
+          << ", \"min\": " << orNull(r.Min) << ", \"min_time\": " << orNull(r.MinTime) << ", \"max\": " << orNull(r.Max)
+          << ", \"max_time\": " << orNull(r.MaxTime) << ", \"average\": " << orNull(r.Average)
+          << ", \"mkt\": " << orNull(r.Mkt) << ", \"limit_mode\": " << (r.LimitMode ? QString::number(r.LimitMode) : QStringLiteral("null"))
+          << ", \"limit_out_s\": " << (r.LimitMode ? orNull(r.LimitOut) : QStringLiteral("null"))
+          << ", \"violations\": " << (r.LimitMode ? QString::number(r.Violations) : QStringLiteral("null"))
+          << ", \"first_violation\": " << orNull(r.FirstViolation)
+          << ", \"verdict\": " << JsonString(SummaryVerdictName(r.Verdict)) << "}";
+    }
+    o << "\n]\n";
+    return complete ? 0 : 1;
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -482,5 +555,6 @@ int main(int argc, char** argv) {
     if (cmd == QLatin1String("info")) return Info(args);
     if (cmd == QLatin1String("analyse")) return Analyse(args);
     if (cmd == QLatin1String("fft")) return Fft(args);
+    if (cmd == QLatin1String("summary")) return Summary(args);
     return BadCall(cmd);
 }

@@ -350,6 +350,24 @@ TLimitViolations LimitViolations(const TCurveData& d, const TCurveSummary* summa
     return out;
 }
 
+std::vector<TViolationSpan> ListViolations(const TCurveData& d, const TLimitRule& limits, TIndexRange range,
+                                           size_t maxCount) {
+    std::vector<TViolationSpan> out;
+    if (limits.Mode < 1 || limits.Mode > 4 || range.IsEmpty() || maxCount == 0) return out;
+    bool inAlarm = false;
+    for (qint64 i = range.First; i <= range.Last; ++i) {
+        const bool alarm = IsMeasured(d, i) && limits.IsAlarm(d.Value(i));
+        if (alarm && !inAlarm) {
+            if (out.size() == maxCount) break;
+            out.push_back({i, i});
+        } else if (alarm) {
+            out.back().Last = i;
+        }
+        inAlarm = alarm;
+    }
+    return out;
+}
+
 double MeanKineticTemperature(const TCurveData& d, TIndexRange range, double activationEnergy) {
     constexpr double kGasConstant = 8.3144; // J/(mol·K), as the customary ΔH/R = 10000 K takes it
     constexpr double kZeroCelsius = 273.15;

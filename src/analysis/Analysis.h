@@ -18,6 +18,7 @@
 #include <QString>
 
 #include <optional>
+#include <vector>
 
 // The points of a range, inclusive; First is -1 when there is none.
 struct TIndexRange {
@@ -109,6 +110,14 @@ struct TLimitViolations {
 // all lie on one side of the limits are taken whole.
 TLimitViolations LimitViolations(const TCurveData& d, const TCurveSummary* summary, const TLimitRule& limits,
                                  TIndexRange range);
+
+// The violations themselves, by the same rule, at most maxCount of them from the range's start:
+// the first and the last point of each run in alarm.
+struct TViolationSpan {
+    qint64 First = -1, Last = -1;
+};
+std::vector<TViolationSpan> ListViolations(const TCurveData& d, const TLimitRule& limits, TIndexRange range,
+                                           size_t maxCount);
 
 // The customary activation energy of the mean kinetic temperature, in kJ/mol: ΔH/R = 10000 K.
 inline constexpr double kMktActivationEnergy = 83.144;

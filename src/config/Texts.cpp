@@ -497,6 +497,57 @@ constexpr std::array<TTextRecord, size_t(TTextId::Count)> kTable{
     TTextRecord{DlgPngPicture, u"PNG picture", u"PNG-Bild", u"Image PNG"},
     TTextRecord{DlgSvgDrawing, u"SVG drawing", u"SVG-Zeichnung", u"Dessin SVG"},
 
+    // Summary of recordings
+    TTextRecord{MenuFileSummary, u"Summary of recordings..", u"Übersicht der Aufzeichnungen..",
+                u"Synthèse des enregistrements.."},
+    TTextRecord{SumCaption, u"Summary of recordings", u"Übersicht der Aufzeichnungen", u"Synthèse des enregistrements"},
+    TTextRecord{SumReading, u"Reading recordings", u"Aufzeichnungen werden gelesen", u"Lecture des enregistrements"},
+    TTextRecord{SumProgress, u"%s of %s: %s", u"%s von %s: %s", u"%s sur %s : %s"},
+    TTextRecord{SumColumns,
+                u"\"File\",\"Status\",\"Logger\",\"Curve\",\"Unit\",\"First time\",\"Last time\",\"Values\",\"Minimum\","
+                u"\"Time of minimum\",\"Maximum\",\"Time of maximum\",\"Average\",\"Mean kinetic temperature\","
+                u"\"Out of limits\",\"Violations\",\"First violation\",\"Verdict\"",
+                u"\"Datei\",\"Status\",\"Logger\",\"Kurve\",\"Einheit\",\"Erste Zeit\",\"Letzte Zeit\",\"Werte\",\"Minimum\","
+                u"\"Zeit des Minimums\",\"Maximum\",\"Zeit des Maximums\",\"Mittelwert\",\"Mittlere kinetische Temperatur\","
+                u"\"Außerhalb der Grenzwerte\",\"Verletzungen\",\"Erste Verletzung\",\"Ergebnis\"",
+                u"\"Fichier\",\"État\",\"Enregistreur\",\"Courbe\",\"Unité\",\"Première heure\",\"Dernière heure\","
+                u"\"Valeurs\",\"Minimum\",\"Heure du minimum\",\"Maximum\",\"Heure du maximum\",\"Moyenne\","
+                u"\"Température cinétique moyenne\",\"Hors limites\",\"Dépassements\",\"Premier dépassement\",\"Verdict\""},
+    TTextRecord{SumStatuses, u"\"complete\",\"truncated\",\"damaged\",\"unreadable\"",
+                u"\"vollständig\",\"abgeschnitten\",\"beschädigt\",\"nicht lesbar\"",
+                u"\"complet\",\"tronqué\",\"endommagé\",\"illisible\""},
+    TTextRecord{SumVerdicts, u"\"passed\",\"failed\",\"no limits\"",
+                u"\"bestanden\",\"nicht bestanden\",\"keine Grenzwerte\"",
+                u"\"conforme\",\"non conforme\",\"sans limites\""},
+    TTextRecord{SumFailedOnly, u"&Failed curves only", u"Nur &nicht bestandene Kurven",
+                u"Courbes &non conformes seulement"},
+    TTextRecord{SumOwnTemplates, u"Templates: each recording's own", u"Vorlagen: die jeder Aufzeichnung",
+                u"Modèles : celui de chaque enregistrement"},
+    TTextRecord{SumOneTemplate, u"Template for all: %s", u"Vorlage für alle: %s", u"Modèle pour tous : %s"},
+    TTextRecord{SumChooseTemplate, u"&One template for all..", u"&Eine Vorlage für alle..",
+                u"&Un modèle pour tous.."},
+    TTextRecord{SumExportPdf, u"Export as &PDF..", u"Als &PDF exportieren..", u"Exporter en &PDF.."},
+    TTextRecord{SumExportCsv, u"Export as &CSV..", u"Als &CSV exportieren..", u"Exporter en &CSV.."},
+    TTextRecord{SumCsvFilter, u"CSV table", u"CSV-Tabelle", u"Tableau CSV"},
+    TTextRecord{SumCounts, u"%s recordings; curves: %s passed, %s failed, %s without limits",
+                u"%s Aufzeichnungen; Kurven: %s bestanden, %s nicht bestanden, %s ohne Grenzwerte",
+                u"%s enregistrements ; courbes : %s conformes, %s non conformes, %s sans limites"},
+    TTextRecord{SumIncomplete, u"Not read completely: %s", u"Nicht vollständig gelesen: %s",
+                u"Lus incomplètement : %s"},
+    TTextRecord{SumPeriod, u"Period", u"Zeitraum", u"Période"},
+    TTextRecord{SumResult, u"Result", u"Ergebnis", u"Résultat"},
+    TTextRecord{SumFailedCurve, u"Failed: %s", u"Nicht bestanden: %s", u"Non conforme : %s"},
+    TTextRecord{SumViolationColumns, u"\"No.\",\"Begins\",\"Ends\",\"Duration\",\"Values\"",
+                u"\"Nr.\",\"Beginn\",\"Ende\",\"Dauer\",\"Werte\"",
+                u"\"N°\",\"Début\",\"Fin\",\"Durée\",\"Valeurs\""},
+    TTextRecord{SumMoreViolations, u"… and %s more", u"… und %s weitere", u"… et %s de plus"},
+    TTextRecord{SumOpenHint, u"Double-click a row to open its recording.",
+                u"Doppelklick auf eine Zeile öffnet ihre Aufzeichnung.",
+                u"Double-cliquer sur une ligne ouvre son enregistrement."},
+    TTextRecord{SumCannotWrite, u"Cannot write summary [%s] !", u"Kann Übersicht [%s] nicht schreiben !",
+                u"Impossible d’écrire la synthèse [%s] !"},
+    TTextRecord{SumLimits, u"Limits", u"Grenzwerte", u"Limites"},
+
     // Command-line picture export
     TTextRecord{CliUsage,
                 u"Usage: zeb_viewer [FILE]\r\n"
@@ -504,9 +555,11 @@ constexpr std::array<TTextRecord, size_t(TTextId::Count)> kTable{
                 u"[--size WxH] "
                 u"[--template T.mse] [--notices]\r\n"
                 u"       zeb_viewer FILE --report OUT.pdf [--template T.mse] [--activation-energy KJ_PER_MOL]\r\n"
+                u"       zeb_viewer --summary OUT.pdf|OUT.csv [--template T.mse] [--activation-energy KJ_PER_MOL] FILE...\r\n"
                 u"       zeb_viewer --help | --version\r\n"
                 u"Opens the recording FILE in the window; with an export, writes its chart or report without a "
-                u"window.\r\n"
+                u"window;\r\n"
+                u"--summary writes the summary of the recordings FILE... (1: not every one read completely).\r\n"
                 u"--notices draws the notices on the picture; --activation-energy sets that of the mean kinetic\r\n"
                 u"temperature (the settings' otherwise, 83.144 unless changed).\r\n"
                 u"Exit codes: 0 done, 1 the recording or template cannot be loaded, 2 invalid argument,\r\n"
@@ -516,9 +569,12 @@ constexpr std::array<TTextRecord, size_t(TTextId::Count)> kTable{
                 u"AUSGABE [--size BxH] "
                 u"[--template V.mse] [--notices]\r\n"
                 u"        zeb_viewer DATEI --report AUSGABE.pdf [--template V.mse] [--activation-energy KJ_PRO_MOL]\r\n"
+                u"        zeb_viewer --summary AUSGABE.pdf|AUSGABE.csv [--template V.mse] [--activation-energy KJ_PRO_MOL] "
+                u"DATEI...\r\n"
                 u"        zeb_viewer --help | --version\r\n"
                 u"Öffnet die Aufzeichnung DATEI im Fenster; mit einem Export schreibt es ihr Diagramm oder ihren "
-                u"Bericht ohne Fenster.\r\n"
+                u"Bericht ohne Fenster;\r\n"
+                u"--summary schreibt die Übersicht der Aufzeichnungen DATEI... (1: nicht jede vollständig gelesen).\r\n"
                 u"--notices zeichnet die Notizen ins Bild; --activation-energy setzt die der mittleren kinetischen\r\n"
                 u"Temperatur (sonst die der Einstellungen, 83,144, wenn nicht geändert).\r\n"
                 u"Rückgabewerte: 0 erledigt, 1 Aufzeichnung oder Vorlage nicht ladbar, 2 ungültiges Argument,\r\n"
@@ -528,9 +584,12 @@ constexpr std::array<TTextRecord, size_t(TTextId::Count)> kTable{
                 u"SORTIE [--size LxH] "
                 u"[--template M.mse] [--notices]\r\n"
                 u"        zeb_viewer FICHIER --report SORTIE.pdf [--template M.mse] [--activation-energy KJ_PAR_MOL]\r\n"
+                u"        zeb_viewer --summary SORTIE.pdf|SORTIE.csv [--template M.mse] [--activation-energy KJ_PAR_MOL] "
+                u"FICHIER...\r\n"
                 u"        zeb_viewer --help | --version\r\n"
                 u"Ouvre l’enregistrement FICHIER dans la fenêtre ; avec un export, écrit son graphique ou son "
-                u"rapport sans fenêtre.\r\n"
+                u"rapport sans fenêtre ;\r\n"
+                u"--summary écrit la synthèse des enregistrements FICHIER... (1 : pas tous lus entièrement).\r\n"
                 u"--notices dessine les notes sur l’image ; --activation-energy fixe celle de la température\r\n"
                 u"cinétique moyenne (sinon celle des paramètres, 83,144 sauf changement).\r\n"
                 u"Codes de sortie : 0 terminé, 1 enregistrement ou modèle illisible, 2 argument invalide,\r\n"
@@ -737,6 +796,7 @@ constexpr std::array<TTextRecord, size_t(TTextId::Count)> kTable{
                 u"       zebtool info [--answer N | --no-ask] [--variant CODE] FILE\r\n"
                 u"       zebtool analyse [--from S] [--to S] [--answer N | --no-ask] [--variant CODE] FILE\r\n"
                 u"       zebtool fft --curve I --from S --to S [--answer N | --no-ask] [--variant CODE] FILE\r\n"
+                u"       zebtool summary [--from S] [--to S] [--template T.mse] [--variant CODE] FILE...\r\n"
                 u"       zebtool --help | --version\r\n"
                 u"gen writes a recording with made-up values; --odd-rate writes that share of them as NaN or an "
                 u"infinity;\r\n"
@@ -749,6 +809,8 @@ constexpr std::array<TTextRecord, size_t(TTextId::Count)> kTable{
                 u"does not exist for the range is null.\r\n"
                 u"fft writes the FFT view's spectrum of curve I (from 0) between from and to as JSON:\r\n"
                 u"n, dt, first, last and lines of [hertz, magnitude]; n is 0 for six points or fewer.\r\n"
+                u"summary writes the report's figures of every curve of every recording as a JSON array;\r\n"
+                u"it exits with 1 when a recording could not be read completely.\r\n"
                 u"Exit codes: 0 done (dump and info show a failed load as status), 1 the file cannot be read or "
                 u"written, 2 invalid argument",
                 u"Aufruf: zebtool gen [--seed N] [--channels N] [--records N | --values N] [--interval SEK]\r\n"
@@ -761,6 +823,7 @@ constexpr std::array<TTextRecord, size_t(TTextId::Count)> kTable{
                 u"        zebtool info [--answer N | --no-ask] [--variant CODE] DATEI\r\n"
                 u"        zebtool analyse [--from S] [--to S] [--answer N | --no-ask] [--variant CODE] DATEI\r\n"
                 u"        zebtool fft --curve I --from S --to S [--answer N | --no-ask] [--variant CODE] DATEI\r\n"
+                u"        zebtool summary [--from S] [--to S] [--template V.mse] [--variant CODE] DATEI...\r\n"
                 u"        zebtool --help | --version\r\n"
                 u"gen schreibt eine Aufzeichnung mit erfundenen Werten; --odd-rate schreibt diesen Anteil davon als "
                 u"NaN oder unendlich;\r\n"
@@ -773,6 +836,8 @@ constexpr std::array<TTextRecord, size_t(TTextId::Count)> kTable{
                 u"es für den Bereich nicht gibt, ist null.\r\n"
                 u"fft schreibt das Spektrum der FFT-Ansicht von Kurve I (ab 0) zwischen from und to als JSON:\r\n"
                 u"n, dt, first, last und lines aus [Hertz, Betrag]; n ist 0 bei sechs Punkten oder weniger.\r\n"
+                u"summary schreibt die Kennzahlen des Berichts jeder Kurve jeder Aufzeichnung als JSON-Array;\r\n"
+                u"es endet mit 1, wenn eine Aufzeichnung nicht vollständig gelesen werden konnte.\r\n"
                 u"Rückgabewerte: 0 erledigt (dump und info zeigen ein misslungenes Laden als status), 1 Datei nicht "
                 u"lesbar oder nicht schreibbar, 2 ungültiges Argument",
                 u"Usage : zebtool gen [--seed N] [--channels N] [--records N | --values N] [--interval SEC]\r\n"
@@ -784,6 +849,7 @@ constexpr std::array<TTextRecord, size_t(TTextId::Count)> kTable{
                 u"        zebtool info [--answer N | --no-ask] [--variant CODE] FICHIER\r\n"
                 u"        zebtool analyse [--from S] [--to S] [--answer N | --no-ask] [--variant CODE] FICHIER\r\n"
                 u"        zebtool fft --curve I --from S --to S [--answer N | --no-ask] [--variant CODE] FICHIER\r\n"
+                u"        zebtool summary [--from S] [--to S] [--template M.mse] [--variant CODE] FICHIER...\r\n"
                 u"        zebtool --help | --version\r\n"
                 u"gen écrit un enregistrement de valeurs inventées ; --odd-rate en écrit cette part en NaN ou "
                 u"infini ;\r\n"
@@ -796,6 +862,8 @@ constexpr std::array<TTextRecord, size_t(TTextId::Count)> kTable{
                 u"valeur qui n’existe pas pour la plage est null.\r\n"
                 u"fft écrit le spectre de la vue FFT de la courbe I (depuis 0) entre from et to en JSON :\r\n"
                 u"n, dt, first, last et lines de [hertz, amplitude] ; n vaut 0 pour six points ou moins.\r\n"
+                u"summary écrit les valeurs du rapport de chaque courbe de chaque enregistrement en tableau JSON ;\r\n"
+                u"il sort avec 1 quand un enregistrement n’a pas pu être lu entièrement.\r\n"
                 u"Codes de sortie : 0 terminé (dump et info montrent un chargement raté dans status), 1 fichier "
                 u"illisible ou impossible à écrire, 2 argument invalide"},
 };

@@ -361,6 +361,32 @@ enum class TTextId : int {
     DlgPngPicture,
     DlgSvgDrawing,
 
+    // Summary of recordings
+    MenuFileSummary,
+    SumCaption,
+    SumReading,
+    SumProgress, // %s: done, total, file
+    SumColumns,  // quoted list, the table's columns
+    SumStatuses, // quoted list by TSummaryStatus
+    SumVerdicts, // quoted list by TSummaryVerdict
+    SumFailedOnly,
+    SumOwnTemplates,
+    SumOneTemplate, // %s: the template
+    SumChooseTemplate,
+    SumExportPdf,
+    SumExportCsv,
+    SumCsvFilter,
+    SumCounts,     // %s: recordings, passed, failed, without limits
+    SumIncomplete, // %s: how many recordings
+    SumPeriod,
+    SumResult,
+    SumFailedCurve, // %s: the curve
+    SumViolationColumns,
+    SumMoreViolations, // %s: how many
+    SumOpenHint,
+    SumCannotWrite, // %s: the file
+    SumLimits,
+
     // Command-line picture export
     CliUsage,
     CliBadArgument,
