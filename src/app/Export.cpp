@@ -5,16 +5,19 @@
 #include "config/ZebReg.h"
 #include "store/DataBase.h"
 #include "store/FileThread.h"
+#include "store/Summary.h"
 #include "ui/BigDataDlg.h"
 #include "ui/ChartTexts.h"
 #include "ui/CrossHair.h"
 #include "ui/Printing.h"
 #include "ui/Report.h"
+#include "ui/SummaryReport.h"
 #include "ui/ZebChart.h"
 
 #include <QDir>
 #include <QEventLoop>
 #include <QFileInfo>
+#include <QSaveFile>
 
 #include <cstdio>
 
@@ -66,6 +69,32 @@ bool Load(TDataBase& db, const QString& fileName) {
 }
 
 } // namespace
+
+int RunSummary(const TCommandLine& cmd) {
+    TSummaryOptions options;
+    options.Template = cmd.Template;
+    options.ActivationEnergy = cmd.ActivationEnergy > 0.0 ? cmd.ActivationEnergy : ZebSettings().MktActivationEnergy;
+    options.Variant = ZebSettings().BrandVariant;
+    if (!options.Template.isEmpty() && !QFileInfo(options.Template).isFile()) {
+        PrintErr(TxtFmt(TTextId::MsgCannotOpenFile, {QDir::toNativeSeparators(options.Template)}));
+        return 1;
+    }
+    const std::vector<TSummaryRow> rows = TSummaryRun{}.Run(cmd.Files, options);
+    bool written = false;
+    if (QFileInfo(cmd.Summary).suffix().compare(QLatin1String("csv"), Qt::CaseInsensitive) == 0) {
+        QSaveFile out(cmd.Summary);
+        written = out.open(QIODevice::WriteOnly) && WriteSummaryCsv(out, rows) && out.commit();
+    } else {
+        written = WriteSummaryPdf(rows, options, cmd.Summary);
+    }
+    if (!written) {
+        PrintErr(TxtFmt(TTextId::SumCannotWrite, {QDir::toNativeSeparators(cmd.Summary)}));
+        return 3;
+    }
+    for (const TSummaryRow& r : rows)
+        if (r.Status != TSummaryStatus::Ok) return 1;
+    return 0;
+}
 
 int RunExport(const TCommandLine& cmd) {
     TDataBase db;

@@ -12,4 +12,9 @@ struct TCommandLine;
 // report cannot be written; the messages go to standard error.
 int RunExport(const TCommandLine& cmd);
 
+// The summary of every file of the command line as a PDF or CSV file: 0 when every recording
+// was read completely, 1 when any was not (the summary is written all the same), 3 when the
+// file cannot be written.
+int RunSummary(const TCommandLine& cmd);
+
 } // namespace zeb

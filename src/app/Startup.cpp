@@ -70,7 +70,9 @@ int AnswerEarly(const TCommandLine& cmd) {
 // because the platform cannot change afterwards.
 bool WantsExport(int argc, char** argv) {
     for (int i = 1; i < argc; ++i)
-        if (std::strncmp(argv[i], "--export-", 9) == 0 || std::strcmp(argv[i], "--report") == 0) return true;
+        if (std::strncmp(argv[i], "--export-", 9) == 0 || std::strcmp(argv[i], "--report") == 0 ||
+            std::strcmp(argv[i], "--summary") == 0)
+            return true;
     return false;
 }
 
@@ -113,6 +115,11 @@ TCommandLine ParseCommandLine(const QStringList& args) {
         } else if (a == QLatin1String("--report")) {
             if (!cmd.Report.isEmpty() || !hasValue) return invalid(a);
             cmd.Report = args[++i];
+        } else if (a == QLatin1String("--summary")) {
+            if (!cmd.Summary.isEmpty() || !hasValue) return invalid(a);
+            cmd.Summary = args[++i];
+            const QString suffix = QFileInfo(cmd.Summary).suffix().toLower();
+            if (suffix != QLatin1String("pdf") && suffix != QLatin1String("csv")) return invalid(cmd.Summary);
         } else if (a == QLatin1String("--size")) {
             if (!hasValue || sizeGiven) return invalid(a);
             static const QRegularExpression re(QStringLiteral("^(\\d{1,5})[xX](\\d{1,5})$"));
@@ -143,8 +150,16 @@ TCommandLine ParseCommandLine(const QStringList& args) {
     }
     // Each option belongs to its export.
     if (cmd.Notices && cmd.Picture.isEmpty()) return invalid(QStringLiteral("--notices"));
-    if (cmd.ActivationEnergy > 0.0 && cmd.Report.isEmpty()) return invalid(QStringLiteral("--activation-energy"));
-    if (!cmd.Picture.isEmpty() || !cmd.Report.isEmpty()) {
+    if (cmd.ActivationEnergy > 0.0 && cmd.Report.isEmpty() && cmd.Summary.isEmpty())
+        return invalid(QStringLiteral("--activation-energy"));
+    if (!cmd.Summary.isEmpty()) {
+        // A summary is an export of its own, of one file or many.
+        if (!cmd.Picture.isEmpty() || !cmd.Report.isEmpty() || sizeGiven)
+            return invalid(!cmd.Report.isEmpty() ? QStringLiteral("--report")
+                                                 : sizeGiven ? QStringLiteral("--size") : QStringLiteral("--export-") + cmd.Format);
+        if (cmd.Files.isEmpty()) return invalid(QStringLiteral("FILE"));
+        cmd.Mode = TCommandLine::TMode::Summary;
+    } else if (!cmd.Picture.isEmpty() || !cmd.Report.isEmpty()) {
         if (cmd.Files.size() != 1) return invalid(cmd.Files.value(1, QStringLiteral("FILE")));
         cmd.Mode = TCommandLine::TMode::Export;
     } else if (sizeGiven || templateGiven) {
@@ -213,9 +228,9 @@ int RunViewer(int argc, char** argv, const TStartupObserver& observer) {
 
     TZebDlg::SetDataFileExtension(s.DataFileExt);
     // An export makes no window: the store, a chart and the report do the work.
-    if (cmd.Mode == TCommandLine::TMode::Export) {
+    if (cmd.Mode == TCommandLine::TMode::Export || cmd.Mode == TCommandLine::TMode::Summary) {
         AuditLog().Open(QStringLiteral("Viewer"));
-        const int exitCode = RunExport(cmd);
+        const int exitCode = cmd.Mode == TCommandLine::TMode::Summary ? RunSummary(cmd) : RunExport(cmd);
         AuditLog().Close();
         return exitCode;
     }

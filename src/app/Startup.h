@@ -25,16 +25,17 @@ class TForm1;
 namespace zeb {
 
 struct TCommandLine {
-    enum class TMode { Window, Export, Help, Version, Invalid };
+    enum class TMode { Window, Export, Summary, Help, Version, Invalid };
     TMode Mode = TMode::Window;
     QStringList Files; // the plain arguments; a window opens exactly one
     QString Picture;   // export: the picture file
     QString Report;    // export: the report's PDF file
+    QString Summary;   // summary: its PDF or CSV file, of every file given
     QString Format;    // export: "png", "jpg", "bmp", "pdf" or "svg"
     QSize Size{1200, 800};
     QString Template; // export: a display template applied after the recording's own settings
     bool Notices = false; // picture export: the notices drawn
-    double ActivationEnergy = 0.0; // report: kJ/mol for the mean kinetic temperature; 0: the settings' 
+    double ActivationEnergy = 0.0; // report, summary: kJ/mol for the mean kinetic temperature; 0: the settings' 
     QString Error;    // invalid: the offending argument
 };
 
