@@ -1,11 +1,14 @@
-// zeb_guide_shots FILE OUTDIR: the user's guide's pictures of the real window, taken offscreen.
-// The program starts as the viewer does, opens FILE, and works its menus as a user would: the
-// chart with both cursors, the table, the configuration page, the calculation and limit views,
-// and the FFT view. scripts/guide-shots.sh runs it; nothing here is part of the viewer.
+// zeb_guide_shots FILE OUTDIR [FOLDER]: the user's guide's pictures of the real window, taken
+// offscreen. The program starts as the viewer does, opens FILE, and works its menus as a user
+// would: the chart with both cursors, the table, the configuration page, the calculation and
+// limit views, the FFT view, and with FOLDER the summary of its recordings.
+// scripts/guide-shots.sh runs it; nothing here is part of the viewer.
 
 #include "app/Startup.h"
 #include "ui/Main.h"
 
+#include "store/Summary.h"
+#include "ui/SummaryWindow.h"
 #include "ui/ViewCalc.h"
 #include "ui/ViewFFT.h"
 #include "ui/ViewLimit.h"
@@ -70,18 +73,19 @@ void DrawFloating(QPainter& p, const QImage& content, QPoint at, const QString& 
 } // namespace
 
 int main(int argc, char** argv) {
-    if (argc != 3) {
-        std::fputs("usage: zeb_guide_shots FILE OUTDIR\n", stderr);
+    if (argc != 3 && argc != 4) {
+        std::fputs("usage: zeb_guide_shots FILE OUTDIR [FOLDER]\n", stderr);
         return 2;
     }
     const QString outDir = QString::fromLocal8Bit(argv[2]);
+    const QString folder = argc == 4 ? QString::fromLocal8Bit(argv[3]) : QString();
     // The viewer sees only the recording on its command line.
     char* viewerArgv[] = {argv[0], argv[1], nullptr};
     int failures = 0;
     const int code = zeb::RunViewer(2, viewerArgv, [&](zeb::TStartupStep step, TForm1* form) {
         if (step != zeb::TStartupStep::EventLoopStarted) return;
         form->resize(kWindow);
-        QObject::connect(form, &TForm1::loadFinished, form, [&failures, form, outDir](TLoadReport result) {
+        QObject::connect(form, &TForm1::loadFinished, form, [&failures, form, outDir, folder](TLoadReport result) {
             if (result != TLoadReport::ResultOk) {
                 std::fprintf(stderr, "zeb_guide_shots: the recording did not load (%d)\n", int(result));
                 ++failures;
@@ -89,7 +93,7 @@ int main(int argc, char** argv) {
                 return;
             }
             // Once the window has laid itself out with the recording in it.
-            QTimer::singleShot(300, form, [&failures, form, outDir] {
+            QTimer::singleShot(300, form, [&failures, form, outDir, folder] {
                 form->resize(kWindow);
                 SwitchOn(form, "menGraphCursor1");
                 SwitchOn(form, "menGraphCursor2");
@@ -139,6 +143,21 @@ int main(int argc, char** argv) {
                 }
                 for (QWidget* w : {calc, limit, fft})
                     if (w) w->close();
+                if (!folder.isEmpty()) {
+                    form->Summarise(RecordingsInFolder(folder));
+                    auto* summary = form->findChild<TfrmSummary*>();
+                    if (!summary || !summary->isVisible()) {
+                        std::fputs("zeb_guide_shots: the summary did not open\n", stderr);
+                        ++failures;
+                    } else {
+                        summary->resize(1240, 620);
+                        failures += !Save(Grab(summary), outDir, "window-summary.png");
+                        if (auto* failed = summary->findChild<QCheckBox*>(QStringLiteral("chkFailedOnly")))
+                            failed->setChecked(true);
+                        failures += !Save(Grab(summary), outDir, "window-summary-failed.png");
+                        summary->close();
+                    }
+                }
                 // Nothing changed that needs asking about on the way out.
                 form->SetModified(false);
                 form->close();

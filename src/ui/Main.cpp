@@ -5,6 +5,7 @@
 #include "config/ZebReg.h"
 #include "data/Formats.h"
 #include "store/DataBase.h"
+#include "store/Summary.h"
 #include "store/FileThread.h"
 #include "ui/BigDataDlg.h"
 #include "ui/CfgPage.h"
@@ -510,12 +511,19 @@ QString TForm1::AcceptableDrop(const QMimeData* mime) const {
 }
 
 void TForm1::dragEnterEvent(QDragEnterEvent* event) {
-    if (!FLoading && !AcceptableDrop(event->mimeData()).isEmpty()) event->acceptProposedAction();
+    if (!FLoading && !(AcceptableDrop(event->mimeData()).isEmpty() && DroppedFolder(event->mimeData()).isEmpty()))
+        event->acceptProposedAction();
 }
 
 void TForm1::dropEvent(QDropEvent* event) {
+    if (FLoading) return;
+    if (const QString folder = DroppedFolder(event->mimeData()); !folder.isEmpty()) {
+        event->acceptProposedAction();
+        QTimer::singleShot(0, this, [this, folder] { Summarise(RecordingsInFolder(folder)); });
+        return;
+    }
     const QString path = AcceptableDrop(event->mimeData());
-    if (FLoading || path.isEmpty()) return;
+    if (path.isEmpty()) return;
     event->acceptProposedAction();
     // Opened after the drop has returned, so the source is not kept waiting during a dialog.
     QTimer::singleShot(0, this, [this, path] {

@@ -50,6 +50,7 @@ class TPrintPreviewPage;
 class TfrmBigDataDlg;
 class TfrmViewCalc;
 class TfrmViewFFT;
+class TfrmSummary;
 class TfrmViewLimit;
 
 class TForm1 : public QMainWindow {
@@ -150,6 +151,9 @@ public Q_SLOTS:
     void GUI_FileExportSvg();
     void GUI_FileSaveAs();
     void GUI_FileExportText();
+    // File > "Summary of recordings..": the recordings chosen, read and summed up in a window.
+    void GUI_FileSummary();
+    void Summarise(const QStringList& files);
     void GUI_FilePrintPreview();
     void GUI_FilePrint();
     void GUI_FilePrintDirect();
@@ -230,6 +234,8 @@ private:
     QString FileDisplayName() const;
     QString DataFileExtension() const;
     QString AcceptableDrop(const QMimeData* mime) const;
+    // A folder among the dropped items, whose recordings are summed up.
+    QString DroppedFolder(const QMimeData* mime) const;
 
     void RecentFiles_Add(const QString& fileName);
     void RecentFiles_Rebuild();
@@ -246,6 +252,7 @@ private:
     TfrmViewCalc* FViewCalc = nullptr;
     TfrmViewLimit* FViewLimit = nullptr;
     TfrmViewFFT* FViewFFT = nullptr;
+    QPointer<TfrmSummary> FSummary;
     bool FLoading = false;
     bool FModified = false;
     int FCfgTab = 0;
@@ -296,6 +303,7 @@ private:
     QAction* menFileExportSvg = nullptr;
     QAction* menFileSaveAs = nullptr;
     QAction* menFileExportText = nullptr;
+    QAction* menFileSummary = nullptr;
     QAction* menFilePrintPreview = nullptr;
     QAction* menFilePrint = nullptr;
     QAction* menFilePrintDirect = nullptr; // the print tool button

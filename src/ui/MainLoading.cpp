@@ -8,6 +8,7 @@
 #include "store/DataBase.h"
 #include "store/FileThread.h"
 #include "ui/BigDataDlg.h"
+#include "ui/SummaryWindow.h"
 #include "ui/ChartTexts.h"
 #include "ui/ViewCalc.h"
 #include "ui/ViewFFT.h"
@@ -19,6 +20,7 @@
 #include <QFileInfo>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QMimeData>
 #include <QProcess>
 #include <QProgressBar>
 #include <QPushButton>
@@ -213,4 +215,45 @@ void TForm1::FileLoaded() {
     if (db.isBigDataOn())
         TZebDlg::ShowMsg(Txt(TTextId::MsgDataReductionNote), TMsgDlgType::Information);
     Q_EMIT loadFinished(TLoadReport::ResultOk);
+}
+
+// ====================================================================== summary of recordings
+
+void TForm1::GUI_FileSummary() {
+    if (FLoading) return;
+    const QString current = FDataBase->FileName();
+    const QString dir = current.isEmpty() ? ZebSettings().FileDir : QFileInfo(current).absolutePath();
+    QStringList files;
+    if (!TZebDlg::OpenMultipleZebFile(Txt(TTextId::SumCaption), dir, files) || files.isEmpty()) return;
+    Summarise(files);
+}
+
+void TForm1::Summarise(const QStringList& files) {
+    if (files.isEmpty()) return;
+    if (!FSummary) {
+        FSummary = new TfrmSummary(this);
+        FSummary->setAttribute(Qt::WA_DeleteOnClose);
+        connect(FSummary, &TfrmSummary::openRecording, this, [this](const QString& file) {
+            if (FLoading) return;
+            if (OpenFile(file)) SetModified(false);
+            raise();
+            activateWindow();
+        });
+    }
+    TSummaryOptions options;
+    options.ActivationEnergy = ZebSettings().MktActivationEnergy;
+    options.Variant = ZebSettings().BrandVariant;
+    if (!FSummary->Summarise(files, options) && FSummary->Rows().empty()) {
+        FSummary->close(); // cancelled before there was anything to show
+        return;
+    }
+    FSummary->show();
+    FSummary->raise();
+}
+
+QString TForm1::DroppedFolder(const QMimeData* mime) const {
+    if (!mime || !mime->hasUrls()) return {};
+    for (const QUrl& url : mime->urls())
+        if (url.isLocalFile() && QFileInfo(url.toLocalFile()).isDir()) return url.toLocalFile();
+    return {};
 }

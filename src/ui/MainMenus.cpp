@@ -79,6 +79,8 @@ void TForm1::BuildMenus() {
     menFileExportText = action("menFileExportText", &TForm1::GUI_FileExportText);
     menFile->addAction(menFileSaveAs);
     menFile->addAction(menFileExportText);
+    menFileSummary = action("menFileSummary", &TForm1::GUI_FileSummary);
+    menFile->addAction(menFileSummary);
     menFile->addSeparator();
     menFileTemplateUse = action("menFileTemplateUse", &TForm1::GUI_FileTemplateUse);
     menFileTemplateSave = action("menFileTemplateSave", &TForm1::GUI_FileTemplateSave);
@@ -346,6 +348,7 @@ void TForm1::ApplyLanguage() {
     menFileExportPdf->setText(Txt(TTextId::MenuFileExportPdf));
     menFileSaveAs->setText(Txt(TTextId::MenuFileSaveAs));
     menFileExportText->setText(Txt(TTextId::MenuFileExportText));
+    menFileSummary->setText(Txt(TTextId::MenuFileSummary));
     menFileExportSvg->setText(Txt(TTextId::MenuFileExportSvg));
     menFilePrintPreview->setText(Txt(TTextId::MenuFilePrintPreview));
     menFilePrint->setText(Txt(TTextId::MenuFilePrint));
