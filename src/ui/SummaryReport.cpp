@@ -157,7 +157,7 @@ bool WriteSummaryPdf(const std::vector<TSummaryRow>& rows, const TSummaryOptions
         // The table: a row per recording and curve, each a block of its own so it runs on over
         // pages, the header row repeated on none but kept with the first.
         const QStringList titles = SummaryColumnTitles();
-        const std::vector<double> columns{0.15, 0.07, 0.11, 0.12, 0.05, 0.09, 0.09, 0.065, 0.075, 0.07, 0.065, 0.055};
+        const std::vector<double> columns{0.14, 0.06, 0.105, 0.115, 0.05, 0.09, 0.09, 0.065, 0.075, 0.07, 0.075, 0.065};
         const double points = 7.0;
         auto both = [](const QString& a, const QString& b) { return b.isEmpty() ? a : a + QLatin1Char('\n') + b; };
         {

@@ -2,14 +2,19 @@
 
 #include "analysis/Analysis.h"
 #include "config/MseSettings.h"
+#include "config/Texts.h"
 #include "config/ZebReg.h"
 #include "data/Formats.h"
 #include "LoadRecording.h"
 #include "PdfWords.h"
+#include "store/Summary.h"
 
 #include <QColor>
 #include <QFileInfo>
 #include <QImage>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QProcess>
 #include <QStandardPaths>
 #include <QTemporaryDir>
@@ -17,6 +22,7 @@
 #include <QTest>
 
 using namespace Qt::StringLiterals;
+using zeb::TTextId;
 
 namespace {
 
@@ -78,6 +84,7 @@ private Q_SLOTS:
     void noticesOnRequest();
     void reportActivationEnergy();
     void wrongCommandLine();
+    void summaryFromTheCommandLine();
 
 private:
     TResult Viewer(const QStringList& args, bool withDisplayVariables = false);
@@ -361,3 +368,61 @@ void TstExport::wrongCommandLine() {
 
 QTEST_GUILESS_MAIN(TstExport)
 #include "tst_export.moc"
+
+// The summary without a window: PDF and CSV from the viewer, JSON from zebtool, the same rows;
+// a file that cannot be read is marked and makes the exit code 1.
+void TstExport::summaryFromTheCommandLine() {
+    if (QStandardPaths::findExecutable(u"pdftotext"_s).isEmpty()) QSKIP("pdftotext is missing");
+    const QString missing = FTmp.filePath(u"missing.zeb"_s);
+    TSummaryOptions options;
+    const std::vector<TSummaryRow> rows = TSummaryRun{}.Run({FFile, missing}, options);
+    const TSummaryCounts counts = CountSummary(rows);
+    QVERIFY(counts.Failed > 0);
+
+    for (int language : {int(zeb::LangEnglish), int(zeb::LangGerman), int(zeb::LangFrench)}) {
+        WriteLanguage(language);
+        const QString pdf = FTmp.filePath(u"summary.pdf"_s);
+        const TResult r = Viewer({u"--summary"_s, pdf, FFile, missing});
+        QCOMPARE(r.ExitCode, 1);
+        QProcess p;
+        p.start(u"pdftotext"_s, {u"-layout"_s, pdf, u"-"_s});
+        QVERIFY(p.waitForFinished(60000));
+        const QString text = QString::fromUtf8(p.readAllStandardOutput());
+        QVERIFY2(text.contains(zeb::TxtIn(TTextId::SumCaption, language)), qPrintable(text));
+        // A page per failed curve, headed by its name.
+        const QString failed = zeb::TxtIn(TTextId::SumFailedCurve, language).section(u"%s"_s, 0, 0);
+        QCOMPARE(int(text.count(failed)), counts.Failed);
+        QVERIFY(text.contains(zeb::FormatText(zeb::TxtIn(TTextId::SumIncomplete, language), {u"1"_s})));
+    }
+    WriteLanguage(zeb::LangEnglish);
+
+    const QString csv = FTmp.filePath(u"summary.csv"_s);
+    QCOMPARE(Viewer({u"--summary"_s, csv, FFile}).ExitCode, 0);
+    QFile in(csv);
+    QVERIFY(in.open(QIODevice::ReadOnly));
+    QCOMPARE(int(in.readAll().count("\r\n")), int(rows.size())); // the header and the curves of FFile
+
+    QProcess tool;
+    tool.start(QStringLiteral(ZEBTOOL), {u"summary"_s, FFile, missing});
+    QVERIFY(tool.waitForFinished(60000));
+    QCOMPARE(tool.exitCode(), 1);
+    const QJsonArray json = QJsonDocument::fromJson(tool.readAllStandardOutput()).array();
+    QCOMPARE(json.size(), qsizetype(rows.size()));
+    for (qsizetype k = 0; k < json.size(); ++k) {
+        const QJsonObject o = json[k].toObject();
+        const TSummaryRow& r = rows[size_t(k)];
+        QCOMPARE(o[u"status"_s].toString(), SummaryStatusName(r.Status));
+        QCOMPARE(o[u"verdict"_s].toString(), r.HasFigures() ? SummaryVerdictName(r.Verdict) : QString());
+        if (!r.HasFigures()) continue;
+        QCOMPARE(o[u"min"_s].toDouble(), r.Min);
+        QCOMPARE(o[u"max_time"_s].toDouble(), r.MaxTime);
+        QCOMPARE(o[u"violations"_s].toInteger(), r.Violations);
+        QCOMPARE(o[u"mkt"_s].isNull(), std::isnan(r.Mkt));
+    }
+
+    // Calls that make no sense, and a file that cannot be written.
+    QCOMPARE(Viewer({u"--summary"_s, FTmp.filePath(u"s.txt"_s), FFile}).ExitCode, 2);
+    QCOMPARE(Viewer({u"--summary"_s, FTmp.filePath(u"s.pdf"_s)}).ExitCode, 2);
+    QCOMPARE(Viewer({u"--summary"_s, FTmp.filePath(u"s.pdf"_s), FFile, u"--notices"_s}).ExitCode, 2);
+    QCOMPARE(Viewer({u"--summary"_s, FTmp.filePath(u"no/such/folder/s.csv"_s), FFile}).ExitCode, 3);
+}
