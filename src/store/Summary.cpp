@@ -15,7 +15,6 @@
 
 #include <charconv>
 #include <cmath>
-#include <future>
 #include <memory>
 #include <new>
 
@@ -93,87 +92,92 @@ TSummaryStatus ReadForSummary(TDataBase& db, const QString& file, const TSummary
     return status;
 }
 
-std::vector<TSummaryRow> SummaryRows(const TDataBase& db, const QString& file, TSummaryStatus status,
-                                     const TSummaryOptions& options) {
-    std::vector<TSummaryRow> rows;
-    TSummaryRow base;
-    base.File = file;
-    base.Status = status;
-    if (db.Curve_Count() == 0) {
-        rows.push_back(base);
-        return rows;
-    }
+namespace {
+
+// The range of a recording's rows: the options' bounds, else its own first and last time.
+std::pair<double, double> RangeOf(const TDataBase& db, const TSummaryOptions& options) {
     double first = 0.0, last = 0.0;
     db.GetXMinXMax(first, last, false);
     double from = options.From.value_or(first), to = options.To.value_or(last);
     if (from > to) std::swap(from, to);
-    for (int i = 0; i < db.Curve_Count(); ++i) {
-        TSummaryRow r = base;
-        r.Index = i;
-        r.Logger = db.Curve_LoggernameGet(i);
-        r.Name = db.Curve_NameGet(i);
-        r.Unit = db.Curve_UnitGet(i).trimmed();
-        r.Format = db.Curve_FormatGet(i);
-        const TCurveData& d = db.Data(i);
-        const auto summary = db.Summary(i);
-        // The report's figures: finite values, the infinite ones counted apart.
-        TFigureOptions want;
-        want.Finite = want.ExtremeTimes = want.Violations = true;
-        if (IsCelsius(r.Unit)) want.MktEnergy = options.ActivationEnergy;
-        const TCurveFigures f = CurveFigures(d, summary.get(), LimitRuleOf(db.Settings().Curves[i]), from, to, want);
-        r.Points = f.Stats.Count;
-        r.Infinite = f.Finite.Infinite;
-        if (!f.Range.IsEmpty()) {
-            r.First = d.Time(f.Range.First);
-            r.Last = d.Time(f.Range.Last);
-        }
-        if (f.Finite.Count > 0) {
-            r.Min = f.Finite.Min;
-            r.Max = f.Finite.Max;
-            r.Average = f.Finite.Average;
-            if (f.MinIndex >= 0) r.MinTime = d.Time(f.MinIndex);
-            if (f.MaxIndex >= 0) r.MaxTime = d.Time(f.MaxIndex);
-        }
-        r.Mkt = f.Mkt;
-        if (f.HasLimits()) {
-            r.LimitMode = f.Limits.Mode;
-            r.Limit1 = f.Limits.L1;
-            r.Limit2 = f.Limits.L2;
-            if (f.Times.Valid) r.LimitOut = f.Times.Out;
-            r.Violations = f.Violations.Count;
-            if (f.Violations.FirstIndex >= 0) r.FirstViolation = d.Time(f.Violations.FirstIndex);
-            r.Verdict = r.Violations > 0 ? TSummaryVerdict::Failed : TSummaryVerdict::Passed;
-        }
-        rows.push_back(std::move(r));
+    return {from, to};
+}
+
+TSummaryRow CurveRow(const TDataBase& db, int i, const TSummaryRow& base, double from, double to,
+                     const TSummaryOptions& options) {
+    TSummaryRow r = base;
+    r.Index = i;
+    r.Logger = db.Curve_LoggernameGet(i);
+    r.Name = db.Curve_NameGet(i);
+    r.Unit = db.Curve_UnitGet(i).trimmed();
+    r.Format = db.Curve_FormatGet(i);
+    const TCurveData& d = db.Data(i);
+    const auto summary = db.Summary(i);
+    // The report's figures: finite values, the infinite ones counted apart.
+    TFigureOptions want;
+    want.Finite = want.ExtremeTimes = want.Violations = true;
+    if (IsCelsius(r.Unit)) want.MktEnergy = options.ActivationEnergy;
+    const TCurveFigures f = CurveFigures(d, summary.get(), LimitRuleOf(db.Settings().Curves[i]), from, to, want);
+    r.Points = f.Stats.Count;
+    r.Infinite = f.Finite.Infinite;
+    if (!f.Range.IsEmpty()) {
+        r.First = d.Time(f.Range.First);
+        r.Last = d.Time(f.Range.Last);
     }
+    if (f.Finite.Count > 0) {
+        r.Min = f.Finite.Min;
+        r.Max = f.Finite.Max;
+        r.Average = f.Finite.Average;
+        if (f.MinIndex >= 0) r.MinTime = d.Time(f.MinIndex);
+        if (f.MaxIndex >= 0) r.MaxTime = d.Time(f.MaxIndex);
+    }
+    r.Mkt = f.Mkt;
+    if (f.HasLimits()) {
+        r.LimitMode = f.Limits.Mode;
+        r.Limit1 = f.Limits.L1;
+        r.Limit2 = f.Limits.L2;
+        if (f.Times.Valid) r.LimitOut = f.Times.Out;
+        r.Violations = f.Violations.Count;
+        if (f.Violations.FirstIndex >= 0) r.FirstViolation = d.Time(f.Violations.FirstIndex);
+        r.Verdict = r.Violations > 0 ? TSummaryVerdict::Failed : TSummaryVerdict::Passed;
+    }
+    return r;
+}
+
+TSummaryRow FileRow(const QString& file, TSummaryStatus status) {
+    TSummaryRow base;
+    base.File = file;
+    base.Status = status;
+    return base;
+}
+
+} // namespace
+
+std::vector<TSummaryRow> SummaryRows(const TDataBase& db, const QString& file, TSummaryStatus status,
+                                     const TSummaryOptions& options) {
+    const TSummaryRow base = FileRow(file, status);
+    if (db.Curve_Count() == 0) return {base};
+    const auto [from, to] = RangeOf(db, options);
+    std::vector<TSummaryRow> rows;
+    for (int i = 0; i < db.Curve_Count(); ++i) rows.push_back(CurveRow(db, i, base, from, to, options));
     return rows;
 }
 
 std::vector<TSummaryRow> TSummaryRun::Run(const QStringList& files, const TSummaryOptions& options) const {
     std::vector<TSummaryRow> rows;
-    if (files.isEmpty()) return rows;
     const int total = int(files.size());
-    // Two stores: the next recording is read while the figures of the previous one are made.
-    auto read = [this, &options](TDataBase* db, const QString& file) {
-        return ReadForSummary(*db, file, options, Cancel);
-    };
-    auto current = std::make_unique<TDataBase>();
-    auto next = std::make_unique<TDataBase>();
-    if (Progress) Progress(0, total, files[0]);
-    std::future<TSummaryStatus> reading = std::async(std::launch::async, read, current.get(), files[0]);
-    for (int k = 0; k < total; ++k) {
-        const TSummaryStatus status = reading.get();
+    // One recording at a time. Reading already keeps two cores busy (the inflate runs ahead
+    // in a thread of its own), so making the figures of one recording while the next is read
+    // gained nothing measurable on two cores and held two recordings at once.
+    TDataBase db;
+    for (int k = 0; k < total && !(Cancel && Cancel->load()); ++k) {
+        if (Progress) Progress(k, total, files[k]);
+        const TSummaryStatus status = ReadForSummary(db, files[k], options, Cancel);
         if (Cancel && Cancel->load()) break;
-        if (k + 1 < total) {
-            if (Progress) Progress(k + 1, total, files[k + 1]);
-            reading = std::async(std::launch::async, read, next.get(), files[k + 1]);
-        }
-        std::vector<TSummaryRow> some = SummaryRows(*current, files[k], status, options);
+        std::vector<TSummaryRow> some = SummaryRows(db, files[k], status, options);
         rows.insert(rows.end(), std::make_move_iterator(some.begin()), std::make_move_iterator(some.end()));
-        current->Reset(); // its samples go before the next ones arrive in full
-        std::swap(current, next);
+        db.Reset();
     }
-    if (reading.valid()) reading.wait();
     if (Progress && !(Cancel && Cancel->load())) Progress(total, total, QString());
     return rows;
 }

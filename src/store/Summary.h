@@ -3,8 +3,7 @@
 // of every logger of a shipment or a room (extremes and when, average, mean kinetic
 // temperature, time out of limits, violations, a verdict). The figures are the report's, by
 // the same functions. Recordings are read one after another, without any question, each with
-// its own display template or one for all; the next one is read while the figures of the
-// previous one are worked out, and only those two are held at a time.
+// its own display template or one for all; one recording is held at a time.
 
 #include <QString>
 #include <QStringList>
