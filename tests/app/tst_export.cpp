@@ -5,6 +5,7 @@
 #include "config/ZebReg.h"
 #include "data/Formats.h"
 #include "LoadRecording.h"
+#include "MakeRecording.h"
 #include "PdfWords.h"
 
 #include <QColor>
@@ -92,11 +93,7 @@ void TstExport::initTestCase() {
     FSettings = FTmp.filePath(u"settings.ini"_s);
     qputenv("ZEB_SETTINGS_FILE", FSettings.toLocal8Bit());
     FFile = FTmp.filePath(u"rec.zeb"_s);
-    QProcess gen;
-    gen.start(QStringLiteral(ZEBTOOL), {u"gen"_s, u"--quiet"_s, u"--channels"_s, u"3"_s, u"--records"_s,
-                                        u"4000"_s, u"--gaps"_s, FFile});
-    QVERIFY(gen.waitForFinished(60000));
-    QCOMPARE(gen.exitCode(), 0);
+    QVERIFY(MakeRecording(FFile, {.channels = 3, .records = 4000, .gapRate = kSomeGaps}));
 }
 
 void TstExport::init() {

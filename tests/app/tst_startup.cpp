@@ -7,13 +7,13 @@
 #include "config/Language.h"
 #include "config/Texts.h"
 #include "config/ZebReg.h"
+#include "MakeRecording.h"
 #include "store/DataBase.h"
 #include "ui/BigDataDlg.h"
 #include "ui/ZebDlg.h"
 
 #include <QApplication>
 #include <QMenuBar>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
@@ -117,10 +117,7 @@ void TstStartup::initTestCase() {
     qputenv("ZEB_SETTINGS_FILE", FTmp.filePath(u"settings.ini"_s).toLocal8Bit());
     qputenv("QT_QPA_PLATFORM", "offscreen");
     FFile = FTmp.filePath(u"rec.zeb"_s);
-    QProcess gen;
-    gen.start(QStringLiteral(ZEBTOOL), {u"gen"_s, u"--quiet"_s, u"--records"_s, u"500"_s, FFile});
-    QVERIFY(gen.waitForFinished(60000));
-    QCOMPARE(gen.exitCode(), 0);
+    QVERIFY(MakeRecording(FFile, {.records = 500}));
 }
 
 void TstStartup::init() {

@@ -7,7 +7,7 @@
 #include "Cutter.h"
 #include "data/DataFile.h"
 #include "RecordingBuilder.h"
-#include "RecordingGenerator.h"
+#include "MakeRecording.h"
 #include "ToolHelpers.h"
 
 #include <QDir>
@@ -110,13 +110,8 @@ private Q_SLOTS:
         zeb::ApplyStartupLanguage(1, 0, 0);
         QVERIFY(B::SaveBytes(FSource, Fixture(false)));
         QVERIFY(B::SaveBytes(FVoid, Fixture(true)));
-        TGenOptions o;
-        o.channels = 3;
-        o.records = 30000;
-        o.missingRate = 0.2;
-        o.gapRate = 0.03;
         FGen = Path(QStringLiteral("gen.zeb"));
-        QVERIFY(WriteRecording(FGen, o));
+        QVERIFY(MakeRecording(FGen, {.channels = 3, .records = 30000, .missingRate = 0.2, .gapRate = 0.03}));
         Load(FGen)->GetXMinXMax(FGenFirst, FGenLast, false);
         FSettings = Path(QStringLiteral("settings.ini"));
         qputenv("ZEB_SETTINGS_FILE", QFile::encodeName(FSettings));

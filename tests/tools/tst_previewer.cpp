@@ -7,7 +7,7 @@
 #include "config/Language.h"
 #include "Previewer.h"
 #include "RecordingBuilder.h"
-#include "RecordingGenerator.h"
+#include "MakeRecording.h"
 #include "ToolHelpers.h"
 
 #include <QLabel>
@@ -42,14 +42,9 @@ private Q_SLOTS:
     void initTestCase() {
         qputenv("ZEB_SETTINGS_FILE", QFile::encodeName(Path(u"settings.ini"_s)));
         zeb::ApplyStartupLanguage(1, 0, 0);
-        TGenOptions o;
-        o.channels = 3;
-        o.records = 40000;
-        o.missingRate = 0.1;
-        o.gapRate = 0.01;
-        o.oddRate = 0.001;
         FGen = Path(u"gen.zeb"_s);
-        QVERIFY(WriteRecording(FGen, o));
+        QVERIFY(MakeRecording(FGen, {.channels = 3, .records = 40000, .missingRate = 0.1, .gapRate = 0.01,
+                                     .oddRate = 0.001}));
     }
 
     // Stamps jump far ahead and fall back before the first one: each value still counts in

@@ -1,19 +1,25 @@
 #pragma once
-// Helpers of the main window's tests: recordings made by zebtool, a load waited for to its
-// end, and the window's commands by name.
+// Helpers of the main window's tests: generated recordings, the window's surroundings, a load
+// waited for to its end, and the window's commands by name.
 
+#include "config/Texts.h"
+#include "config/ZebReg.h"
 #include "DialogHelpers.h"
+#include "MakeRecording.h"
 #include "ui/Main.h"
+#include "ui/ZebDlg.h"
 
 #include <QAction>
-#include <QProcess>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 
-inline void Generate(const QStringList& args) {
-    QProcess p;
-    p.start(QStringLiteral(ZEBTOOL), QStringList{QStringLiteral("gen"), QStringLiteral("--quiet")} + args);
-    QVERIFY(p.waitForFinished(120000));
-    QCOMPARE(p.exitCode(), 0);
+// The window's surroundings: its own settings file and program folder in dir, English texts
+// and Qt's own dialogs.
+inline void UseTestEnvironment(const QTemporaryDir& dir) {
+    qputenv("ZEB_SETTINGS_FILE", dir.filePath(QStringLiteral("settings.ini")).toLocal8Bit());
+    SetZebProgramDir(dir.path());
+    zeb::SwitchTexts(zeb::LangEnglish);
+    zeb::TZebDlg::SetNativeDialogs(false);
 }
 
 // Opens the file and waits for the loader's last report, whose result goes to *result.

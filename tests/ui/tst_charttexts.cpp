@@ -17,7 +17,6 @@
 #include <QInputDialog>
 #include <QMenu>
 #include <QMessageBox>
-#include <QProcess>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -241,10 +240,9 @@ private Q_SLOTS:
     // Without a left axis the notice command hides the notices and says why.
     void noticeCommandNeedsTheLeftAxis() {
         QTemporaryDir dir;
-        qputenv("ZEB_SETTINGS_FILE", dir.filePath(u"settings.ini"_s).toLocal8Bit());
-        SetZebProgramDir(dir.path());
+        UseTestEnvironment(dir);
         const QString file = dir.filePath(u"n.zeb"_s);
-        Generate({u"--channels"_s, u"2"_s, u"--records"_s, u"100"_s, file});
+        QVERIFY(MakeRecording(file, {.channels = 2, .records = 100}));
         TForm1 f;
         QVERIFY(Load(f, file));
         QAction* note = Action(f, u"menGraphNote"_s);

@@ -113,18 +113,16 @@ private:
 
 void TstMain::initTestCase() {
     QVERIFY(FTmp.isValid());
-    qputenv("ZEB_SETTINGS_FILE", FTmp.filePath(u"settings.ini"_s).toLocal8Bit());
+    UseTestEnvironment(FTmp);
     FBin = FTmp.filePath(u"bin"_s);
     QVERIFY(QDir().mkpath(FBin));
     SetZebProgramDir(FBin); // no companion programs unless a test puts one there
-    SwitchTexts(LangEnglish);
-    TZebDlg::SetNativeDialogs(false);
     FSmall = FTmp.filePath(u"small.zeb"_s);
     FBig = FTmp.filePath(u"big.zeb"_s);
-    Generate({u"--channels"_s, u"3"_s, u"--records"_s, u"3000"_s, u"--gaps"_s, FSmall});
+    QVERIFY(MakeRecording(FSmall, {.channels = 3, .records = 3000, .gapRate = kSomeGaps}));
     // Above the 2,500,000 values that bring up the question; two channels of 1,350,000 each
     // also need data reduction.
-    Generate({u"--channels"_s, u"2"_s, u"--values"_s, u"2700000"_s, FBig});
+    QVERIFY(MakeRecording(FBig, {.channels = 2, .records = RecordsFor(2700000, 2)}));
 }
 
 void TstMain::init() {

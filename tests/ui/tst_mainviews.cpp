@@ -87,13 +87,9 @@ private:
 
 void TstMainViews::initTestCase() {
     QVERIFY(FTmp.isValid());
-    qputenv("ZEB_SETTINGS_FILE", FTmp.filePath(u"settings.ini"_s).toLocal8Bit());
-    SetZebProgramDir(FTmp.path());
-    SwitchTexts(LangEnglish);
-    TZebDlg::SetNativeDialogs(false);
+    UseTestEnvironment(FTmp);
     FFile = FTmp.filePath(u"views.zeb"_s);
-    Generate({u"--seed"_s, u"3"_s, u"--channels"_s, u"3"_s, u"--records"_s, u"3000"_s, u"--interval"_s,
-              u"1"_s, FFile});
+    QVERIFY(MakeRecording(FFile, {.seed = 3, .channels = 3, .records = 3000, .intervalSeconds = 1}));
 }
 
 void TstMainViews::init() {

@@ -173,10 +173,9 @@ private Q_SLOTS:
     // settings; the chart editor beside it changes the chart and the store at once.
     void previewAndEditorPages() {
         QTemporaryDir dir;
-        qputenv("ZEB_SETTINGS_FILE", dir.filePath(u"settings.ini"_s).toLocal8Bit());
-        SetZebProgramDir(dir.path());
+        UseTestEnvironment(dir);
         const QString file = dir.filePath(u"p.zeb"_s);
-        Generate({u"--channels"_s, u"2"_s, u"--records"_s, u"500"_s, file});
+        QVERIFY(MakeRecording(file, {.channels = 2, .records = 500}));
         TForm1 f;
         f.resize(1100, 750);
         f.show();
@@ -288,10 +287,9 @@ private Q_SLOTS:
     // The picture exports offer their file types in the user's language.
     void pictureFiltersInTheLanguage() {
         QTemporaryDir dir;
-        qputenv("ZEB_SETTINGS_FILE", dir.filePath(u"settings.ini"_s).toLocal8Bit());
-        SetZebProgramDir(dir.path());
+        UseTestEnvironment(dir);
         const QString file = dir.filePath(u"f.zeb"_s);
-        Generate({u"--channels"_s, u"2"_s, u"--records"_s, u"100"_s, file});
+        QVERIFY(MakeRecording(file, {.channels = 2, .records = 100}));
         TForm1 f;
         QVERIFY(Load(f, file));
         const struct {
