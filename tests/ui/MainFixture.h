@@ -13,6 +13,8 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 
+#include <memory>
+
 // The window's surroundings: its own settings file and program folder in dir, English texts
 // and Qt's own dialogs.
 inline void UseTestEnvironment(const QTemporaryDir& dir) {
@@ -28,6 +30,16 @@ inline bool Load(TForm1& f, const QString& file, int* result = nullptr) {
     if (!f.OpenFile(file) || !spy.wait(120000)) return false;
     if (result) *result = int(spy.first().first().value<TLoadReport>());
     return true;
+}
+
+// A shown window of the given size with the recording loaded; none if either failed.
+inline std::unique_ptr<TForm1> OpenShown(const QString& file, QSize size = QSize(1200, 800)) {
+    auto f = std::make_unique<TForm1>();
+    f->setWindowState(Qt::WindowNoState);
+    f->resize(size);
+    f->show();
+    if (!QTest::qWaitForWindowExposed(f.get()) || !Load(*f, file)) return {};
+    return f;
 }
 
 inline QAction* Action(TForm1& f, const QString& name) {

@@ -9,6 +9,7 @@
 #include "data/Formats.h"
 #include "MainFixture.h"
 #include "store/DataBase.h"
+#include "StoreFill.h"
 #include "ui/CalcDlg.h"
 #include "ui/CalcKessaDlg.h"
 #include "ui/CfgPage.h"
@@ -49,16 +50,10 @@ QString Cell(const TfrmViewBase& v, int row, int column) {
 
 // A store of one curve with n points a second apart, as the loader leaves it.
 void FillOne(TDataBase& db, const QString& unit, int n, double (*value)(int)) {
+    AddSampledCurve(db, u"M1"_s, n, 7.6e8, 1, value);
     TStoreReceiver r(db);
-    r.AddCurve(u"M1"_s);
     r.SetChannelName(0, u"Flow"_s);
     r.SetUnit(0, unit);
-    std::vector<double> t, v;
-    for (int i = 0; i < n; ++i) {
-        t.push_back(7.6e8 + i);
-        v.push_back(value(i));
-    }
-    r.AddPoints(0, t, v, std::vector<TPointKind>(size_t(n), TPointKind::Value));
     db.Curve_FormatSet(0, u"0.000"_s);
     db.Axis_Get(axBottom).Min = 7.6e8;
     db.Axis_Get(axBottom).Max = 7.6e8 + n - 1;
@@ -72,14 +67,7 @@ class TstAnalysisViews : public QObject {
     QTemporaryDir FTmp;
     QString FFile;
 
-    std::unique_ptr<TForm1> Open() {
-        auto f = std::make_unique<TForm1>();
-        f->setWindowState(Qt::WindowNoState);
-        f->resize(1200, 800);
-        f->show();
-        if (!QTest::qWaitForWindowExposed(f.get()) || !::Load(*f, FFile)) return {};
-        return f;
-    }
+    std::unique_ptr<TForm1> Open() const { return OpenShown(FFile); }
 
     // What zebtool analyse prints for the recording, over the whole of it or a span; empty on
     // failure.

@@ -6,6 +6,7 @@
 #include "config/Texts.h"
 #include "data/Formats.h"
 #include "store/DataBase.h"
+#include "StoreFill.h"
 #include "ui/CfgPage.h"
 #include "ui/ValidateEdit.h"
 #include "ui/ZebDlg.h"
@@ -45,16 +46,8 @@ void Fill(TDataBase& db, const QStringList& serials) {
     TStoreReceiver r(db);
     const QStringList names{QStringLiteral("Temp"), QStringLiteral("Hum"), QStringLiteral("Press")};
     for (int i = 0; i < serials.size(); ++i) {
-        r.AddCurve(serials[i]);
+        AddSampledCurve(db, serials[i], 100, kT0, 10.0, [i](int p) { return p * (i + 1); });
         r.SetChannelName(i, names[i]);
-        std::vector<double> t, v;
-        std::vector<TPointKind> k;
-        for (int p = 0; p < 100; ++p) {
-            t.push_back(kT0 + p * 10.0);
-            v.push_back(p * (i + 1));
-            k.push_back(TPointKind::Value);
-        }
-        r.AddPoints(i, t, v, k);
     }
     db.CheckExtView();
     db.Ini_Store();

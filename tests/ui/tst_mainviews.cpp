@@ -482,22 +482,12 @@ private Q_SLOTS:
     }
 
 private:
-    // A shown window with the recording loaded.
-    std::unique_ptr<TForm1> Open();
+    std::unique_ptr<TForm1> Open() const { return OpenShown(FFile); }
 
     QTemporaryDir FTmp;
     QString FFile;
     QStringList FDialogs; // classes of the dialogs shown through the dialog helpers
 };
-
-std::unique_ptr<TForm1> TstMainViews::Open() {
-    auto f = std::make_unique<TForm1>();
-    f->setWindowState(Qt::WindowNoState);
-    f->resize(1200, 800);
-    f->show();
-    if (!QTest::qWaitForWindowExposed(f.get()) || !Load(*f, FFile)) return {};
-    return f;
-}
 
 QTEST_MAIN(TstMainViews)
 #include "tst_mainviews.moc"

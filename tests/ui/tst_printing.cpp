@@ -7,6 +7,7 @@
 #include "data/Formats.h"
 #include "MainFixture.h"
 #include "store/DataBase.h"
+#include "StoreFill.h"
 #include "ui/CrossHair.h"
 #include "ui/Main.h"
 #include "ui/Printing.h"
@@ -41,14 +42,7 @@ namespace {
 constexpr double kT0 = 7.6e8;
 
 void Fill(TDataBase& db) {
-    TStoreReceiver r(db);
-    r.AddCurve(u"T1"_s);
-    std::vector<double> t, v;
-    for (int i = 0; i < 300; ++i) {
-        t.push_back(kT0 + i);
-        v.push_back(20.0 + 5.0 * std::sin(i / 20.0));
-    }
-    r.AddPoints(0, t, v, std::vector<TPointKind>(t.size(), TPointKind::Value));
+    AddSampledCurve(db, u"T1"_s, 300, kT0, 1, [](int i) { return 20.0 + 5.0 * std::sin(i / 20.0); });
     db.Curve_AxisSet(0, axLeft);
 }
 

@@ -7,6 +7,7 @@
 #include "LoadRecording.h"
 #include "MakeRecording.h"
 #include "store/DataBase.h"
+#include "StoreFill.h"
 #include "ui/ChartPropsDlg.h"
 #include "ui/CrossHair.h"
 #include "ui/ValidateEdit.h"
@@ -37,15 +38,10 @@ constexpr double kHz = 5.0;
 void Fill(TDataBase& db, int n = 6000) {
     TStoreReceiver r(db);
     for (int c = 0; c < 2; ++c) {
-        r.AddCurve(u"A1"_s);
+        AddSampledCurve(db, u"A1"_s, n, kT0, kDt,
+                        [](int i) { return 1.0 + 2.0 * std::sin(2.0 * std::numbers::pi * kHz * i * kDt); });
         r.SetChannelName(c, c ? u"Vibration"_s : u"Off"_s);
         r.SetUnit(c, u"g"_s);
-        std::vector<double> t, v;
-        for (int i = 0; i < n; ++i) {
-            t.push_back(kT0 + i * kDt);
-            v.push_back(1.0 + 2.0 * std::sin(2.0 * std::numbers::pi * kHz * i * kDt));
-        }
-        r.AddPoints(c, t, v, std::vector<TPointKind>(size_t(n), TPointKind::Value));
     }
     db.Curve_SetActive(0, false);
     db.Axis_Get(axBottom).Min = kT0;
