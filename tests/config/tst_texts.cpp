@@ -73,14 +73,6 @@ private Q_SLOTS:
         }
     }
 
-    // Quoted only by their beginning and end.
-    void dataReductionNote() {
-        const QString en = TxtIn(TTextId::MsgDataReductionNote, LangEnglish);
-        QVERIFY(en.startsWith(
-            u"Note:\r\nAt least one measurement channel contains more than 1 million measured values."_s));
-        QVERIFY(en.endsWith(u"Data reduction can be deactivated at any time."_s));
-    }
-
     void selection_data() {
         QTest::addColumn<int>("setting");
         QTest::addColumn<QString>("system");
