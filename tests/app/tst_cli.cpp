@@ -115,44 +115,40 @@ private Q_SLOTS:
         }
 
         // Wrong calls: the message on stderr in the user's language, nothing on stdout.
-        QTest::newRow("viewer, unknown option")
-            << u"zeb_viewer"_s << QStringList{u"a.zeb"_s, u"--fast"_s} << int(zeb::LangGerman) << 2
-            << QString() << u"Ungültiges Argument: --fast\nAufruf: zeb_viewer"_s;
-        QTest::newRow("viewer, export of nothing")
-            << u"zeb_viewer"_s << QStringList{u"--export-png"_s, u"o.png"_s} << int(zeb::LangEnglish) << 2
-            << QString() << u"Invalid argument: FILE\nUsage: zeb_viewer"_s;
-        QTest::newRow("viewer, Qt option without its value")
-            << u"zeb_viewer"_s << QStringList{u"a.zeb"_s, u"-style"_s} << int(zeb::LangFrench) << 2
-            << QString() << u"Argument invalide : -style\nUsage : zeb_viewer"_s;
+        const auto wrong = [](const char* tag, const char* program, const QStringList& args, int language,
+                              int code, const QString& err) {
+            QTest::newRow(tag) << QString::fromLatin1(program) << args << language << code << QString()
+                               << err;
+        };
+        const int de = zeb::LangGerman, en = zeb::LangEnglish, fr = zeb::LangFrench;
+        wrong("viewer, unknown option", "zeb_viewer", {u"a.zeb"_s, u"--fast"_s}, de, 2,
+              u"Ungültiges Argument: --fast\nAufruf: zeb_viewer"_s);
+        wrong("viewer, export of nothing", "zeb_viewer", {u"--export-png"_s, u"o.png"_s}, en, 2,
+              u"Invalid argument: FILE\nUsage: zeb_viewer"_s);
+        wrong("viewer, Qt option without its value", "zeb_viewer", {u"a.zeb"_s, u"-style"_s}, fr, 2,
+              u"Argument invalide : -style\nUsage : zeb_viewer"_s);
+        wrong("viewer, missing recording", "zeb_viewer",
+              {u"/nonexistent/a.zeb"_s, u"--export-png"_s, u"o.png"_s}, en, 1,
+              u"File \"/nonexistent/a.zeb\" cannot be opened!"_s);
+        wrong("previewer, unknown option", "zeb_previewer", {u"--fast"_s}, en, 2,
+              u"Invalid argument: --fast\nUsage: zeb_previewer"_s);
+        wrong("previewer, two files", "zeb_previewer", {u"a.zeb"_s, u"b.zeb"_s}, en, 2,
+              u"Wrong number of arguments (zeb_previewer --help shows the call)\n"_s);
+        wrong("zebtool, unknown option", "zebtool", {u"--bogus"_s}, fr, 2,
+              u"Argument invalide : --bogus\nUsage : zebtool gen "_s);
+        wrong("zebtool, nothing", "zebtool", {}, de, 2, u"Aufruf: zebtool gen "_s);
+        wrong("zebtool, unknown command", "zebtool", {u"make"_s}, en, 2,
+              u"Invalid argument: make\nUsage: zebtool gen "_s);
+        wrong("zebtool, missing file", "zebtool", {u"info"_s, u"/nonexistent/a.zeb"_s}, en, 1,
+              u"zebtool info: no such file"_s);
+        wrong("converter, one argument", "zeb2csv", {u"a.zeb"_s}, en, 1, u"Wrong number of arguments"_s);
+        // Answered as asked, not as a wrong call.
         QTest::newRow("viewer, help wins over a wrong call")
-            << u"zeb_viewer"_s << QStringList{u"--fast"_s, u"--help"_s} << int(zeb::LangEnglish) << 0
+            << u"zeb_viewer"_s << QStringList{u"--fast"_s, u"--help"_s} << en << 0
             << u"Usage: zeb_viewer [FILE]"_s << QString();
-        QTest::newRow("viewer, missing recording")
-            << u"zeb_viewer"_s << QStringList{u"/nonexistent/a.zeb"_s, u"--export-png"_s, u"o.png"_s}
-            << int(zeb::LangEnglish) << 1 << QString() << u"File \"/nonexistent/a.zeb\" cannot be opened!"_s;
-        QTest::newRow("previewer, unknown option")
-            << u"zeb_previewer"_s << QStringList{u"--fast"_s} << int(zeb::LangEnglish) << 2 << QString()
-            << u"Invalid argument: --fast\nUsage: zeb_previewer"_s;
         QTest::newRow("previewer, Qt's options before the version")
-            << u"zeb_previewer"_s << QStringList{u"-platform"_s, u"offscreen"_s, u"--version"_s}
-            << int(zeb::LangEnglish) << 0 << u"zeb_previewer "_s + version << QString();
-        QTest::newRow("previewer, two files")
-            << u"zeb_previewer"_s << QStringList{u"a.zeb"_s, u"b.zeb"_s} << int(zeb::LangEnglish) << 2
-            << QString() << u"Wrong number of arguments (zeb_previewer --help shows the call)\n"_s;
-        QTest::newRow("zebtool, unknown option")
-            << u"zebtool"_s << QStringList{u"--bogus"_s} << int(zeb::LangFrench) << 2 << QString()
-            << u"Argument invalide : --bogus\nUsage : zebtool gen "_s;
-        QTest::newRow("zebtool, nothing") << u"zebtool"_s << QStringList{} << int(zeb::LangGerman) << 2
-                                          << QString() << u"Aufruf: zebtool gen "_s;
-        QTest::newRow("zebtool, unknown command")
-            << u"zebtool"_s << QStringList{u"make"_s} << int(zeb::LangEnglish) << 2 << QString()
-            << u"Invalid argument: make\nUsage: zebtool gen "_s;
-        QTest::newRow("zebtool, missing file")
-            << u"zebtool"_s << QStringList{u"info"_s, u"/nonexistent/a.zeb"_s} << int(zeb::LangEnglish) << 1
-            << QString() << u"zebtool info: no such file"_s;
-        QTest::newRow("converter, one argument")
-            << u"zeb2csv"_s << QStringList{u"a.zeb"_s} << int(zeb::LangEnglish) << 1 << QString()
-            << u"Wrong number of arguments"_s;
+            << u"zeb_previewer"_s << QStringList{u"-platform"_s, u"offscreen"_s, u"--version"_s} << en << 0
+            << u"zeb_previewer "_s + version << QString();
     }
 
     void manners() {

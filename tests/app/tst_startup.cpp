@@ -115,42 +115,32 @@ private Q_SLOTS:
         QTest::addColumn<QString>("format");
         QTest::addColumn<QSize>("size");
         QTest::addColumn<QString>("templ");
-        const QSize def(1200, 800);
-        QTest::newRow("nothing") << QStringList{} << TMode::Window << QStringList{} << QString() << def
-                                 << QString();
-        QTest::newRow("one file") << QStringList{u"a.zeb"_s} << TMode::Window << QStringList{u"a.zeb"_s}
-                                  << QString() << def << QString();
-        QTest::newRow("two files") << QStringList{u"a.zeb"_s, u"b.zeb"_s} << TMode::Window
-                                   << QStringList{u"a.zeb"_s, u"b.zeb"_s} << QString() << def << QString();
-        QTest::newRow("png") << QStringList{u"a.zeb"_s, u"--export-png"_s, u"o.png"_s} << TMode::Export
-                             << QStringList{u"a.zeb"_s} << u"png"_s << def << QString();
-        QTest::newRow("jpg sized") << QStringList{u"a.zeb"_s, u"--export-jpg"_s, u"o.jpg"_s, u"--size"_s,
-                                                  u"640x480"_s}
-                                   << TMode::Export << QStringList{u"a.zeb"_s} << u"jpg"_s << QSize(640, 480)
-                                   << QString();
-        QTest::newRow("bmp, options first")
-            << QStringList{u"--template"_s, u"t.mse"_s, u"--export-bmp"_s, u"o.bmp"_s, u"a.zeb"_s}
-            << TMode::Export << QStringList{u"a.zeb"_s} << u"bmp"_s << def << u"t.mse"_s;
-        QTest::newRow("Qt's options pass")
-            << QStringList{u"-platform"_s, u"xcb"_s, u"a.zeb"_s, u"--style=fusion"_s, u"-reverse"_s}
-            << TMode::Window << QStringList{u"a.zeb"_s} << QString() << def << QString();
-        QTest::newRow("Qt's option inside an export")
-            << QStringList{u"a.zeb"_s, u"-style"_s, u"fusion"_s, u"--export-png"_s, u"o.png"_s}
-            << TMode::Export << QStringList{u"a.zeb"_s} << u"png"_s << def << QString();
-        const QStringList none;
-        QTest::newRow("help") << QStringList{u"--help"_s} << TMode::Help << none << QString() << def
-                              << QString();
-        QTest::newRow("help after a file")
-            << QStringList{u"a.zeb"_s, u"-h"_s} << TMode::Help << none << QString() << def << QString();
-        QTest::newRow("help beats a wrong option")
-            << QStringList{u"--fast"_s, u"--help"_s} << TMode::Help << none << QString() << def << QString();
-        QTest::newRow("version") << QStringList{u"--version"_s} << TMode::Version << none << QString() << def
-                                 << QString();
-        QTest::newRow("help beats version") << QStringList{u"--version"_s, u"--help"_s} << TMode::Help << none
-                                            << QString() << def << QString();
-        auto bad = [&](const char* tag, const QStringList& args) {
-            QTest::newRow(tag) << args << TMode::Invalid << none << QString() << def << QString();
+        // Files, format, size and template as given, or the defaults.
+        const auto row = [](const char* tag, const QStringList& args, TMode mode,
+                            const QStringList& files = {}, const QString& format = {},
+                            QSize size = QSize(1200, 800), const QString& templ = {}) {
+            QTest::newRow(tag) << args << mode << files << format << size << templ;
         };
+        const QStringList a{u"a.zeb"_s};
+        row("nothing", {}, TMode::Window);
+        row("one file", a, TMode::Window, a);
+        row("two files", {u"a.zeb"_s, u"b.zeb"_s}, TMode::Window, {u"a.zeb"_s, u"b.zeb"_s});
+        row("png", {u"a.zeb"_s, u"--export-png"_s, u"o.png"_s}, TMode::Export, a, u"png"_s);
+        row("jpg sized", {u"a.zeb"_s, u"--export-jpg"_s, u"o.jpg"_s, u"--size"_s, u"640x480"_s},
+            TMode::Export, a, u"jpg"_s, QSize(640, 480));
+        row("bmp, options first", {u"--template"_s, u"t.mse"_s, u"--export-bmp"_s, u"o.bmp"_s, u"a.zeb"_s},
+            TMode::Export, a, u"bmp"_s, QSize(1200, 800), u"t.mse"_s);
+        row("Qt's options pass", {u"-platform"_s, u"xcb"_s, u"a.zeb"_s, u"--style=fusion"_s, u"-reverse"_s},
+            TMode::Window, a);
+        row("Qt's option inside an export",
+            {u"a.zeb"_s, u"-style"_s, u"fusion"_s, u"--export-png"_s, u"o.png"_s}, TMode::Export, a,
+            u"png"_s);
+        row("help", {u"--help"_s}, TMode::Help);
+        row("help after a file", {u"a.zeb"_s, u"-h"_s}, TMode::Help);
+        row("help beats a wrong option", {u"--fast"_s, u"--help"_s}, TMode::Help);
+        row("version", {u"--version"_s}, TMode::Version);
+        row("help beats version", {u"--version"_s, u"--help"_s}, TMode::Help);
+        const auto bad = [&](const char* tag, const QStringList& args) { row(tag, args, TMode::Invalid); };
         bad("unknown format", {u"a.zeb"_s, u"--export-gif"_s, u"o.gif"_s});
         bad("picture name missing", {u"a.zeb"_s, u"--export-png"_s});
         bad("two pictures", {u"a.zeb"_s, u"--export-png"_s, u"o.png"_s, u"--export-jpg"_s, u"o.jpg"_s});
