@@ -7,6 +7,7 @@
 #include "config/MseSettings.h"
 #include "config/ZebReg.h"
 #include "data/Formats.h"
+#include "Files.h"
 
 #include <QColor>
 #include <QFileInfo>
@@ -125,9 +126,7 @@ private Q_SLOTS:
         QFile::remove(out);
         const TResult r = Viewer({FFile, option, out});
         QVERIFY2(r.ExitCode == 0, qPrintable(r.Err));
-        QFile f(out);
-        QVERIFY(f.open(QIODevice::ReadOnly));
-        const QByteArray bytes = f.readAll();
+        const QByteArray bytes = ReadBytes(out);
         if (name.endsWith(u".svg"_s)) {
             const TSvg svg = ReadSvg(bytes);
             QVERIFY2(svg.Shapes > 10, qPrintable(QString::number(svg.Shapes)));
@@ -161,11 +160,7 @@ private Q_SLOTS:
         WriteLanguage(language);
         const QString bad = FTmp.filePath(u"bad.zeb"_s);
         QFile::remove(bad);
-        if (!content.isEmpty()) {
-            QFile f(bad);
-            QVERIFY(f.open(QIODevice::WriteOnly));
-            f.write(content);
-        }
+        if (!content.isEmpty()) QVERIFY(WriteBytes(bad, content));
         const QString out = FTmp.filePath(u"never.png"_s);
         QFile::remove(out);
         const TResult r = Viewer({bad, u"--export-png"_s, out});

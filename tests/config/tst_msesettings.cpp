@@ -3,6 +3,7 @@
 // present keys are set whatever they hold, odd files stay bounded, a failed save keeps the old
 // file, and the limit test.
 
+#include "Files.h"
 #include "config/IniFile.h"
 #include "config/MseSettings.h"
 #include "data/Formats.h"
@@ -63,14 +64,7 @@ class TstMseSettings : public QObject {
     QString Path(const QString& name) const { return FDir.filePath(name); }
 
     QString WriteFile(const QString& name, const QByteArray& bytes) const {
-        QFile f(Path(name));
-        if (!f.open(QIODevice::WriteOnly)) return {};
-        f.write(bytes);
-        return f.fileName();
-    }
-    static QByteArray ReadFile(const QString& path) {
-        QFile f(path);
-        return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+        return WriteBytes(Path(name), bytes) ? Path(name) : QString();
     }
 
 private Q_SLOTS:
@@ -105,7 +99,7 @@ private Q_SLOTS:
         mse.AxisLeft.Grid.Set(true);
         AddRecordingCurve(mse, "M1", "T1", "Temp");
         QVERIFY(mse.SaveFile(Path("look.mse")));
-        const QByteArray bytes = ReadFile(Path("look.mse"));
+        const QByteArray bytes = ReadBytes(Path("look.mse"));
         QCOMPARE(bytes, QByteArray("[General]\r\nTitle='My plot'\r\nShowName=0\r\n\r\n"
                                    "[Font Axes]\r\nSize=10\r\n\r\n"
                                    "[Axis Left]\r\nMin='-1.5'\r\nGrid=1\r\n\r\n"
@@ -371,7 +365,7 @@ private Q_SLOTS:
     }
     void oddTemplates() {
         QFETCH(QString, path);
-        const QByteArray bytes = ReadFile(path);
+        const QByteArray bytes = ReadBytes(path);
         const TIniFile ini(path);
         QVERIFY(ini.Sections().size() <= bytes.count('['));
         TMseSettings mse;
@@ -384,13 +378,13 @@ private Q_SLOTS:
         QVERIFY(QFile::copy(path, copy));
         QFile::setPermissions(copy, QFile::ReadOwner | QFile::WriteOwner);
         QVERIFY(mse.SaveFile(copy));
-        const QByteArray saved = ReadFile(copy);
+        const QByteArray saved = ReadBytes(copy);
         QVERIFY(saved.size() <= 3 * bytes.size() + 4096); // at worst re-encoded as UTF-8
         TMseSettings again;
         QVERIFY(again.OpenFile(copy));
         QCOMPARE(Entries(again, false), Entries(mse, false));
         QVERIFY(again.SaveFile(copy));
-        QCOMPARE(ReadFile(copy), saved);
+        QCOMPARE(ReadBytes(copy), saved);
     }
 
     // As the platform's reader: the first of repeated keys counts, a repeated section adds to the
@@ -489,11 +483,7 @@ private Q_SLOTS:
         const QString folder = Path(obstacle);
         QVERIFY(QDir().mkpath(folder));
         QString path = folder + "/keep.mse";
-        const auto write = [&path](const QByteArray& bytes) {
-            QFile f(path);
-            return f.open(QIODevice::WriteOnly) && f.write(bytes) == bytes.size();
-        };
-        QVERIFY(write(previous));
+        QVERIFY(WriteBytes(path, previous));
         TMseSettings mse;
         mse.Title.Set("new");
         if (obstacle == "folder as file") {
@@ -531,7 +521,7 @@ private Q_SLOTS:
         }
         QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
         QVERIFY(!saved);
-        QCOMPARE(ReadFile(folder + "/keep.mse"), previous);
+        QCOMPARE(ReadBytes(folder + "/keep.mse"), previous);
         QCOMPARE(QDir(folder).entryList(QDir::Files), QStringList{"keep.mse"}); // no temporary left
     }
 

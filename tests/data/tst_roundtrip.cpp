@@ -2,6 +2,7 @@
 // bytes, by the walk, and through zebtool as a user runs it.
 
 #include "CollectingReceiver.h"
+#include "Files.h"
 #include "RecordingBuilder.h"
 #include "RecordingGenerator.h"
 
@@ -97,9 +98,7 @@ private Q_SLOTS:
         const QString path = FDir.filePath(QStringLiteral("gen.zeb"));
         QString error;
         QVERIFY2(WriteRecording(path, o, &error), qPrintable(error));
-        QFile f(path);
-        QVERIFY(f.open(QIODevice::ReadOnly));
-        const QByteArray plain = TRecordingBuilder::Inflate(f.readAll());
+        const QByteArray plain = TRecordingBuilder::Inflate(ReadBytes(path));
 
         TRecordingGenerator gen(o);
         const int n = int(gen.Channels().size());

@@ -5,6 +5,7 @@
 
 #include "CompanionCli.h"
 #include "config/Language.h"
+#include "Files.h"
 #include "Previewer.h"
 #include "RecordingBuilder.h"
 #include "MakeRecording.h"
@@ -108,9 +109,8 @@ private Q_SLOTS:
             QCOMPARE(ch.Unit, db->Curve_UnitGet(c));
         }
 
-        QFile f(FGen);
-        QVERIFY(f.open(QIODevice::ReadOnly));
-        QVERIFY(TRecordingBuilder::SaveBytes(Path(u"half.zeb"_s), f.read(f.size() / 2)));
+        const QByteArray whole = ReadBytes(FGen);
+        QVERIFY(TRecordingBuilder::SaveBytes(Path(u"half.zeb"_s), whole.left(whole.size() / 2)));
         QCOMPARE(ov.Build(Path(u"half.zeb"_s)), TOverview::TStatus::Damaged);
         QVERIFY(ov.ValueCount() > 0);
         QVERIFY(TRecordingBuilder::SaveBytes(Path(u"junk.zeb"_s), "no recording"));
@@ -171,9 +171,7 @@ private Q_SLOTS:
         QVERIFY(cut.wait(60000));
         QCOMPARE(cut.first().first().toInt(), 0);
         QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(noted), 10000);
-        QFile n(noted);
-        QVERIFY(n.open(QIODevice::ReadOnly));
-        QCOMPARE(QString::fromLocal8Bit(n.readAll()), target);
+        QCOMPARE(QString::fromLocal8Bit(ReadBytes(noted)), target);
 
         const auto src = Load(FGen);
         const auto dst = Load(target);

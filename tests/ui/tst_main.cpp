@@ -6,6 +6,7 @@
 #include "config/MseSettings.h"
 #include "config/Texts.h"
 #include "config/ZebReg.h"
+#include "Files.h"
 #include "store/DataBase.h"
 #include "store/FileThread.h"
 #include "ui/BigDataDlg.h"
@@ -357,9 +358,7 @@ private Q_SLOTS:
         QCOMPARE(got, int(TLoadReport::ResultPreviewer));
         QTRY_VERIFY(!f.isVisible()); // the viewer hands over and closes
         QTRY_VERIFY(QFileInfo(out).size() > 0);
-        QFile args(out);
-        QVERIFY(args.open(QIODevice::ReadOnly));
-        QCOMPARE(QString::fromUtf8(args.readAll()).trimmed(), QFileInfo(FBig).absoluteFilePath());
+        QCOMPARE(QString::fromUtf8(ReadBytes(out)).trimmed(), QFileInfo(FBig).absoluteFilePath());
         QVERIFY(Messages().Texts.isEmpty());
 #else
         QSKIP("needs a shell script as the stand-in previewer");
@@ -379,11 +378,7 @@ private Q_SLOTS:
         QFETCH(QString, message);
         const QString file = FTmp.filePath(u"bad.zeb"_s);
         QFile::remove(file);
-        if (!content.isEmpty()) {
-            QFile f(file);
-            QVERIFY(f.open(QIODevice::WriteOnly));
-            f.write(content);
-        }
+        if (!content.isEmpty()) QVERIFY(WriteBytes(file, content));
         TForm1 f;
         // A file that loaded before must be gone afterwards.
         QVERIFY(Load(f, FSmall));
@@ -523,10 +518,7 @@ private Q_SLOTS:
 
         // Settings that cannot be written (their folder is a file) are the user's to hear of.
         const QString blocked = FTmp.filePath(u"blocked"_s);
-        {
-            QFile file(blocked);
-            QVERIFY(file.open(QIODevice::WriteOnly));
-        }
+        QVERIFY(WriteBytes(blocked, {}));
         const QString unwritable = blocked + u"/settings.ini"_s;
         qputenv("ZEB_SETTINGS_FILE", unwritable.toLocal8Bit());
         { TForm1 f; }

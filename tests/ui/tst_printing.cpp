@@ -5,6 +5,7 @@
 #include "config/Texts.h"
 #include "config/ZebReg.h"
 #include "data/Formats.h"
+#include "Files.h"
 #include "MainFixture.h"
 #include "store/DataBase.h"
 #include "StoreFill.h"
@@ -328,9 +329,7 @@ private Q_SLOTS:
             QVERIFY(svg.isValid());
             QCOMPARE(svg.viewBox(), QRect(0, 0, 640, 360));
         } else if (suffix == u"pdf") {
-            QFile f(file);
-            QVERIFY(f.open(QIODevice::ReadOnly));
-            QVERIFY(f.read(5) == "%PDF-");
+            QVERIFY(ReadBytes(file).startsWith("%PDF-"));
         } else {
             QImageReader reader(file);
             QCOMPARE(reader.size(), QSize(640, 360));

@@ -2,6 +2,7 @@
 
 #include "config/Language.h"
 #include "config/Texts.h"
+#include "Files.h"
 #include "ui/ZebDlg.h"
 
 #include <QApplication>
@@ -330,9 +331,7 @@ private Q_SLOTS:
 
     void openZebFile() {
         const QString rec = QDir(FDir.path()).filePath(u"open.zeb"_s);
-        QFile f(rec);
-        QVERIFY(f.open(QIODevice::WriteOnly));
-        f.close();
+        QVERIFY(WriteBytes(rec, {}));
 
         QStringList filters;
         QFileDialog::FileMode mode = QFileDialog::AnyFile;
@@ -352,9 +351,8 @@ private Q_SLOTS:
     void openMultipleZebFile() {
         QStringList expected;
         for (const QString& base : {u"m1.zeb"_s, u"m2.zeb"_s}) {
-            QFile f(QDir(FDir.path()).filePath(base));
-            QVERIFY(f.open(QIODevice::WriteOnly));
-            expected << f.fileName();
+            expected << QDir(FDir.path()).filePath(base);
+            QVERIFY(WriteBytes(expected.last(), {}));
         }
         TZebDlg::SetDialogHook([](QDialog* dlg) { TypeAndAccept(dlg, u"\"m1.zeb\" \"m2.zeb\""_s); });
         QStringList names;
