@@ -2,8 +2,8 @@
 // display: help on stdout in the user's language, the version, a wrong call on stderr, and the
 // exit codes the help promises.
 
+#include "LanguageSetting.h"
 #include "config/Texts.h"
-#include "config/ZebReg.h"
 
 #include <QFileInfo>
 #include <QProcess>
@@ -50,10 +50,7 @@ TRun RunProgram(const QString& program, const QStringList& args, const QString& 
 void WriteLanguage(const QString& settingsFile, int language) {
     QFile::remove(settingsFile);
     qputenv("ZEB_SETTINGS_FILE", settingsFile.toLocal8Bit());
-    TZEBRegistry reg;
-    QVERIFY(reg.OpenKeyWrite(QString()));
-    reg.WriteI(u"Language"_s, language);
-    QVERIFY(reg.Flush());
+    QVERIFY(WriteLanguageSetting(language));
 }
 
 QString Program(const QString& name) {

@@ -1,5 +1,7 @@
 // The picture export of the command line, run as the real program without a display.
 
+#include "Files.h"
+#include "LanguageSetting.h"
 #include "LoadRecording.h"
 #include "MakeRecording.h"
 #include "PdfWords.h"
@@ -7,7 +9,6 @@
 #include "config/MseSettings.h"
 #include "config/ZebReg.h"
 #include "data/Formats.h"
-#include "Files.h"
 
 #include <QColor>
 #include <QFileInfo>
@@ -157,7 +158,7 @@ private Q_SLOTS:
         QFETCH(int, language);
         QFETCH(QByteArray, content);
         QFETCH(QString, message);
-        WriteLanguage(language);
+        QVERIFY(WriteLanguageSetting(language));
         const QString bad = FTmp.filePath(u"bad.zeb"_s);
         QFile::remove(bad);
         if (!content.isEmpty()) QVERIFY(WriteBytes(bad, content));
@@ -306,7 +307,6 @@ private Q_SLOTS:
 
 private:
     TResult Viewer(const QStringList& args, bool withDisplayVariables = false);
-    void WriteLanguage(int language);
 
     QTemporaryDir FTmp;
     QString FFile, FSettings;
@@ -331,12 +331,6 @@ TResult TstExport::Viewer(const QStringList& args, bool withDisplayVariables) {
     r.ExitCode = p.exitStatus() == QProcess::NormalExit ? p.exitCode() : -1;
     r.Err = QString::fromLocal8Bit(p.readAllStandardError());
     return r;
-}
-
-void TstExport::WriteLanguage(int language) {
-    TZEBRegistry reg;
-    QVERIFY(reg.OpenKeyWrite(QString()));
-    reg.WriteI(u"Language"_s, language);
 }
 
 QTEST_GUILESS_MAIN(TstExport)

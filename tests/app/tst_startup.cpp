@@ -4,6 +4,7 @@
 #include "app/Startup.h"
 #include "ui/Main.h"
 
+#include "LanguageSetting.h"
 #include "MakeRecording.h"
 #include "config/Language.h"
 #include "config/Texts.h"
@@ -26,12 +27,6 @@ Q_DECLARE_METATYPE(TCommandLine::TMode)
 Q_DECLARE_METATYPE(TStartupStep)
 
 namespace {
-
-void WriteLanguage(int language) {
-    TZEBRegistry reg;
-    QVERIFY(reg.OpenKeyWrite(QString()));
-    reg.WriteI(u"Language"_s, language);
-}
 
 // What the observer saw at each step.
 struct TRun {
@@ -189,7 +184,7 @@ private Q_SLOTS:
         QFETCH(int, language);
         QFETCH(int, arguments);
         QFETCH(bool, opened);
-        WriteLanguage(language);
+        QVERIFY(WriteLanguageSetting(language));
         QStringList args;
         for (int i = 0; i < arguments; ++i)
             args << FFile;
