@@ -9,6 +9,7 @@
 #include <QTest>
 
 #include <random>
+#include <tuple>
 
 namespace {
 
@@ -99,6 +100,17 @@ bool TRender::ColumnHasCurve(int x) const {
     for (int y = Plot.top(); y <= Plot.bottom(); ++y)
         if (IsCurve(Image.pixel(x, y))) return true;
     return false;
+}
+
+// Rows of (reduce, from, to): each named window, as shares of the time range, drawn segment by
+// segment and reduced.
+void WindowRows(std::initializer_list<std::tuple<const char*, double, double>> windows) {
+    QTest::addColumn<bool>("reduce");
+    QTest::addColumn<double>("from");
+    QTest::addColumn<double>("to");
+    for (bool reduce : {false, true})
+        for (const auto& [name, from, to] : windows)
+            QTest::addRow("%s, %s", reduce ? "reduced" : "every segment", name) << reduce << from << to;
 }
 
 } // namespace
@@ -283,15 +295,7 @@ private Q_SLOTS:
     }
 
     void gapBreaksAtEveryZoom_data() {
-        QTest::addColumn<bool>("reduce");
-        QTest::addColumn<double>("from");
-        QTest::addColumn<double>("to");
-        for (bool reduce : {false, true}) {
-            const char* mode = reduce ? "reduced" : "every segment";
-            QTest::addRow("%s, whole", mode) << reduce << 0.0 << 1.0;
-            QTest::addRow("%s, half", mode) << reduce << 0.25 << 0.75;
-            QTest::addRow("%s, tight", mode) << reduce << 0.45 << 0.56;
-        }
+        WindowRows({{"whole", 0.0, 1.0}, {"half", 0.25, 0.75}, {"tight", 0.45, 0.56}});
     }
 
     void gapBreaksAtEveryZoom() {
@@ -343,16 +347,7 @@ private Q_SLOTS:
         QVERIFY(!r.ColumnHasCurve(int(r.X(kT0 + 80))));
     }
 
-    void nonFiniteValues_data() {
-        QTest::addColumn<bool>("reduce");
-        QTest::addColumn<double>("from");
-        QTest::addColumn<double>("to");
-        for (bool reduce : {false, true}) {
-            const char* mode = reduce ? "reduced" : "every segment";
-            QTest::addRow("%s, whole", mode) << reduce << 0.0 << 1.0;
-            QTest::addRow("%s, tight", mode) << reduce << 0.4998 << 0.5002;
-        }
-    }
+    void nonFiniteValues_data() { WindowRows({{"whole", 0.0, 1.0}, {"tight", 0.4998, 0.5002}}); }
 
     // A NaN value leaves a hole in the line, never a stroke to the bottom; an infinite value is a
     // stroke to the plot's edge.
