@@ -1,8 +1,8 @@
 // The loader thread: reports in order, the large-file question and its answers,
 // cancelling between blocks, bad and damaged files, closing during a load.
 
-#include "RecordingBuilder.h"
 #include "MakeRecording.h"
+#include "RecordingBuilder.h"
 #include "store/DataBase.h"
 #include "store/FileThread.h"
 

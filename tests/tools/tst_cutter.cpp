@@ -7,8 +7,8 @@
 #include "Cutter.h"
 #include "data/DataFile.h"
 #include "Files.h"
-#include "RecordingBuilder.h"
 #include "MakeRecording.h"
+#include "RecordingBuilder.h"
 #include "ToolHelpers.h"
 
 #include <QDir>

@@ -6,9 +6,9 @@
 #include "CompanionCli.h"
 #include "config/Language.h"
 #include "Files.h"
+#include "MakeRecording.h"
 #include "Previewer.h"
 #include "RecordingBuilder.h"
-#include "MakeRecording.h"
 #include "ToolHelpers.h"
 
 #include <QLabel>
