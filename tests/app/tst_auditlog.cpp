@@ -47,68 +47,63 @@ class TstAuditLog : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void serverIsNamedAfterServiceAndTopic();
-    void validatedEditionSendsOpenAndClose();
-    void ordinaryEditionCreatesAndSendsNothing();
-    void missingServerIsSilent();
-    void serverStartedLaterGetsLaterEntries();
+    void serverIsNamedAfterServiceAndTopic() {
+        QCOMPARE(TAuditLog::ServerName(), QStringLiteral("zeb_DdeLogTopic"));
+    }
+
+    void validatedEditionSendsOpenAndClose() {
+        const QString name = UniqueName("validated");
+        TLogServer server(name);
+        QVERIFY(server.IsListening());
+        TAuditLog log(true, name);
+        log.Open(QStringLiteral("Viewer"));
+        QVERIFY(log.HasConversation());
+        log.Close();
+        QTRY_COMPARE(server.Lines,
+                     (QStringList{QStringLiteral("Viewer;;Open"), QStringLiteral("Viewer;;Close")}));
+        QCOMPARE(server.Connections, 1);
+    }
+
+    void ordinaryEditionCreatesAndSendsNothing() {
+        const QString name = UniqueName("ordinary");
+        TLogServer server(name);
+        QVERIFY(server.IsListening());
+        TAuditLog log(false, name);
+        log.Open(QStringLiteral("Viewer"));
+        log.Log(QStringLiteral("Something"));
+        QVERIFY(!log.HasConversation());
+        log.Close();
+        // A validated log after it: once its entries are in, a connection of the ordinary one, made
+        // earlier, would have arrived before them.
+        TAuditLog witness(true, name);
+        witness.Open(QStringLiteral("Witness"));
+        witness.Close();
+        QTRY_COMPARE(server.Lines,
+                     (QStringList{QStringLiteral("Witness;;Open"), QStringLiteral("Witness;;Close")}));
+        QCOMPARE(server.Connections, 1);
+    }
+
+    void missingServerIsSilent() {
+        const QString name = UniqueName("missing");
+        QLocalServer::removeServer(name);
+        TAuditLog log(true, name);
+        log.Open(QStringLiteral("Viewer"));
+        log.Log(QStringLiteral("Event"));
+        log.Close();
+        QVERIFY(!log.HasConversation());
+    }
+
+    void serverStartedLaterGetsLaterEntries() {
+        const QString name = UniqueName("late");
+        QLocalServer::removeServer(name);
+        TAuditLog log(true, name);
+        log.Open(QStringLiteral("Viewer"));
+        TLogServer server(name);
+        QVERIFY(server.IsListening());
+        log.Close();
+        QTRY_COMPARE(server.Lines, QStringList{QStringLiteral("Viewer;;Close")});
+    }
 };
-
-void TstAuditLog::serverIsNamedAfterServiceAndTopic() {
-    QCOMPARE(TAuditLog::ServerName(), QStringLiteral("zeb_DdeLogTopic"));
-}
-
-void TstAuditLog::validatedEditionSendsOpenAndClose() {
-    const QString name = UniqueName("validated");
-    TLogServer server(name);
-    QVERIFY(server.IsListening());
-    TAuditLog log(true, name);
-    log.Open(QStringLiteral("Viewer"));
-    QVERIFY(log.HasConversation());
-    log.Close();
-    QTRY_COMPARE(server.Lines,
-                 (QStringList{QStringLiteral("Viewer;;Open"), QStringLiteral("Viewer;;Close")}));
-    QCOMPARE(server.Connections, 1);
-}
-
-void TstAuditLog::ordinaryEditionCreatesAndSendsNothing() {
-    const QString name = UniqueName("ordinary");
-    TLogServer server(name);
-    QVERIFY(server.IsListening());
-    TAuditLog log(false, name);
-    log.Open(QStringLiteral("Viewer"));
-    log.Log(QStringLiteral("Something"));
-    QVERIFY(!log.HasConversation());
-    log.Close();
-    // A validated log after it: once its entries are in, a connection of the ordinary one, made
-    // earlier, would have arrived before them.
-    TAuditLog witness(true, name);
-    witness.Open(QStringLiteral("Witness"));
-    witness.Close();
-    QTRY_COMPARE(server.Lines, (QStringList{QStringLiteral("Witness;;Open"), QStringLiteral("Witness;;Close")}));
-    QCOMPARE(server.Connections, 1);
-}
-
-void TstAuditLog::missingServerIsSilent() {
-    const QString name = UniqueName("missing");
-    QLocalServer::removeServer(name);
-    TAuditLog log(true, name);
-    log.Open(QStringLiteral("Viewer"));
-    log.Log(QStringLiteral("Event"));
-    log.Close();
-    QVERIFY(!log.HasConversation());
-}
-
-void TstAuditLog::serverStartedLaterGetsLaterEntries() {
-    const QString name = UniqueName("late");
-    QLocalServer::removeServer(name);
-    TAuditLog log(true, name);
-    log.Open(QStringLiteral("Viewer"));
-    TLogServer server(name);
-    QVERIFY(server.IsListening());
-    log.Close();
-    QTRY_COMPARE(server.Lines, QStringList{QStringLiteral("Viewer;;Close")});
-}
 
 QTEST_GUILESS_MAIN(TstAuditLog)
 #include "tst_auditlog.moc"

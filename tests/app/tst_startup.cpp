@@ -4,6 +4,8 @@
 #include "app/Startup.h"
 #include "ui/Main.h"
 
+#include "LanguageSetting.h"
+#include "MakeRecording.h"
 #include "config/Language.h"
 #include "config/Texts.h"
 #include "config/ZebReg.h"
@@ -13,7 +15,6 @@
 
 #include <QApplication>
 #include <QMenuBar>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
@@ -26,12 +27,6 @@ Q_DECLARE_METATYPE(TCommandLine::TMode)
 Q_DECLARE_METATYPE(TStartupStep)
 
 namespace {
-
-void WriteLanguage(int language) {
-    TZEBRegistry reg;
-    QVERIFY(reg.OpenKeyWrite(QString()));
-    reg.WriteI(u"Language"_s, language);
-}
 
 // What the observer saw at each step.
 struct TRun {
@@ -98,167 +93,144 @@ class TstStartup : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void init();
+    void initTestCase() {
+        QVERIFY(FTmp.isValid());
+        qputenv("ZEB_SETTINGS_FILE", FTmp.filePath(u"settings.ini"_s).toLocal8Bit());
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        FFile = FTmp.filePath(u"rec.zeb"_s);
+        QVERIFY(MakeRecording(FFile, {.records = 500}));
+    }
 
-    void parseCommandLine_data();
-    void parseCommandLine();
-    void windowRun_data();
-    void windowRun();
-    void invalidCommandLine();
+    void init() { QFile::remove(FTmp.filePath(u"settings.ini"_s)); }
+
+    void parseCommandLine_data() {
+        QTest::addColumn<QStringList>("args");
+        QTest::addColumn<TMode>("mode");
+        QTest::addColumn<QStringList>("files");
+        QTest::addColumn<QString>("format");
+        QTest::addColumn<QSize>("size");
+        QTest::addColumn<QString>("templ");
+        // Files, format, size and template as given, or the defaults.
+        const auto row = [](const char* tag, const QStringList& args, TMode mode,
+                            const QStringList& files = {}, const QString& format = {},
+                            QSize size = QSize(1200, 800), const QString& templ = {}) {
+            QTest::newRow(tag) << args << mode << files << format << size << templ;
+        };
+        const QStringList a{u"a.zeb"_s};
+        row("nothing", {}, TMode::Window);
+        row("one file", a, TMode::Window, a);
+        row("two files", {u"a.zeb"_s, u"b.zeb"_s}, TMode::Window, {u"a.zeb"_s, u"b.zeb"_s});
+        row("png", {u"a.zeb"_s, u"--export-png"_s, u"o.png"_s}, TMode::Export, a, u"png"_s);
+        row("jpg sized", {u"a.zeb"_s, u"--export-jpg"_s, u"o.jpg"_s, u"--size"_s, u"640x480"_s},
+            TMode::Export, a, u"jpg"_s, QSize(640, 480));
+        row("bmp, options first", {u"--template"_s, u"t.mse"_s, u"--export-bmp"_s, u"o.bmp"_s, u"a.zeb"_s},
+            TMode::Export, a, u"bmp"_s, QSize(1200, 800), u"t.mse"_s);
+        row("Qt's options pass", {u"-platform"_s, u"xcb"_s, u"a.zeb"_s, u"--style=fusion"_s, u"-reverse"_s},
+            TMode::Window, a);
+        row("Qt's option inside an export",
+            {u"a.zeb"_s, u"-style"_s, u"fusion"_s, u"--export-png"_s, u"o.png"_s}, TMode::Export, a,
+            u"png"_s);
+        row("help", {u"--help"_s}, TMode::Help);
+        row("help after a file", {u"a.zeb"_s, u"-h"_s}, TMode::Help);
+        row("help beats a wrong option", {u"--fast"_s, u"--help"_s}, TMode::Help);
+        row("version", {u"--version"_s}, TMode::Version);
+        row("help beats version", {u"--version"_s, u"--help"_s}, TMode::Help);
+        const auto bad = [&](const char* tag, const QStringList& args) { row(tag, args, TMode::Invalid); };
+        bad("unknown format", {u"a.zeb"_s, u"--export-gif"_s, u"o.gif"_s});
+        bad("picture name missing", {u"a.zeb"_s, u"--export-png"_s});
+        bad("two pictures", {u"a.zeb"_s, u"--export-png"_s, u"o.png"_s, u"--export-jpg"_s, u"o.jpg"_s});
+        bad("export without file", {u"--export-png"_s, u"o.png"_s});
+        bad("export of two files", {u"a.zeb"_s, u"b.zeb"_s, u"--export-png"_s, u"o.png"_s});
+        bad("size not a size", {u"a.zeb"_s, u"--export-png"_s, u"o.png"_s, u"--size"_s, u"big"_s});
+        bad("size too small", {u"a.zeb"_s, u"--export-png"_s, u"o.png"_s, u"--size"_s, u"10x10"_s});
+        bad("size without export", {u"a.zeb"_s, u"--size"_s, u"640x480"_s});
+        bad("template without export", {u"a.zeb"_s, u"--template"_s, u"t.mse"_s});
+        bad("unknown option", {u"a.zeb"_s, u"--fast"_s});
+        bad("Qt's option without its value", {u"a.zeb"_s, u"-platform"_s});
+        bad("a file that looks like an option", {u"--help.zeb"_s});
+    }
+
+    void parseCommandLine() {
+        QFETCH(QStringList, args);
+        QFETCH(TMode, mode);
+        const TCommandLine cmd = ParseCommandLine(args);
+        QCOMPARE(cmd.Mode, mode);
+        if (mode == TMode::Invalid) {
+            QVERIFY(!cmd.Error.isEmpty());
+            return;
+        }
+        QFETCH(QStringList, files);
+        QFETCH(QString, format);
+        QFETCH(QSize, size);
+        QFETCH(QString, templ);
+        QCOMPARE(cmd.Files, files);
+        QCOMPARE(cmd.Format, format);
+        QCOMPARE(cmd.Size, size);
+        QCOMPARE(cmd.Template, templ);
+    }
+
+    void windowRun_data() {
+        QTest::addColumn<int>("language");
+        QTest::addColumn<int>("arguments");
+        QTest::addColumn<bool>("opened");
+        QTest::newRow("German, no argument") << int(LangGerman) << 0 << false;
+        QTest::newRow("English, one argument") << int(LangEnglish) << 1 << true;
+        QTest::newRow("French, two arguments") << int(LangFrench) << 2 << false;
+    }
+
+    // The real start-up: the language before the application object, the forms before the audit
+    // log, the loop, the settings written as the window goes, and the log closed last.
+    void windowRun() {
+        QFETCH(int, language);
+        QFETCH(int, arguments);
+        QFETCH(bool, opened);
+        QVERIFY(WriteLanguageSetting(language));
+        QStringList args;
+        for (int i = 0; i < arguments; ++i)
+            args << FFile;
+
+        const TRun run = Run(args);
+        QCOMPARE(run.ExitCode, 0);
+        const QList<TStartupStep> order{TStartupStep::SettingsLoaded,      TStartupStep::LanguageSwitched,
+                                        TStartupStep::ApplicationCreated,  TStartupStep::FormsCreated,
+                                        TStartupStep::AuditLogOpened,      TStartupStep::EventLoopStarted,
+                                        TStartupStep::MainWindowDestroyed, TStartupStep::AuditLogClosed};
+        QCOMPARE(run.Steps, order);
+        QVERIFY(!run.AppAtLanguageSwitch);
+        QCOMPARE(run.LanguageAtSwitch, language);
+        QCOMPARE(run.MenuAtForms, TxtIn(TTextId::MenuFile, language));
+        QVERIFY(run.DialogMainWindowSet);
+        QVERIFY(run.BigDataDlgMade);
+        QVERIFY(run.ShownAtLoop);
+        QCOMPARE(run.Loaded, opened);
+        QCOMPARE(run.FileAtClose, opened ? QFileInfo(FFile).absoluteFilePath() : QString());
+        QVERIFY(!QCoreApplication::instance()); // nothing of the run is left behind
+
+        // The window wrote the settings as it went: the opened file heads the recent list.
+        LoadZebSettings(QString::fromLatin1(kZebProgramViewer), QSize(1920, 1080));
+        QCOMPARE(ZebSettings().Language, language);
+        QCOMPARE(ZebSettings().File[0], opened ? QFileInfo(FFile).absoluteFilePath() : QString());
+        SwitchTexts(LangGerman);
+    }
+
+    // Answered in the user's language before the application object exists, so no display is needed:
+    // no window, no log entry.
+    void invalidCommandLine() {
+        const QList<TStartupStep> early{TStartupStep::SettingsLoaded, TStartupStep::LanguageSwitched};
+        const TRun bad = Run({FFile, u"--no-such-option"_s});
+        QCOMPARE(bad.ExitCode, 2);
+        QCOMPARE(bad.Steps, early);
+        for (const QString& arg : {u"--help"_s, u"--version"_s}) {
+            const TRun run = Run({FFile, arg});
+            QCOMPARE(run.ExitCode, 0);
+            QCOMPARE(run.Steps, early);
+        }
+    }
 
 private:
     QTemporaryDir FTmp;
     QString FFile;
 };
-
-void TstStartup::initTestCase() {
-    QVERIFY(FTmp.isValid());
-    qputenv("ZEB_SETTINGS_FILE", FTmp.filePath(u"settings.ini"_s).toLocal8Bit());
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    FFile = FTmp.filePath(u"rec.zeb"_s);
-    QProcess gen;
-    gen.start(QStringLiteral(ZEBTOOL), {u"gen"_s, u"--quiet"_s, u"--records"_s, u"500"_s, FFile});
-    QVERIFY(gen.waitForFinished(60000));
-    QCOMPARE(gen.exitCode(), 0);
-}
-
-void TstStartup::init() {
-    QFile::remove(FTmp.filePath(u"settings.ini"_s));
-}
-
-void TstStartup::parseCommandLine_data() {
-    QTest::addColumn<QStringList>("args");
-    QTest::addColumn<TMode>("mode");
-    QTest::addColumn<QStringList>("files");
-    QTest::addColumn<QString>("format");
-    QTest::addColumn<QSize>("size");
-    QTest::addColumn<QString>("templ");
-    const QSize def(1200, 800);
-    QTest::newRow("nothing") << QStringList{} << TMode::Window << QStringList{} << QString() << def
-                             << QString();
-    QTest::newRow("one file") << QStringList{u"a.zeb"_s} << TMode::Window << QStringList{u"a.zeb"_s}
-                              << QString() << def << QString();
-    QTest::newRow("two files") << QStringList{u"a.zeb"_s, u"b.zeb"_s} << TMode::Window
-                               << QStringList{u"a.zeb"_s, u"b.zeb"_s} << QString() << def << QString();
-    QTest::newRow("png") << QStringList{u"a.zeb"_s, u"--export-png"_s, u"o.png"_s} << TMode::Export
-                         << QStringList{u"a.zeb"_s} << u"png"_s << def << QString();
-    QTest::newRow("jpg sized") << QStringList{u"a.zeb"_s, u"--export-jpg"_s, u"o.jpg"_s, u"--size"_s,
-                                              u"640x480"_s}
-                               << TMode::Export << QStringList{u"a.zeb"_s} << u"jpg"_s << QSize(640, 480)
-                               << QString();
-    QTest::newRow("bmp, options first")
-        << QStringList{u"--template"_s, u"t.mse"_s, u"--export-bmp"_s, u"o.bmp"_s, u"a.zeb"_s}
-        << TMode::Export << QStringList{u"a.zeb"_s} << u"bmp"_s << def << u"t.mse"_s;
-    QTest::newRow("Qt's options pass") << QStringList{u"-platform"_s, u"xcb"_s, u"a.zeb"_s, u"--style=fusion"_s,
-                                                      u"-reverse"_s}
-                                       << TMode::Window << QStringList{u"a.zeb"_s} << QString() << def << QString();
-    QTest::newRow("Qt's option inside an export")
-        << QStringList{u"a.zeb"_s, u"-style"_s, u"fusion"_s, u"--export-png"_s, u"o.png"_s} << TMode::Export
-        << QStringList{u"a.zeb"_s} << u"png"_s << def << QString();
-    const QStringList none;
-    QTest::newRow("help") << QStringList{u"--help"_s} << TMode::Help << none << QString() << def << QString();
-    QTest::newRow("help after a file") << QStringList{u"a.zeb"_s, u"-h"_s} << TMode::Help << none << QString()
-                                       << def << QString();
-    QTest::newRow("help beats a wrong option")
-        << QStringList{u"--fast"_s, u"--help"_s} << TMode::Help << none << QString() << def << QString();
-    QTest::newRow("version") << QStringList{u"--version"_s} << TMode::Version << none << QString() << def
-                             << QString();
-    QTest::newRow("help beats version") << QStringList{u"--version"_s, u"--help"_s} << TMode::Help << none
-                                        << QString() << def << QString();
-    auto bad = [&](const char* tag, const QStringList& args) {
-        QTest::newRow(tag) << args << TMode::Invalid << none << QString() << def << QString();
-    };
-    bad("unknown format", {u"a.zeb"_s, u"--export-gif"_s, u"o.gif"_s});
-    bad("picture name missing", {u"a.zeb"_s, u"--export-png"_s});
-    bad("two pictures", {u"a.zeb"_s, u"--export-png"_s, u"o.png"_s, u"--export-jpg"_s, u"o.jpg"_s});
-    bad("export without file", {u"--export-png"_s, u"o.png"_s});
-    bad("export of two files", {u"a.zeb"_s, u"b.zeb"_s, u"--export-png"_s, u"o.png"_s});
-    bad("size not a size", {u"a.zeb"_s, u"--export-png"_s, u"o.png"_s, u"--size"_s, u"big"_s});
-    bad("size too small", {u"a.zeb"_s, u"--export-png"_s, u"o.png"_s, u"--size"_s, u"10x10"_s});
-    bad("size without export", {u"a.zeb"_s, u"--size"_s, u"640x480"_s});
-    bad("template without export", {u"a.zeb"_s, u"--template"_s, u"t.mse"_s});
-    bad("unknown option", {u"a.zeb"_s, u"--fast"_s});
-    bad("Qt's option without its value", {u"a.zeb"_s, u"-platform"_s});
-    bad("a file that looks like an option", {u"--help.zeb"_s});
-}
-
-void TstStartup::parseCommandLine() {
-    QFETCH(QStringList, args);
-    QFETCH(TMode, mode);
-    const TCommandLine cmd = ParseCommandLine(args);
-    QCOMPARE(cmd.Mode, mode);
-    if (mode == TMode::Invalid) {
-        QVERIFY(!cmd.Error.isEmpty());
-        return;
-    }
-    QFETCH(QStringList, files);
-    QFETCH(QString, format);
-    QFETCH(QSize, size);
-    QFETCH(QString, templ);
-    QCOMPARE(cmd.Files, files);
-    QCOMPARE(cmd.Format, format);
-    QCOMPARE(cmd.Size, size);
-    QCOMPARE(cmd.Template, templ);
-}
-
-void TstStartup::windowRun_data() {
-    QTest::addColumn<int>("language");
-    QTest::addColumn<int>("arguments");
-    QTest::addColumn<bool>("opened");
-    QTest::newRow("German, no argument") << int(LangGerman) << 0 << false;
-    QTest::newRow("English, one argument") << int(LangEnglish) << 1 << true;
-    QTest::newRow("French, two arguments") << int(LangFrench) << 2 << false;
-}
-
-// The real start-up: the language before the application object, the forms before the audit
-// log, the loop, the settings written as the window goes, and the log closed last.
-void TstStartup::windowRun() {
-    QFETCH(int, language);
-    QFETCH(int, arguments);
-    QFETCH(bool, opened);
-    WriteLanguage(language);
-    QStringList args;
-    for (int i = 0; i < arguments; ++i)
-        args << FFile;
-
-    const TRun run = Run(args);
-    QCOMPARE(run.ExitCode, 0);
-    const QList<TStartupStep> order{TStartupStep::SettingsLoaded,      TStartupStep::LanguageSwitched,
-                                    TStartupStep::ApplicationCreated,  TStartupStep::FormsCreated,
-                                    TStartupStep::AuditLogOpened,      TStartupStep::EventLoopStarted,
-                                    TStartupStep::MainWindowDestroyed, TStartupStep::AuditLogClosed};
-    QCOMPARE(run.Steps, order);
-    QVERIFY(!run.AppAtLanguageSwitch);
-    QCOMPARE(run.LanguageAtSwitch, language);
-    QCOMPARE(run.MenuAtForms, TxtIn(TTextId::MenuFile, language));
-    QVERIFY(run.DialogMainWindowSet);
-    QVERIFY(run.BigDataDlgMade);
-    QVERIFY(run.ShownAtLoop);
-    QCOMPARE(run.Loaded, opened);
-    QCOMPARE(run.FileAtClose, opened ? QFileInfo(FFile).absoluteFilePath() : QString());
-    QVERIFY(!QCoreApplication::instance()); // nothing of the run is left behind
-
-    // The window wrote the settings as it went: the opened file heads the recent list.
-    LoadZebSettings(QString::fromLatin1(kZebProgramViewer), QSize(1920, 1080));
-    QCOMPARE(ZebSettings().Language, language);
-    QCOMPARE(ZebSettings().File[0], opened ? QFileInfo(FFile).absoluteFilePath() : QString());
-    SwitchTexts(LangGerman);
-}
-
-// Answered in the user's language before the application object exists, so no display is needed:
-// no window, no log entry.
-void TstStartup::invalidCommandLine() {
-    const QList<TStartupStep> early{TStartupStep::SettingsLoaded, TStartupStep::LanguageSwitched};
-    const TRun bad = Run({FFile, u"--no-such-option"_s});
-    QCOMPARE(bad.ExitCode, 2);
-    QCOMPARE(bad.Steps, early);
-    for (const QString& arg : {u"--help"_s, u"--version"_s}) {
-        const TRun run = Run({FFile, arg});
-        QCOMPARE(run.ExitCode, 0);
-        QCOMPARE(run.Steps, early);
-    }
-}
 
 QTEST_APPLESS_MAIN(TstStartup)
 #include "tst_startup.moc"

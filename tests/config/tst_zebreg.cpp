@@ -5,6 +5,7 @@
 #include "config/Texts.h"
 #include "config/ZebReg.h"
 #include "data/Formats.h"
+#include "Files.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -60,11 +61,7 @@ class TstZebReg : public QObject {
         return all;
     }
     QString ProgramDir() const { return FDir->filePath("prog"); }
-    void WritePrototypeFile(const QByteArray& bytes) const {
-        QFile f(QDir(ProgramDir()).filePath("zeb_reg.ini"));
-        QVERIFY(f.open(QIODevice::WriteOnly));
-        f.write(bytes);
-    }
+    QString PrototypeFile() const { return QDir(ProgramDir()).filePath("zeb_reg.ini"); }
 
 private Q_SLOTS:
     void init() {
@@ -154,9 +151,7 @@ private Q_SLOTS:
         }
         QVERIFY(SaveZebSettings(kZebProgramViewer));
         QCOMPARE(QFileInfo(FFile).lastModified(), QDateTime(QDate(2020, 1, 1), QTime(0, 0)));
-        QFile f(FFile);
-        QVERIFY(f.open(QIODevice::ReadOnly));
-        QCOMPARE(f.readAll(), before);
+        QCOMPARE(ReadBytes(FFile), before);
         zeb::SetFormats(0, 0, 0);
     }
 
@@ -322,19 +317,16 @@ private Q_SLOTS:
 
     // The file as another process left it: every value is text there.
     void readsAFileWrittenElsewhere() {
-        QFile f(FFile);
-        QVERIFY(f.open(QIODevice::WriteOnly));
-        f.write("[Software]\r\n"
-                "Velmorant\\ZEB\\Language=2\r\n"
-                "Velmorant\\ZEB\\LocDate=abc\r\n"
-                "Velmorant\\ZEB\\ShowTools=1\r\n"
-                "Velmorant\\ZEB\\FileDir=\"D:\\\\rec, old\"\r\n"
-                "Velmorant\\ZEB\\zeb_viewer.exe\\ScreenFull=0\r\n"
-                "Velmorant\\ZEB\\zeb_viewer.exe\\ScreenWidth=800\r\n"
-                "Velmorant\\ZEB\\zeb_viewer.exe\\ScreenHeight= 600\r\n"
-                "Velmorant\\ZEB\\zeb_viewer.exe\\CustomApp0_Mul=0,5\r\n"
-                "Velmorant\\ZEB\\zeb_viewer.exe\\CustomApp0_Add=true\r\n");
-        f.close();
+        QVERIFY(WriteBytes(FFile, "[Software]\r\n"
+                                  "Velmorant\\ZEB\\Language=2\r\n"
+                                  "Velmorant\\ZEB\\LocDate=abc\r\n"
+                                  "Velmorant\\ZEB\\ShowTools=1\r\n"
+                                  "Velmorant\\ZEB\\FileDir=\"D:\\\\rec, old\"\r\n"
+                                  "Velmorant\\ZEB\\zeb_viewer.exe\\ScreenFull=0\r\n"
+                                  "Velmorant\\ZEB\\zeb_viewer.exe\\ScreenWidth=800\r\n"
+                                  "Velmorant\\ZEB\\zeb_viewer.exe\\ScreenHeight= 600\r\n"
+                                  "Velmorant\\ZEB\\zeb_viewer.exe\\CustomApp0_Mul=0,5\r\n"
+                                  "Velmorant\\ZEB\\zeb_viewer.exe\\CustomApp0_Add=true\r\n"));
         LoadZebSettings(kZebProgramViewer, QSize(1920, 1080));
         const TZebSettings& s = ZebSettings();
         QCOMPARE(s.Language, 2);
@@ -483,17 +475,13 @@ private Q_SLOTS:
     void settingsRoot() {
         QFETCH(QByteArray, prototypeFile);
         QFETCH(QString, root);
-        if (!prototypeFile.isEmpty()) WritePrototypeFile(prototypeFile);
+        if (!prototypeFile.isEmpty()) QVERIFY(WriteBytes(PrototypeFile(), prototypeFile));
 #ifdef ZEB_VALIDATED_EDITION
         root = QString::fromLatin1(kZebValidatedRootPath);
 #endif
         QCOMPARE(SelectZebSettingsRoot(), root);
         QCOMPARE(ZebSettingsRoot(), root);
-        if (!prototypeFile.isEmpty()) {
-            QFile f(QDir(ProgramDir()).filePath("zeb_reg.ini"));
-            QVERIFY(f.open(QIODevice::ReadOnly));
-            QCOMPARE(f.readAll(), prototypeFile); // only read, never written
-        }
+        if (!prototypeFile.isEmpty()) QCOMPARE(ReadBytes(PrototypeFile()), prototypeFile); // only read
     }
 
     // Settings that cannot be written: the old file stays whole, the saver says so, and a warning
@@ -529,11 +517,7 @@ private Q_SLOTS:
             }
         }
         qputenv("ZEB_SETTINGS_FILE", QFile::encodeName(file));
-        const auto contents = [&file] {
-            QFile f(file);
-            return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-        };
-        const QByteArray before = contents();
+        const QByteArray before = ReadBytes(file);
 
         ZebSettings().File[0] = QStringLiteral("new.zeb");
         const bool ok = SaveZebSettings(kZebProgramViewer);
@@ -544,7 +528,7 @@ private Q_SLOTS:
         QFile::setPermissions(file, QFile::ReadOwner | QFile::WriteOwner);
 
         QVERIFY(!ok);
-        QCOMPARE(contents(), before);
+        QCOMPARE(ReadBytes(file), before);
         // What the window shows the user names the file.
         QCOMPARE(warning, QString::fromUtf8("Attention : les param\xC3\xA8tres n\xE2\x80\x99ont pas pu \xC3\xAAtre "
                                             "enregistr\xC3\xA9s [") +
@@ -553,7 +537,7 @@ private Q_SLOTS:
 
 #ifndef ZEB_VALIDATED_EDITION
     void prototypeBranchHoldsTheSettings() {
-        WritePrototypeFile("[Settings]\r\nKey=Lab7\r\n");
+        QVERIFY(WriteBytes(PrototypeFile(), "[Settings]\r\nKey=Lab7\r\n"));
         const QString branch = QStringLiteral("Software/Velmorant/ZEB_Prototypes/Lab7/");
         Put(kTree + "Language", 2);
         Put(branch + "Language", 1);
@@ -575,10 +559,8 @@ private Q_SLOTS:
 
         // A branch that can be neither found nor created: the settings file cannot come into being.
         QVERIFY(QDir(ProgramDir()).rmdir("zeb_reg.ini"));
-        WritePrototypeFile("[Settings]\r\nKey=Lab7\r\n");
-        QFile blocker(FDir->filePath("blocker"));
-        QVERIFY(blocker.open(QIODevice::WriteOnly));
-        blocker.close();
+        QVERIFY(WriteBytes(PrototypeFile(), "[Settings]\r\nKey=Lab7\r\n"));
+        QVERIFY(WriteBytes(FDir->filePath("blocker"), {}));
         qputenv("ZEB_SETTINGS_FILE", QFile::encodeName(FDir->filePath("blocker/registry.ini")));
         QCOMPARE(SelectZebSettingsRoot(), QString::fromLatin1(kZebRootPath));
     }

@@ -3,6 +3,7 @@
 
 #include "CollectingReceiver.h"
 #include "data/DataFile.h"
+#include "Files.h"
 #include "RecordingBuilder.h"
 
 #include <QBuffer>
@@ -20,8 +21,7 @@ class TstDataFile : public QObject {
     QTemporaryDir FDir;
     QString Path(const QString& name) const { return FDir.filePath(name); }
     QByteArray Inflated(const QString& name) const {
-        QFile f(Path(name));
-        return f.open(QIODevice::ReadOnly) ? B::Inflate(f.readAll()) : QByteArray();
+        return B::Inflate(ReadBytes(Path(name)));
     }
 
     // Writes blocks through one file, reads them back through another.
@@ -203,9 +203,7 @@ private Q_SLOTS:
             QVERIFY(out->WriteBlock());
             out->Abort();
         }
-        QFile f(Path("keep.zeb"));
-        QVERIFY(f.open(QIODevice::ReadOnly));
-        QCOMPARE(f.readAll(), QByteArray("old content"));
+        QCOMPARE(ReadBytes(Path("keep.zeb")), QByteArray("old content"));
         QVERIFY(!TDataFile::CreateSave(FDir.filePath("no/such/folder/x.zeb")));
     }
 

@@ -1,5 +1,5 @@
 // Date, time and number texts: the date table under every index and separator, the time
-// kinds, the float pattern language and the language choice.
+// kinds and the float pattern language. The language choice is tst_texts' selection.
 
 #include "data/Formats.h"
 
@@ -214,32 +214,6 @@ private Q_SLOTS:
         QCOMPARE(StrToFloatDef(QStringLiteral("abc"), 7.5, comma), 7.5);
         QCOMPARE(StrToFloatDef(QString(), 7.5, comma), 7.5);
         QCOMPARE(StrToFloatDef(QStringLiteral("1.2.3"), 7.5, comma), 7.5);
-    }
-
-    void valueFormats() {
-        QCOMPARE(ValueFormats(), QStringLiteral("0, 0.0, #.#, #.0, 0.0E+00"));
-        QCOMPARE(ValueFormatList().size(), 5);
-    }
-
-    void languageIndex_data() {
-        QTest::addColumn<int>("setting");
-        QTest::addColumn<int>("system");
-        QTest::addColumn<int>("index");
-        QTest::newRow("stored German") << 0 << int(QLocale::French) << 0;
-        QTest::newRow("stored English") << 1 << int(QLocale::German) << 1;
-        QTest::newRow("stored French") << 2 << int(QLocale::German) << 2;
-        QTest::newRow("auto German") << -1 << int(QLocale::German) << 0;
-        QTest::newRow("auto French") << -1 << int(QLocale::French) << 2;
-        QTest::newRow("3 on Italian") << 3 << int(QLocale::Italian) << 1;
-        QTest::newRow("5 on Spanish") << 5 << int(QLocale::Spanish) << 1;
-        QTest::newRow("auto English") << -1 << int(QLocale::English) << 1;
-    }
-    void languageIndex() {
-        QFETCH(int, setting);
-        QFETCH(int, system);
-        QFETCH(int, index);
-        SetSystemLocaleOverride(QLocale(QLocale::Language(system)));
-        QCOMPARE(LanguageIndex(setting), index);
     }
 };
 

@@ -2,6 +2,7 @@
 // bytes, by the walk, and through zebtool as a user runs it.
 
 #include "CollectingReceiver.h"
+#include "Files.h"
 #include "RecordingBuilder.h"
 #include "RecordingGenerator.h"
 
@@ -86,27 +87,18 @@ class TstRoundTrip : public QObject {
     Q_OBJECT
     QTemporaryDir FDir;
 
-    TGenOptions Options() const {
-        TGenOptions o;
-        o.seed = 42;
-        o.channels = 6; // one of each kind and a second temperature
-        o.records = 30000;
-        o.intervalSeconds = 0.5;
-        o.missingRate = 0.01;
-        o.gapRate = 0.002;
-        return o;
-    }
+    // Six channels: one of each kind and a second temperature.
+    const TGenOptions FOptions{
+        .seed = 42, .channels = 6, .records = 30000, .intervalSeconds = 0.5, .missingRate = 0.01, .gapRate = 0.002};
 
 private Q_SLOTS:
     // Parses the decompressed bytes with no help from the reader's code.
     void independentParserSeesWhatTheGeneratorMeant() {
-        const TGenOptions o = Options();
+        const TGenOptions& o = FOptions;
         const QString path = FDir.filePath(QStringLiteral("gen.zeb"));
         QString error;
         QVERIFY2(WriteRecording(path, o, &error), qPrintable(error));
-        QFile f(path);
-        QVERIFY(f.open(QIODevice::ReadOnly));
-        const QByteArray plain = TRecordingBuilder::Inflate(f.readAll());
+        const QByteArray plain = TRecordingBuilder::Inflate(ReadBytes(path));
 
         TRecordingGenerator gen(o);
         const int n = int(gen.Channels().size());
@@ -148,7 +140,7 @@ private Q_SLOTS:
     }
 
     void walkReadsValueForValue() {
-        const TGenOptions o = Options();
+        const TGenOptions& o = FOptions;
         const QString path = FDir.filePath(QStringLiteral("walk.zeb"));
         QVERIFY(WriteRecording(path, o));
         TCollectingReceiver r;
@@ -180,11 +172,7 @@ private Q_SLOTS:
         const QJsonObject j = QJsonDocument::fromJson(dump.out, &perr).object();
         QCOMPARE(perr.error, QJsonParseError::NoError);
 
-        TGenOptions o;
-        o.seed = 3;
-        o.channels = 3;
-        o.records = 700;
-        o.gapRate = 0.01;
+        const TGenOptions o{.seed = 3, .channels = 3, .records = 700, .gapRate = 0.01};
         const TExpected e = Expect(o);
         QCOMPARE(j[QStringLiteral("status")].toInt(), -1);
         QCOMPARE(j[QStringLiteral("values")].toInteger(), e.values);
@@ -241,7 +229,7 @@ private Q_SLOTS:
 
     void zebtoolBlocksExplainsDamage() {
         const QString path = FDir.filePath(QStringLiteral("cut.zeb"));
-        QVERIFY(WriteRecording(path, Options()));
+        QVERIFY(WriteRecording(path, FOptions));
         QFile f(path);
         QVERIFY(f.open(QIODevice::ReadWrite));
         QVERIFY(f.resize(f.size() / 2));
@@ -272,10 +260,7 @@ private Q_SLOTS:
         QFETCH(bool, all);
         const QString path = FDir.filePath(QStringLiteral("large.zeb"));
         if (!QFile::exists(path)) {
-            TGenOptions o;
-            o.channels = 1;
-            o.records = 2600000;
-            QVERIFY(WriteRecording(path, o));
+            QVERIFY(WriteRecording(path, {.channels = 1, .records = 2600000}));
         }
         const QJsonObject j = QJsonDocument::fromJson(Zebtool(QStringList{"dump"} + args << path).out).object();
         QCOMPARE(j[QStringLiteral("status")].toInt(), status);

@@ -3,6 +3,7 @@
 
 #include "config/IniFile.h"
 #include "data/Formats.h"
+#include "Files.h"
 #include "store/DataBase.h"
 
 #include <QFile>
@@ -340,10 +341,7 @@ private Q_SLOTS:
     void partialTemplateChangesOnlyWhatItSets() {
         QTemporaryDir dir;
         const QString path = dir.filePath(QStringLiteral("part.mse"));
-        QFile f(path);
-        QVERIFY(f.open(QIODevice::WriteOnly));
-        f.write("[Axis Left]\r\nMin='5'\r\n[Curve0]\r\nChannelName='T1'\r\nColor=255\r\n");
-        f.close();
+        QVERIFY(WriteBytes(path, "[Axis Left]\r\nMin='5'\r\n[Curve0]\r\nChannelName='T1'\r\nColor=255\r\n"));
         TDataBase db;
         TFill fill{db};
         fill.Curve("T1", {{1, 1}});
@@ -366,12 +364,10 @@ private Q_SLOTS:
         QTemporaryDir dir;
         const QString in = dir.filePath(QStringLiteral("wide.mse"));
         const QString out = dir.filePath(QStringLiteral("again.mse"));
-        QFile f(in);
-        QVERIFY(f.open(QIODevice::WriteOnly));
-        f.write("[General]\r\nOnlineRate=0\r\n[Font Title]\r\nSize=500\r\nStyle=9\r\n[Axis Bottom]\r\nXType=7\r\n"
-                "[Cursor1]\r\nAxis=-3\r\nWidth=30\r\n[Print]\r\nMarginLeft=80\r\n"
-                "[Curve0]\r\nChannelName='T1'\r\nAxis=5\r\nWidth=500\r\nType=9\r\n");
-        f.close();
+        QVERIFY(WriteBytes(in, "[General]\r\nOnlineRate=0\r\n[Font Title]\r\nSize=500\r\nStyle=9\r\n"
+                               "[Axis Bottom]\r\nXType=7\r\n[Cursor1]\r\nAxis=-3\r\nWidth=30\r\n"
+                               "[Print]\r\nMarginLeft=80\r\n"
+                               "[Curve0]\r\nChannelName='T1'\r\nAxis=5\r\nWidth=500\r\nType=9\r\n"));
         TDataBase db;
         TFill fill{db};
         fill.Curve("T1", {{1, 1}});

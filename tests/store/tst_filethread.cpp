@@ -1,8 +1,8 @@
 // The loader thread: reports in order, the large-file question and its answers,
 // cancelling between blocks, bad and damaged files, closing during a load.
 
+#include "MakeRecording.h"
 #include "RecordingBuilder.h"
-#include "RecordingGenerator.h"
 #include "store/DataBase.h"
 #include "store/FileThread.h"
 
@@ -63,14 +63,11 @@ class TstFileThread : public QObject {
 
 private Q_SLOTS:
     void initTestCase() {
-        TGenOptions o;
-        o.channels = 1;
-        o.records = 2500000;
         FAtLimit = FDir.filePath(QStringLiteral("at.zeb"));
-        QVERIFY(WriteRecording(FAtLimit, o));
-        o.records = 2500000 + 3 * 5460; // three blocks past the limit
+        QVERIFY(MakeRecording(FAtLimit, {.channels = 1, .records = 2500000}));
         FPastLimit = FDir.filePath(QStringLiteral("past.zeb"));
-        QVERIFY(WriteRecording(FPastLimit, o));
+        // three blocks past the limit
+        QVERIFY(MakeRecording(FPastLimit, {.channels = 1, .records = 2500000 + 3 * 5460}));
         FPerBlock = 65535 / 12;
     }
 

@@ -1,6 +1,6 @@
 #pragma once
 // The words of a PDF with their boxes, as pdftotext -bbox gives them (poppler-utils, installed
-// by install-deps): where a text landed on a page, in the page's points.
+// by install-deps): where a text landed on a page, in the page's points; and its plain text.
 
 #include <QFile>
 #include <QProcess>
@@ -51,6 +51,14 @@ inline std::vector<TPdfWord> PdfWords(const QString& pdf) {
         }
     }
     return words;
+}
+
+// The PDF's text with its layout, as pdftotext -layout gives it; empty on failure.
+inline QString PdfText(const QString& pdf) {
+    QProcess p;
+    p.start(QStringLiteral("pdftotext"), {QStringLiteral("-layout"), pdf, QStringLiteral("-")});
+    if (!p.waitForFinished(60000) || p.exitCode() != 0) return {};
+    return QString::fromUtf8(p.readAllStandardOutput());
 }
 
 // The first word with that text, or none.

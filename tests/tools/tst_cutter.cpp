@@ -6,8 +6,9 @@
 #include "config/Language.h"
 #include "Cutter.h"
 #include "data/DataFile.h"
+#include "Files.h"
+#include "MakeRecording.h"
 #include "RecordingBuilder.h"
-#include "RecordingGenerator.h"
 #include "ToolHelpers.h"
 
 #include <QDir>
@@ -110,13 +111,8 @@ private Q_SLOTS:
         zeb::ApplyStartupLanguage(1, 0, 0);
         QVERIFY(B::SaveBytes(FSource, Fixture(false)));
         QVERIFY(B::SaveBytes(FVoid, Fixture(true)));
-        TGenOptions o;
-        o.channels = 3;
-        o.records = 30000;
-        o.missingRate = 0.2;
-        o.gapRate = 0.03;
         FGen = Path(QStringLiteral("gen.zeb"));
-        QVERIFY(WriteRecording(FGen, o));
+        QVERIFY(MakeRecording(FGen, {.channels = 3, .records = 30000, .missingRate = 0.2, .gapRate = 0.03}));
         Load(FGen)->GetXMinXMax(FGenFirst, FGenLast, false);
         FSettings = Path(QStringLiteral("settings.ini"));
         qputenv("ZEB_SETTINGS_FILE", QFile::encodeName(FSettings));
@@ -212,10 +208,9 @@ private Q_SLOTS:
     }
 
     void damagedSourceIsCutAsFarAsItReads() {
-        QFile f(FGen);
-        QVERIFY(f.open(QIODevice::ReadOnly));
+        const QByteArray whole = ReadBytes(FGen);
         const QString broken = Path(QStringLiteral("broken.zeb"));
-        QVERIFY(B::SaveBytes(broken, f.read(f.size() * 2 / 3)));
+        QVERIFY(B::SaveBytes(broken, whole.left(whole.size() * 2 / 3)));
         const QString cut = Path(QStringLiteral("brokencut.zeb"));
         TCutRequest r;
         r.Source = broken;
@@ -244,9 +239,7 @@ private Q_SLOTS:
         QVERIFY(B::SaveBytes(target, "user's file"));
         QVERIFY(B::SaveBytes(Path(QStringLiteral("junk")), "not a recording at all"));
         QCOMPARE(int(Cut(Path(source), target, 0, 1e9, channels)), result);
-        QFile f(target);
-        QVERIFY(f.open(QIODevice::ReadOnly));
-        QCOMPARE(f.readAll(), QByteArray("user's file"));
+        QCOMPARE(ReadBytes(target), QByteArray("user's file"));
         QCOMPARE(QDir(dir.path()).entryList(QDir::Files), QStringList{QStringLiteral("precious.zeb")});
     }
 
@@ -256,8 +249,8 @@ private Q_SLOTS:
         QTest::addColumn<int>("code");
         QTest::addColumn<QString>("message"); // empty: none
         const QString out = Path(u"cl.zeb"_s), broken = Path(u"broken2.zeb"_s);
-        QFile f(FGen);
-        QVERIFY(f.open(QIODevice::ReadOnly) && B::SaveBytes(broken, f.read(f.size() / 2)));
+        const QByteArray whole = ReadBytes(FGen);
+        QVERIFY(B::SaveBytes(broken, whole.left(whole.size() / 2)));
         QDir(FDir.path()).mkpath(u"x"_s);
         auto row = [&](const char* name, QString src, QString dst, QString words, int code, QString message) {
             QTest::newRow(name) << QStringList{src, dst} + words.split(u'|') << code << message;

@@ -5,9 +5,10 @@
 
 #include "CompanionCli.h"
 #include "config/Language.h"
+#include "Files.h"
+#include "MakeRecording.h"
 #include "Previewer.h"
 #include "RecordingBuilder.h"
-#include "RecordingGenerator.h"
 #include "ToolHelpers.h"
 
 #include <QLabel>
@@ -42,14 +43,9 @@ private Q_SLOTS:
     void initTestCase() {
         qputenv("ZEB_SETTINGS_FILE", QFile::encodeName(Path(u"settings.ini"_s)));
         zeb::ApplyStartupLanguage(1, 0, 0);
-        TGenOptions o;
-        o.channels = 3;
-        o.records = 40000;
-        o.missingRate = 0.1;
-        o.gapRate = 0.01;
-        o.oddRate = 0.001;
         FGen = Path(u"gen.zeb"_s);
-        QVERIFY(WriteRecording(FGen, o));
+        QVERIFY(MakeRecording(FGen, {.channels = 3, .records = 40000, .missingRate = 0.1, .gapRate = 0.01,
+                                     .oddRate = 0.001}));
     }
 
     // Stamps jump far ahead and fall back before the first one: each value still counts in
@@ -113,9 +109,8 @@ private Q_SLOTS:
             QCOMPARE(ch.Unit, db->Curve_UnitGet(c));
         }
 
-        QFile f(FGen);
-        QVERIFY(f.open(QIODevice::ReadOnly));
-        QVERIFY(TRecordingBuilder::SaveBytes(Path(u"half.zeb"_s), f.read(f.size() / 2)));
+        const QByteArray whole = ReadBytes(FGen);
+        QVERIFY(TRecordingBuilder::SaveBytes(Path(u"half.zeb"_s), whole.left(whole.size() / 2)));
         QCOMPARE(ov.Build(Path(u"half.zeb"_s)), TOverview::TStatus::Damaged);
         QVERIFY(ov.ValueCount() > 0);
         QVERIFY(TRecordingBuilder::SaveBytes(Path(u"junk.zeb"_s), "no recording"));
@@ -176,9 +171,7 @@ private Q_SLOTS:
         QVERIFY(cut.wait(60000));
         QCOMPARE(cut.first().first().toInt(), 0);
         QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(noted), 10000);
-        QFile n(noted);
-        QVERIFY(n.open(QIODevice::ReadOnly));
-        QCOMPARE(QString::fromLocal8Bit(n.readAll()), target);
+        QCOMPARE(QString::fromLocal8Bit(ReadBytes(noted)), target);
 
         const auto src = Load(FGen);
         const auto dst = Load(target);

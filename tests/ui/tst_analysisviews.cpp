@@ -9,6 +9,7 @@
 #include "data/Formats.h"
 #include "MainFixture.h"
 #include "store/DataBase.h"
+#include "StoreFill.h"
 #include "ui/CalcDlg.h"
 #include "ui/CalcKessaDlg.h"
 #include "ui/CfgPage.h"
@@ -35,6 +36,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <optional>
+
 using namespace zeb;
 using namespace Qt::StringLiterals;
 
@@ -47,16 +50,10 @@ QString Cell(const TfrmViewBase& v, int row, int column) {
 
 // A store of one curve with n points a second apart, as the loader leaves it.
 void FillOne(TDataBase& db, const QString& unit, int n, double (*value)(int)) {
+    AddSampledCurve(db, u"M1"_s, n, 7.6e8, 1, value);
     TStoreReceiver r(db);
-    r.AddCurve(u"M1"_s);
     r.SetChannelName(0, u"Flow"_s);
     r.SetUnit(0, unit);
-    std::vector<double> t, v;
-    for (int i = 0; i < n; ++i) {
-        t.push_back(7.6e8 + i);
-        v.push_back(value(i));
-    }
-    r.AddPoints(0, t, v, std::vector<TPointKind>(size_t(n), TPointKind::Value));
     db.Curve_FormatSet(0, u"0.000"_s);
     db.Axis_Get(axBottom).Min = 7.6e8;
     db.Axis_Get(axBottom).Max = 7.6e8 + n - 1;
@@ -70,25 +67,26 @@ class TstAnalysisViews : public QObject {
     QTemporaryDir FTmp;
     QString FFile;
 
-    std::unique_ptr<TForm1> Open() {
-        auto f = std::make_unique<TForm1>();
-        f->setWindowState(Qt::WindowNoState);
-        f->resize(1200, 800);
-        f->show();
-        if (!QTest::qWaitForWindowExposed(f.get()) || !::Load(*f, FFile)) return {};
-        return f;
+    std::unique_ptr<TForm1> Open() const { return OpenShown(FFile); }
+
+    // What zebtool analyse prints for the recording, over the whole of it or a span; empty on
+    // failure.
+    QJsonObject Analyse(std::optional<double> from = {}, std::optional<double> to = {}) const {
+        QStringList args{u"analyse"_s};
+        if (from) args << u"--from"_s << QString::number(*from, 'g', 17) << u"--to"_s << QString::number(*to, 'g', 17);
+        QProcess p;
+        p.start(QStringLiteral(ZEBTOOL), args << FFile);
+        p.waitForFinished(60000);
+        return p.exitCode() == 0 ? QJsonDocument::fromJson(p.readAllStandardOutput()).object() : QJsonObject();
     }
 
 private Q_SLOTS:
     void initTestCase() {
         QVERIFY(FTmp.isValid());
-        qputenv("ZEB_SETTINGS_FILE", FTmp.filePath(u"settings.ini"_s).toLocal8Bit());
-        SetZebProgramDir(FTmp.path());
-        SwitchTexts(LangEnglish);
-        TZebDlg::SetNativeDialogs(false);
+        UseTestEnvironment(FTmp);
         TZebDlg::SetDialogHook([](QDialog* dlg) { dlg->reject(); });
         FFile = FTmp.filePath(u"analyses.zeb"_s);
-        Generate({u"--seed"_s, u"4"_s, u"--channels"_s, u"4"_s, u"--records"_s, u"30000"_s, u"--gaps"_s, FFile});
+        QVERIFY(MakeRecording(FFile, {.seed = 4, .channels = 4, .records = 30000, .gapRate = kSomeGaps}));
     }
     void init() {
         ZebSettings() = TZebSettings();
@@ -201,12 +199,7 @@ private Q_SLOTS:
         Action(*f, "menGraphFuncLimit")->trigger();
         TDataBase& db = *f->DataBase();
         const TAxisState& x = db.Axis_Get(axBottom);
-        QProcess p;
-        p.start(QStringLiteral(ZEBTOOL), {u"analyse"_s, u"--from"_s, QString::number(x.Min, 'g', 17), u"--to"_s,
-                                          QString::number(x.Max, 'g', 17), FFile});
-        QVERIFY(p.waitForFinished(60000));
-        QCOMPARE(p.exitCode(), 0);
-        const QJsonArray curves = QJsonDocument::fromJson(p.readAllStandardOutput()).object()[u"curves"_s].toArray();
+        const QJsonArray curves = Analyse(x.Min, x.Max)[u"curves"_s].toArray();
         QCOMPARE(curves.size(), db.Curve_Count());
         int limitRow = 0;
         for (int c = 0; c < db.Curve_Count(); ++c) {
@@ -224,22 +217,13 @@ private Q_SLOTS:
     // Bounds the wrong way round are the same range; a range beside the recording has no
     // integral, rather than one extrapolated from its first points.
     void zebtoolBounds() {
-        auto analyse = [this](const QStringList& bounds) {
-            QProcess p;
-            p.start(QStringLiteral(ZEBTOOL), QStringList{u"analyse"_s} + bounds + QStringList{FFile});
-            p.waitForFinished(60000);
-            return p.exitCode() == 0 ? QJsonDocument::fromJson(p.readAllStandardOutput()).object() : QJsonObject();
-        };
-        auto between = [&](double from, double to) {
-            return analyse({u"--from"_s, QString::number(from, 'g', 17), u"--to"_s, QString::number(to, 'g', 17)});
-        };
-        const double first = analyse({})[u"from"_s].toDouble();
+        const double first = Analyse()[u"from"_s].toDouble();
         QVERIFY(first > 0);
-        const QJsonObject ordered = between(first + 200, first + 900), reversed = between(first + 900, first + 200);
+        const QJsonObject ordered = Analyse(first + 200, first + 900), reversed = Analyse(first + 900, first + 200);
         QVERIFY(!ordered.isEmpty());
         QCOMPARE(reversed, ordered);
         QVERIFY(ordered[u"curves"_s].toArray()[0].toObject()[u"points"_s].toInt() > 0);
-        for (const QJsonObject& beside : {between(first - 5000, first - 1000), between(first + 1e9, first + 2e9)}) {
+        for (const QJsonObject& beside : {Analyse(first - 5000, first - 1000), Analyse(first + 1e9, first + 2e9)}) {
             QVERIFY(!beside[u"curves"_s].toArray().isEmpty());
             for (const QJsonValue c : beside[u"curves"_s].toArray()) {
                 QCOMPARE(c.toObject()[u"points"_s].toInt(), 0);

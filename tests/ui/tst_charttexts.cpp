@@ -7,6 +7,7 @@
 #include "data/Formats.h"
 #include "MainFixture.h"
 #include "store/DataBase.h"
+#include "StoreFill.h"
 #include "ui/ChartTexts.h"
 #include "ui/CrossHair.h"
 #include "ui/Main.h"
@@ -17,7 +18,6 @@
 #include <QInputDialog>
 #include <QMenu>
 #include <QMessageBox>
-#include <QProcess>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -45,14 +45,7 @@ struct TChart {
     TChartTexts* Texts = nullptr;
 
     TChart() {
-        TStoreReceiver r(Db);
-        r.AddCurve(u"T1"_s);
-        std::vector<double> t, v;
-        for (int i = 0; i < 200; ++i) {
-            t.push_back(kT0 + i);
-            v.push_back(20.0 + std::sin(i / 10.0));
-        }
-        r.AddPoints(0, t, v, std::vector<TPointKind>(t.size(), TPointKind::Value));
+        AddSampledCurve(Db, u"T1"_s, 200, kT0, 1, [](int i) { return 20.0 + std::sin(i / 10.0); });
         Db.Curve_AxisSet(0, axLeft);
         Chart = std::make_unique<TZebChart>(&Db);
         Chart->resize(900, 500);
@@ -241,10 +234,9 @@ private Q_SLOTS:
     // Without a left axis the notice command hides the notices and says why.
     void noticeCommandNeedsTheLeftAxis() {
         QTemporaryDir dir;
-        qputenv("ZEB_SETTINGS_FILE", dir.filePath(u"settings.ini"_s).toLocal8Bit());
-        SetZebProgramDir(dir.path());
+        UseTestEnvironment(dir);
         const QString file = dir.filePath(u"n.zeb"_s);
-        Generate({u"--channels"_s, u"2"_s, u"--records"_s, u"100"_s, file});
+        QVERIFY(MakeRecording(file, {.channels = 2, .records = 100}));
         TForm1 f;
         QVERIFY(Load(f, file));
         QAction* note = Action(f, u"menGraphNote"_s);

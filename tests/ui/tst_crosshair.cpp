@@ -5,6 +5,7 @@
 #include "config/Texts.h"
 #include "data/Formats.h"
 #include "store/DataBase.h"
+#include "StoreFill.h"
 #include "ui/CrossHair.h"
 #include "ui/ZebChart.h"
 
@@ -33,10 +34,7 @@ void Fill(TDataBase& db, bool right) {
     r.AddPoints(0, t, v, k);
     db.Curve_AxisSet(0, 1);
     if (!right) return;
-    r.AddCurve(u"B-2"_s);
-    for (double& x : v)
-        x = 1000.0 - x;
-    r.AddPoints(1, t, v, std::vector<TPointKind>(t.size(), TPointKind::Value));
+    AddSampledCurve(db, u"B-2"_s, 100, kT0, 10.0, [](int i) { return 1000.0 - (i == 50 ? 0.0 : i); });
     db.Curve_AxisSet(1, 2);
 }
 

@@ -3,19 +3,19 @@
 // and what the cutter writes loads back to exactly the window the chart showed.
 
 #include "../tools/ToolHelpers.h"
-#include "config/Texts.h"
-#include "config/ZebReg.h"
 #include "MainFixture.h"
 #include "RecordingBuilder.h"
+#include "config/Texts.h"
+#include "config/ZebReg.h"
 #include "store/DataBase.h"
 #include "ui/ZebDlg.h"
 
+#include <QAbstractButton>
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMessageBox>
 #include <QPointer>
-#include <QAbstractButton>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -97,181 +97,174 @@ class TstHandoffs : public QObject {
     QString FSource, FPrograms;
 
 private Q_SLOTS:
-    void initTestCase();
-    void cleanup();
-    void commandsFollowPrograms_data();
-    void commandsFollowPrograms();
-    void commandLine();
-    void cutLoadsBackToWindow_data();
-    void cutLoadsBackToWindow();
-    void failureInStatusBar();
+    void initTestCase() {
+        QVERIFY(FTmp.isValid());
+        qputenv("ZEB_SETTINGS_FILE", FTmp.filePath(u"settings.ini"_s).toLocal8Bit());
+        SwitchTexts(LangEnglish);
+        TZebDlg::SetNativeDialogs(false);
+        FSource = FTmp.filePath(u"source.zeb"_s);
+        QVERIFY(WriteFixture(FSource));
+        FPrograms = QFileInfo(QStringLiteral(ZEB_CUTTER)).absolutePath();
+    }
+
+    void cleanup() {
+        TZebDlg::SetDialogHook({});
+        SetZebProgramDir({});
+        ZebSettings() = TZebSettings();
+    }
+
+    void commandsFollowPrograms_data() {
+        QTest::addColumn<QStringList>("programs");
+        QTest::addColumn<bool>("saveAs");
+        QTest::addColumn<bool>("exportText");
+        QTest::newRow("none") << QStringList{} << false << false;
+        QTest::newRow("cutter") << QStringList{QStringLiteral(ZEB_CUTTER)} << true << false;
+        // Text goes through the cutter, so the converter alone is not enough.
+        QTest::newRow("converter") << QStringList{QStringLiteral(ZEB2CSV)} << false << false;
+        QTest::newRow("both") << QStringList{QStringLiteral(ZEB_CUTTER), QStringLiteral(ZEB2CSV)} << true
+                              << true;
+    }
+
+    void commandsFollowPrograms() {
+        QFETCH(QStringList, programs);
+        QFETCH(bool, saveAs);
+        QFETCH(bool, exportText);
+        QTemporaryDir bin;
+        for (const QString& p : programs)
+            QVERIFY(QFile::copy(p, bin.filePath(QFileInfo(p).fileName())));
+        SetZebProgramDir(bin.path());
+
+        TForm1 f;
+        QAction* save = Action(f, u"menFileSaveAs"_s);
+        QAction* text = Action(f, u"menFileExportText"_s);
+        QVERIFY(save && text);
+        QCOMPARE(save->isVisible(), saveAs);
+        QCOMPARE(text->isVisible(), exportText);
+        ShowFileMenu(f);
+        QVERIFY(!save->isEnabled() && !text->isEnabled()); // nothing open yet
+
+        QVERIFY(Load(f, FSource));
+        ShowFileMenu(f);
+        QCOMPARE(save->isEnabled(), saveAs); // a hidden action never enables
+        QCOMPARE(text->isEnabled(), exportText);
+        // Hidden for good: opening a file does not bring a missing program's command back.
+        QCOMPARE(save->isVisible(), saveAs);
+        QCOMPARE(text->isVisible(), exportText);
+    }
+
+    void commandLine() {
+        TForm1 f;
+        QVERIFY(Load(f, FSource));
+        TDataBase& db = *f.DataBase();
+        QCOMPARE(db.Curve_Count(), 2);
+        TAxisState& x = db.Axis_Get(axBottom);
+        x.Min = 1000.0 + 4 / 3.0;
+        x.Max = 1000.0 + 50 / 3.0;
+
+        const QString target = FTmp.filePath(u"out.csv"_s);
+        QStringList args = f.CutterArguments(target, true);
+        QCOMPARE(args.size(), 7);
+        QCOMPARE(args[0], QDir::toNativeSeparators(FSource));
+        QCOMPARE(args[1], QDir::toNativeSeparators(target));
+        // The edges read back bit for bit, whatever the locale's decimal sign.
+        QCOMPARE(ReadBack(args[2]), x.Min);
+        QCOMPARE(ReadBack(args[3]), x.Max);
+        QVERIFY(!args[2].contains(u','));
+        QCOMPARE(args[4], u"2"_s);
+        QCOMPARE(args[5], u"0,2"_s); // the file's channels, not the curves' positions
+        QCOMPARE(args[6], u"csv"_s);
+
+        db.Curve_SetActive(0, false);
+        args = f.CutterArguments(target, false);
+        QCOMPARE(args.size(), 6);
+        QCOMPARE(args[4], u"1"_s);
+        QCOMPARE(args[5], u"2"_s);
+
+        db.Curve_SetActive(1, false);
+        QVERIFY(f.CutterArguments(target, false).isEmpty());
+    }
+
+    void cutLoadsBackToWindow_data() {
+        QTest::addColumn<bool>("csv");
+        QTest::addColumn<bool>("firstOnly");
+        QTest::addColumn<QString>("name");
+        QTest::newRow("recording, both curves") << false << false << u"both.zeb"_s;
+        QTest::newRow("recording, one curve") << false << true << u"one.zeb"_s;
+        QTest::newRow("text") << true << false << u"window.csv"_s;
+    }
+
+    void cutLoadsBackToWindow() {
+        QFETCH(bool, csv);
+        QFETCH(bool, firstOnly);
+        QFETCH(QString, name);
+        SetZebProgramDir(FPrograms);
+        TForm1 f;
+        QVERIFY(f.CutterAvailable() && f.TextExportAvailable());
+        QVERIFY(Load(f, FSource));
+        TDataBase& db = *f.DataBase();
+        if (firstOnly) db.Curve_SetActive(1, false);
+        // Edges on stamps that have no exact decimal form: both must stay inside.
+        TAxisState& x = db.Axis_Get(axBottom);
+        x.Min = 1000.0 + 5 / 3.0;
+        x.Max = 1000.0 + 41 / 3.0;
+
+        const QString target = FTmp.filePath(name);
+        AnswerSaveDialog(target);
+        QSignalSpy done(&f, &TForm1::cutterFinished);
+        Action(f, csv ? u"menFileExportText"_s : u"menFileSaveAs"_s)->trigger();
+        QCOMPARE(f.CuttersRunning(), 1);
+        QVERIFY(f.StatusText().contains(u"Writing"_s));
+        QVERIFY(done.wait(60000));
+        QCOMPARE(done.first().first().toInt(), 0);
+        QCOMPARE(f.StatusText(), TxtFmt(TTextId::MsgCutterDone, {QDir::toNativeSeparators(target)}));
+        QCOMPARE(f.CuttersRunning(), 0);
+
+        if (csv) {
+            QFile file(target);
+            QVERIFY(file.open(QIODevice::ReadOnly | QIODevice::Text));
+            const QStringList lines = QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts);
+            QVERIFY(lines.size() > 1);
+            QVERIFY(lines[0].contains(u"Alpha"_s) && lines[0].contains(u"Gamma"_s));
+            QVERIFY(!lines[0].contains(u"Beta"_s));
+            // One row per stamp inside the window that either curve measured.
+            QSet<double> stamps;
+            for (int c = 0; c < db.Curve_Count(); ++c)
+                for (const tooltest::TPoint& p : tooltest::Points(db, c, x.Min, x.Max))
+                    stamps.insert(p.t);
+            QCOMPARE(lines.size() - 1, stamps.size());
+            return;
+        }
+        auto cut = tooltest::Load(target);
+        QCOMPARE(cut->Curve_Count(), firstOnly ? 1 : 2);
+        for (int c = 0; c < cut->Curve_Count(); ++c) {
+            QCOMPARE(cut->Curve_NameGet(c), db.Curve_NameGet(c));
+            const auto want = tooltest::Points(db, c, x.Min, x.Max);
+            QVERIFY(!want.isEmpty());
+            QCOMPARE(tooltest::Points(*cut, c, -1e300, 1e300), want);
+        }
+    }
+
+    void failureInStatusBar() {
+        SetZebProgramDir(FPrograms);
+        TForm1 f;
+        QVERIFY(Load(f, FSource));
+        // The source under another name as the target: the cutter refuses, and its own line is shown.
+        const QString alias = FTmp.filePath(u"alias.zeb"_s);
+        QVERIFY(QFile::link(FSource, alias));
+        AnswerSaveDialog(alias);
+        QSignalSpy done(&f, &TForm1::cutterFinished);
+        Action(f, u"menFileSaveAs"_s)->trigger();
+        QVERIFY(done.wait(60000));
+        QCOMPARE(done.first().first().toInt(), 3);
+        const QString status = f.StatusText();
+        QVERIFY2(status.startsWith(u"The cutter stopped with code 3: "_s), qPrintable(status));
+        QVERIFY(status.size() > 33);
+        QVERIFY(!status.contains(u'\n'));
+        // The source is untouched.
+        QVERIFY(Load(f, FSource));
+        QCOMPARE(f.DataBase()->Curve_Count(), 2);
+    }
 };
-
-void TstHandoffs::initTestCase() {
-    QVERIFY(FTmp.isValid());
-    qputenv("ZEB_SETTINGS_FILE", FTmp.filePath(u"settings.ini"_s).toLocal8Bit());
-    SwitchTexts(LangEnglish);
-    TZebDlg::SetNativeDialogs(false);
-    FSource = FTmp.filePath(u"source.zeb"_s);
-    QVERIFY(WriteFixture(FSource));
-    FPrograms = QFileInfo(QStringLiteral(ZEB_CUTTER)).absolutePath();
-}
-
-void TstHandoffs::cleanup() {
-    TZebDlg::SetDialogHook({});
-    SetZebProgramDir({});
-    ZebSettings() = TZebSettings();
-}
-
-void TstHandoffs::commandsFollowPrograms_data() {
-    QTest::addColumn<QStringList>("programs");
-    QTest::addColumn<bool>("saveAs");
-    QTest::addColumn<bool>("exportText");
-    QTest::newRow("none") << QStringList{} << false << false;
-    QTest::newRow("cutter") << QStringList{QStringLiteral(ZEB_CUTTER)} << true << false;
-    // Text goes through the cutter, so the converter alone is not enough.
-    QTest::newRow("converter") << QStringList{QStringLiteral(ZEB2CSV)} << false << false;
-    QTest::newRow("both") << QStringList{QStringLiteral(ZEB_CUTTER), QStringLiteral(ZEB2CSV)} << true << true;
-}
-
-void TstHandoffs::commandsFollowPrograms() {
-    QFETCH(QStringList, programs);
-    QFETCH(bool, saveAs);
-    QFETCH(bool, exportText);
-    QTemporaryDir bin;
-    for (const QString& p : programs)
-        QVERIFY(QFile::copy(p, bin.filePath(QFileInfo(p).fileName())));
-    SetZebProgramDir(bin.path());
-
-    TForm1 f;
-    QAction* save = Action(f, u"menFileSaveAs"_s);
-    QAction* text = Action(f, u"menFileExportText"_s);
-    QVERIFY(save && text);
-    QCOMPARE(save->isVisible(), saveAs);
-    QCOMPARE(text->isVisible(), exportText);
-    ShowFileMenu(f);
-    QVERIFY(!save->isEnabled() && !text->isEnabled()); // nothing open yet
-
-    QVERIFY(Load(f, FSource));
-    ShowFileMenu(f);
-    QCOMPARE(save->isEnabled(), saveAs); // a hidden action never enables
-    QCOMPARE(text->isEnabled(), exportText);
-    // Hidden for good: opening a file does not bring a missing program's command back.
-    QCOMPARE(save->isVisible(), saveAs);
-    QCOMPARE(text->isVisible(), exportText);
-}
-
-void TstHandoffs::commandLine() {
-    TForm1 f;
-    QVERIFY(Load(f, FSource));
-    TDataBase& db = *f.DataBase();
-    QCOMPARE(db.Curve_Count(), 2);
-    TAxisState& x = db.Axis_Get(axBottom);
-    x.Min = 1000.0 + 4 / 3.0;
-    x.Max = 1000.0 + 50 / 3.0;
-
-    const QString target = FTmp.filePath(u"out.csv"_s);
-    QStringList args = f.CutterArguments(target, true);
-    QCOMPARE(args.size(), 7);
-    QCOMPARE(args[0], QDir::toNativeSeparators(FSource));
-    QCOMPARE(args[1], QDir::toNativeSeparators(target));
-    // The edges read back bit for bit, whatever the locale's decimal sign.
-    QCOMPARE(ReadBack(args[2]), x.Min);
-    QCOMPARE(ReadBack(args[3]), x.Max);
-    QVERIFY(!args[2].contains(u','));
-    QCOMPARE(args[4], u"2"_s);
-    QCOMPARE(args[5], u"0,2"_s); // the file's channels, not the curves' positions
-    QCOMPARE(args[6], u"csv"_s);
-
-    db.Curve_SetActive(0, false);
-    args = f.CutterArguments(target, false);
-    QCOMPARE(args.size(), 6);
-    QCOMPARE(args[4], u"1"_s);
-    QCOMPARE(args[5], u"2"_s);
-
-    db.Curve_SetActive(1, false);
-    QVERIFY(f.CutterArguments(target, false).isEmpty());
-}
-
-void TstHandoffs::cutLoadsBackToWindow_data() {
-    QTest::addColumn<bool>("csv");
-    QTest::addColumn<bool>("firstOnly");
-    QTest::addColumn<QString>("name");
-    QTest::newRow("recording, both curves") << false << false << u"both.zeb"_s;
-    QTest::newRow("recording, one curve") << false << true << u"one.zeb"_s;
-    QTest::newRow("text") << true << false << u"window.csv"_s;
-}
-
-void TstHandoffs::cutLoadsBackToWindow() {
-    QFETCH(bool, csv);
-    QFETCH(bool, firstOnly);
-    QFETCH(QString, name);
-    SetZebProgramDir(FPrograms);
-    TForm1 f;
-    QVERIFY(f.CutterAvailable() && f.TextExportAvailable());
-    QVERIFY(Load(f, FSource));
-    TDataBase& db = *f.DataBase();
-    if (firstOnly) db.Curve_SetActive(1, false);
-    // Edges on stamps that have no exact decimal form: both must stay inside.
-    TAxisState& x = db.Axis_Get(axBottom);
-    x.Min = 1000.0 + 5 / 3.0;
-    x.Max = 1000.0 + 41 / 3.0;
-
-    const QString target = FTmp.filePath(name);
-    AnswerSaveDialog(target);
-    QSignalSpy done(&f, &TForm1::cutterFinished);
-    Action(f, csv ? u"menFileExportText"_s : u"menFileSaveAs"_s)->trigger();
-    QCOMPARE(f.CuttersRunning(), 1);
-    QVERIFY(f.StatusText().contains(u"Writing"_s));
-    QVERIFY(done.wait(60000));
-    QCOMPARE(done.first().first().toInt(), 0);
-    QCOMPARE(f.StatusText(), TxtFmt(TTextId::MsgCutterDone, {QDir::toNativeSeparators(target)}));
-    QCOMPARE(f.CuttersRunning(), 0);
-
-    if (csv) {
-        QFile file(target);
-        QVERIFY(file.open(QIODevice::ReadOnly | QIODevice::Text));
-        const QStringList lines = QString::fromUtf8(file.readAll()).split(u'\n', Qt::SkipEmptyParts);
-        QVERIFY(lines.size() > 1);
-        QVERIFY(lines[0].contains(u"Alpha"_s) && lines[0].contains(u"Gamma"_s));
-        QVERIFY(!lines[0].contains(u"Beta"_s));
-        // One row per stamp inside the window that either curve measured.
-        QSet<double> stamps;
-        for (int c = 0; c < db.Curve_Count(); ++c)
-            for (const tooltest::TPoint& p : tooltest::Points(db, c, x.Min, x.Max)) stamps.insert(p.t);
-        QCOMPARE(lines.size() - 1, stamps.size());
-        return;
-    }
-    auto cut = tooltest::Load(target);
-    QCOMPARE(cut->Curve_Count(), firstOnly ? 1 : 2);
-    for (int c = 0; c < cut->Curve_Count(); ++c) {
-        QCOMPARE(cut->Curve_NameGet(c), db.Curve_NameGet(c));
-        const auto want = tooltest::Points(db, c, x.Min, x.Max);
-        QVERIFY(!want.isEmpty());
-        QCOMPARE(tooltest::Points(*cut, c, -1e300, 1e300), want);
-    }
-}
-
-void TstHandoffs::failureInStatusBar() {
-    SetZebProgramDir(FPrograms);
-    TForm1 f;
-    QVERIFY(Load(f, FSource));
-    // The source under another name as the target: the cutter refuses, and its own line is shown.
-    const QString alias = FTmp.filePath(u"alias.zeb"_s);
-    QVERIFY(QFile::link(FSource, alias));
-    AnswerSaveDialog(alias);
-    QSignalSpy done(&f, &TForm1::cutterFinished);
-    Action(f, u"menFileSaveAs"_s)->trigger();
-    QVERIFY(done.wait(60000));
-    QCOMPARE(done.first().first().toInt(), 3);
-    const QString status = f.StatusText();
-    QVERIFY2(status.startsWith(u"The cutter stopped with code 3: "_s), qPrintable(status));
-    QVERIFY(status.size() > 33);
-    QVERIFY(!status.contains(u'\n'));
-    // The source is untouched.
-    QVERIFY(Load(f, FSource));
-    QCOMPARE(f.DataBase()->Curve_Count(), 2);
-}
 
 QTEST_MAIN(TstHandoffs)
 #include "tst_handoffs.moc"

@@ -5,8 +5,10 @@
 #include "config/Texts.h"
 #include "config/ZebReg.h"
 #include "data/Formats.h"
+#include "Files.h"
 #include "MainFixture.h"
 #include "store/DataBase.h"
+#include "StoreFill.h"
 #include "ui/CrossHair.h"
 #include "ui/Main.h"
 #include "ui/Printing.h"
@@ -41,14 +43,7 @@ namespace {
 constexpr double kT0 = 7.6e8;
 
 void Fill(TDataBase& db) {
-    TStoreReceiver r(db);
-    r.AddCurve(u"T1"_s);
-    std::vector<double> t, v;
-    for (int i = 0; i < 300; ++i) {
-        t.push_back(kT0 + i);
-        v.push_back(20.0 + 5.0 * std::sin(i / 20.0));
-    }
-    r.AddPoints(0, t, v, std::vector<TPointKind>(t.size(), TPointKind::Value));
+    AddSampledCurve(db, u"T1"_s, 300, kT0, 1, [](int i) { return 20.0 + 5.0 * std::sin(i / 20.0); });
     db.Curve_AxisSet(0, axLeft);
 }
 
@@ -173,10 +168,9 @@ private Q_SLOTS:
     // settings; the chart editor beside it changes the chart and the store at once.
     void previewAndEditorPages() {
         QTemporaryDir dir;
-        qputenv("ZEB_SETTINGS_FILE", dir.filePath(u"settings.ini"_s).toLocal8Bit());
-        SetZebProgramDir(dir.path());
+        UseTestEnvironment(dir);
         const QString file = dir.filePath(u"p.zeb"_s);
-        Generate({u"--channels"_s, u"2"_s, u"--records"_s, u"500"_s, file});
+        QVERIFY(MakeRecording(file, {.channels = 2, .records = 500}));
         TForm1 f;
         f.resize(1100, 750);
         f.show();
@@ -288,10 +282,9 @@ private Q_SLOTS:
     // The picture exports offer their file types in the user's language.
     void pictureFiltersInTheLanguage() {
         QTemporaryDir dir;
-        qputenv("ZEB_SETTINGS_FILE", dir.filePath(u"settings.ini"_s).toLocal8Bit());
-        SetZebProgramDir(dir.path());
+        UseTestEnvironment(dir);
         const QString file = dir.filePath(u"f.zeb"_s);
-        Generate({u"--channels"_s, u"2"_s, u"--records"_s, u"100"_s, file});
+        QVERIFY(MakeRecording(file, {.channels = 2, .records = 100}));
         TForm1 f;
         QVERIFY(Load(f, file));
         const struct {
@@ -336,9 +329,7 @@ private Q_SLOTS:
             QVERIFY(svg.isValid());
             QCOMPARE(svg.viewBox(), QRect(0, 0, 640, 360));
         } else if (suffix == u"pdf") {
-            QFile f(file);
-            QVERIFY(f.open(QIODevice::ReadOnly));
-            QVERIFY(f.read(5) == "%PDF-");
+            QVERIFY(ReadBytes(file).startsWith("%PDF-"));
         } else {
             QImageReader reader(file);
             QCOMPARE(reader.size(), QSize(640, 360));

@@ -22,7 +22,6 @@
 #include <QLineEdit>
 #include <QPdfWriter>
 #include <QPrintPreviewWidget>
-#include <QProcess>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
@@ -90,13 +89,6 @@ void Fill(TDataBase& db, const QString& file) {
     TMseTimeText& late = db.Settings().TimeTexts.Add();
     late.Text.Set(u"Compressor serviced"_s);
     late.X.Set(At(950));
-}
-
-QString PdfText(const QString& pdf) {
-    QProcess p;
-    p.start(u"pdftotext"_s, {u"-layout"_s, pdf, u"-"_s});
-    if (!p.waitForFinished(60000) || p.exitCode() != 0) return {};
-    return QString::fromUtf8(p.readAllStandardOutput());
 }
 
 // The lines from the one holding `from` up to the next holding any of `until`.

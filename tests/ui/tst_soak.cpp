@@ -1,20 +1,14 @@
-// Many loads in one process: opened and cancelled again and again, a close asked for while a
-// load runs, and the window destroyed in the middle of one. Run under the sanitizers this
-// finds leaks, use after free and loader threads that outlive their window.
+// Many loads in one process: opened and cancelled again and again, and the window destroyed
+// in the middle of one. Run under the sanitizers this finds leaks, use after free and loader
+// threads that outlive their window.
 
-#include "config/Texts.h"
-#include "config/ZebReg.h"
+#include "MainFixture.h"
 #include "store/DataBase.h"
 #include "store/FileThread.h"
-#include "ui/Main.h"
-#include "ui/ZebDlg.h"
 
 #include <QDialog>
 #include <QDir>
 #include <QFile>
-#include <QProcess>
-#include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <memory>
@@ -51,20 +45,12 @@ class TstSoak : public QObject {
 private Q_SLOTS:
     void initTestCase() {
         QVERIFY(FTmp.isValid());
-        qputenv("ZEB_SETTINGS_FILE", FTmp.filePath(u"settings.ini"_s).toLocal8Bit());
-        SetZebProgramDir(FTmp.path());
-        zeb::SwitchTexts(zeb::LangEnglish);
-        zeb::TZebDlg::SetNativeDialogs(false);
+        UseTestEnvironment(FTmp);
         zeb::TZebDlg::SetDialogHook([](QDialog* dlg) { dlg->reject(); });
         FBig = FTmp.filePath(u"big.zeb"_s);
         FSmall = FTmp.filePath(u"small.zeb"_s);
-        for (const QStringList& args : {QStringList{u"--channels"_s, u"4"_s, u"--values"_s, u"2000000"_s, FBig},
-                                        QStringList{u"--channels"_s, u"2"_s, u"--records"_s, u"500"_s, FSmall}}) {
-            QProcess p;
-            p.start(QStringLiteral(ZEBTOOL), QStringList{u"gen"_s, u"--quiet"_s} + args);
-            QVERIFY(p.waitForFinished(120000));
-            QCOMPARE(p.exitCode(), 0);
-        }
+        QVERIFY(MakeRecording(FBig, {.channels = 4, .records = RecordsFor(2000000, 4)}));
+        QVERIFY(MakeRecording(FSmall, {.channels = 2, .records = 500}));
         // Qt starts some helper threads of its own on first use: one whole load before counting.
         {
             TForm1 f;
@@ -98,19 +84,6 @@ private Q_SLOTS:
         QVERIFY(done.wait(60000));
         QCOMPARE(int(done.first().first().value<TLoadReport>()), int(TLoadReport::ResultOk));
         QCOMPARE(f.DataBase()->Curve_Count(), 2);
-    }
-
-    void closeDuringLoad() {
-        TForm1 f;
-        f.show();
-        QVERIFY(QTest::qWaitForWindowExposed(&f));
-        QSignalSpy done(&f, &TForm1::loadFinished);
-        QVERIFY(f.OpenFile(FBig));
-        QVERIFY(WaitForProgress(f));
-        QVERIFY(!f.close()); // only the load stops
-        QVERIFY(done.wait(60000));
-        QVERIFY(f.isVisible());
-        QVERIFY(f.close());
     }
 
     // Destroyed while its loader reads: the loader stops and goes with the window.

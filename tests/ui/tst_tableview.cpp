@@ -4,6 +4,7 @@
 #include "config/Texts.h"
 #include "data/Formats.h"
 #include "store/DataBase.h"
+#include "StoreFill.h"
 #include "ui/TableView.h"
 #include "ui/ZebChart.h"
 
@@ -20,28 +21,20 @@ namespace {
 
 // Curve 0: one point a second from 0; curve 1: every other second, with a gap marker.
 void Fill(TDataBase& db, int points) {
+    AddSampledCurve(db, QStringLiteral("M1"), points, 0, 1, [](int i) { return i % 100; });
     TStoreReceiver r(db);
-    r.AddCurve(QStringLiteral("M1"));
     r.AddCurve(QStringLiteral("M2"));
     r.SetChannelName(0, QStringLiteral("Temp"));
     r.SetUnit(0, QStringLiteral("°C"));
     r.SetChannelName(1, QStringLiteral("Hum"));
     std::vector<double> t, v;
     std::vector<TPointKind> k;
-    for (int i = 0; i < points; ++i) {
-        t.push_back(i);
-        v.push_back(i % 100);
-        k.push_back(TPointKind::Value);
-    }
-    r.AddPoints(0, t, v, k);
-    std::vector<double> t2, v2;
-    std::vector<TPointKind> k2;
     for (int i = 0; i < points; i += 2) {
-        t2.push_back(i);
-        v2.push_back(-i);
-        k2.push_back(i == 4 ? TPointKind::Gap : TPointKind::Value);
+        t.push_back(i);
+        v.push_back(-i);
+        k.push_back(i == 4 ? TPointKind::Gap : TPointKind::Value);
     }
-    r.AddPoints(1, t2, v2, k2);
+    r.AddPoints(1, t, v, k);
     r.SetLimits(0, 2, 1, 50.0, 0.0); // alarm above 50
     db.Curve_FormatSet(0, QStringLiteral("0.0"));
     db.Curve_FormatSet(1, QStringLiteral("0"));
@@ -51,18 +44,10 @@ void Fill(TDataBase& db, int points) {
 // Many channels with long names: channel k holds 1000 * k + the second.
 void FillMany(TDataBase& db, int channels, int points) {
     TStoreReceiver r(db);
-    std::vector<double> t, v;
-    std::vector<TPointKind> kinds(size_t(points), TPointKind::Value);
-    for (int i = 0; i < points; ++i)
-        t.push_back(i);
     for (int k = 0; k < channels; ++k) {
-        r.AddCurve(QStringLiteral("EB-T%1").arg(k));
+        AddSampledCurve(db, QStringLiteral("EB-T%1").arg(k), points, 0, 1, [k](int i) { return 1000 * k + i; });
         r.SetChannelName(k, QStringLiteral("Temperature channel %1").arg(k));
         r.SetUnit(k, QStringLiteral("°C"));
-        v.clear();
-        for (int i = 0; i < points; ++i)
-            v.push_back(1000 * k + i);
-        r.AddPoints(k, t, v, kinds);
         db.Curve_FormatSet(k, QStringLiteral("0"));
     }
     db.Table_SetFirstRow(0);

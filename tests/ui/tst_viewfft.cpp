@@ -4,7 +4,10 @@
 
 #include "config/Texts.h"
 #include "data/Formats.h"
+#include "LoadRecording.h"
+#include "MakeRecording.h"
 #include "store/DataBase.h"
+#include "StoreFill.h"
 #include "ui/ChartPropsDlg.h"
 #include "ui/CrossHair.h"
 #include "ui/ValidateEdit.h"
@@ -35,15 +38,10 @@ constexpr double kHz = 5.0;
 void Fill(TDataBase& db, int n = 6000) {
     TStoreReceiver r(db);
     for (int c = 0; c < 2; ++c) {
-        r.AddCurve(u"A1"_s);
+        AddSampledCurve(db, u"A1"_s, n, kT0, kDt,
+                        [](int i) { return 1.0 + 2.0 * std::sin(2.0 * std::numbers::pi * kHz * i * kDt); });
         r.SetChannelName(c, c ? u"Vibration"_s : u"Off"_s);
         r.SetUnit(c, u"g"_s);
-        std::vector<double> t, v;
-        for (int i = 0; i < n; ++i) {
-            t.push_back(kT0 + i * kDt);
-            v.push_back(1.0 + 2.0 * std::sin(2.0 * std::numbers::pi * kHz * i * kDt));
-        }
-        r.AddPoints(c, t, v, std::vector<TPointKind>(size_t(n), TPointKind::Value));
     }
     db.Curve_SetActive(0, false);
     db.Axis_Get(axBottom).Min = kT0;
@@ -196,29 +194,9 @@ private Q_SLOTS:
     void zebtoolAgrees() {
         QTemporaryDir dir;
         const QString file = dir.filePath(u"fft.zeb"_s);
-        QProcess gen;
-        gen.start(QStringLiteral(ZEBTOOL),
-                  {u"gen"_s, u"--quiet"_s, u"--channels"_s, u"5"_s, u"--records"_s, u"3000"_s, u"--interval"_s, u"1"_s, file});
-        QVERIFY(gen.waitForFinished(60000));
-        TDataBase db;
-        {
-            // Read as zebtool reads it.
-            QProcess dump;
-            dump.start(QStringLiteral(ZEBTOOL), {u"dump"_s, file});
-            QVERIFY(dump.waitForFinished(60000));
-            const QJsonArray curves = QJsonDocument::fromJson(dump.readAllStandardOutput()).object()[u"curves"_s].toArray();
-            TStoreReceiver r(db);
-            for (int c = 0; c < curves.size(); ++c) {
-                r.AddCurve(QString::number(c));
-                std::vector<double> t, v;
-                for (const QJsonValue& p : curves[c].toObject()[u"points"_s].toArray()) {
-                    t.push_back(p.toArray()[0].toDouble());
-                    v.push_back(p.toArray()[1].toDouble());
-                }
-                r.AddPoints(c, t, v, std::vector<TPointKind>(t.size(), TPointKind::Value));
-            }
-        }
-        const TCurveData& d = db.Data(4);
+        QVERIFY(MakeRecording(file, {.channels = 5, .records = 3000, .intervalSeconds = 1}));
+        const auto db = LoadRecording(file); // as the viewer and zebtool load it
+        const TCurveData& d = db->Data(4);
         const double from = d.Time(100), to = d.Time(1200);
         TFastFourier fft;
         const TBandSpectrum s = BandSpectrum(d, 0, d.Count() - 1, from, to, fft);

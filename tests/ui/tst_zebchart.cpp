@@ -6,6 +6,7 @@
 #include "config/Texts.h"
 #include "data/Formats.h"
 #include "store/DataBase.h"
+#include "StoreFill.h"
 #include "ui/CrossHair.h"
 #include "ui/ZebChart.h"
 #include "ui/ZoomAndScroll.h"
@@ -28,17 +29,10 @@ struct TFill {
     TStoreReceiver r{db};
     int Curve(const QString& module, const QString& name, const QString& unit, int axis, int n,
               double (*value)(int), const QString& logger = QStringLiteral("Logger 1")) {
-        const int c = db.Curve_Count();
-        r.AddCurve(module);
+        const int c = AddSampledCurve(db, module, n, kT0, 1, value);
         r.SetChannelName(c, name);
         r.SetUnit(c, unit);
         r.SetLoggerName(c, logger);
-        std::vector<double> t, v;
-        for (int i = 0; i < n; ++i) {
-            t.push_back(kT0 + i);
-            v.push_back(value(i));
-        }
-        r.AddPoints(c, t, v, std::vector<TPointKind>(size_t(n), TPointKind::Value));
         db.Curve_AxisSet(c, axis);
         return c;
     }

@@ -5,6 +5,7 @@
 #include "config/Texts.h"
 #include "data/Formats.h"
 #include "store/DataBase.h"
+#include "StoreFill.h"
 #include "ui/CrossHair.h"
 #include "ui/ZebChart.h"
 #include "ui/ZoomAndScroll.h"
@@ -25,17 +26,10 @@ struct TChart {
     QRect Plot;
 
     TChart() {
-        TStoreReceiver r(Db);
-        for (int c = 0; c < 2; ++c) {
-            r.AddCurve(u"M%1"_s.arg(c));
-            std::vector<double> t, v;
-            for (int i = 0; i < 500; ++i) {
-                t.push_back(kT0 + i);
-                v.push_back(c == 0 ? i * 0.1 : 100.0 - i);
-            }
-            r.AddPoints(c, t, v, std::vector<TPointKind>(t.size(), TPointKind::Value));
-            Db.Curve_AxisSet(c, c + 1);
-        }
+        AddSampledCurve(Db, u"M0"_s, 500, kT0, 1, [](int i) { return i * 0.1; });
+        AddSampledCurve(Db, u"M1"_s, 500, kT0, 1, [](int i) { return 100.0 - i; });
+        Db.Curve_AxisSet(0, 1);
+        Db.Curve_AxisSet(1, 2);
         Chart = std::make_unique<TZebChart>(&Db);
         Chart->resize(800, 500);
         Chart->show();
