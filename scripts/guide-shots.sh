@@ -34,4 +34,12 @@ pdftoppm -png -r 60 -f 1 -l 2 "$work/report.pdf" "$work/report"
 cp "$work/report-1.png" "$out/report-page1.png"
 cp "$work/report-2.png" "$out/report-page2.png"
 echo "wrote $out/report-page1.png $out/report-page2.png"
-"$bin/zeb_guide_shots" "$work/demo.zeb" "$out" 2> >(grep -v "does not support" >&2)
+# A shipment of loggers for the summary: shelves with one to three channels, one without limits.
+mkdir -p "$work/shipment"
+for i in $(seq -w 1 12); do
+  limits=()
+  [ "$i" = 05 ] && limits=(--no-limits)
+  "$bin/zebtool" gen --quiet --seed "$i" --channels $((1 + 10#$i % 3)) --records $((3000 + 10#$i * 400)) \
+    --logger "Shelf $i" "${limits[@]}" "$work/shipment/shelf-$i.zeb"
+done
+"$bin/zeb_guide_shots" "$work/demo.zeb" "$out" "$work/shipment" 2> >(grep -v "does not support" >&2)

@@ -150,11 +150,8 @@ int main(int argc, char** argv) {
                         std::fputs("zeb_guide_shots: the summary did not open\n", stderr);
                         ++failures;
                     } else {
-                        summary->resize(1240, 620);
+                        summary->resize(1180, 420);
                         failures += !Save(Grab(summary), outDir, "window-summary.png");
-                        if (auto* failed = summary->findChild<QCheckBox*>(QStringLiteral("chkFailedOnly")))
-                            failed->setChecked(true);
-                        failures += !Save(Grab(summary), outDir, "window-summary-failed.png");
                         summary->close();
                     }
                 }
