@@ -41,8 +41,8 @@ TRecordingGenerator::TRecordingGenerator(const TGenOptions& options)
         ch.name = QString::fromLatin1(k.name) + (round ? QStringLiteral(" %1").arg(round + 1) : QString());
         ch.unit = QString::fromUtf16(k.unit);
         ch.logger = FOpt.loggerName;
-        ch.alarm = k.alarm;
-        ch.record = k.alarm ? 1 : 0;
+        ch.alarm = FOpt.limitMode >= 0 ? quint16(FOpt.limitMode) : k.alarm;
+        ch.record = ch.alarm ? 1 : 0;
         ch.limit1 = k.l1;
         ch.limit2 = k.l2;
         FChannels.push_back(ch);

@@ -20,6 +20,9 @@ struct TGenOptions {
     double oddRate = 0.0;      // share of values written as NaN or infinity
     double jitter = 0.0;       // each stamp moved at random by up to this share of the interval
     bool limits = true;
+    // Set: every channel's limit mode (1 below L1, 2 above L1, 3 between L1 and L2, 4 outside
+    // them) instead of its own.
+    int limitMode = -1;
     QString zebName = QStringLiteral("ZEB demo");
     QString loggerName = QStringLiteral("Logger 1");
     QString creator = QStringLiteral("zebtool");

@@ -47,7 +47,7 @@ QString Cut(const QString& from, const QString& to, qint64 keep, bool damage) {
 class TstSummary : public QObject {
     Q_OBJECT
     QTemporaryDir FDir;
-    QString FPlain, FOdd, FNoLimits, FTruncated, FDamaged;
+    QString FPlain, FOdd, FNoLimits, FTruncated, FDamaged, FBetween;
 
 private Q_SLOTS:
     void initTestCase() {
@@ -64,12 +64,16 @@ private Q_SLOTS:
         o.oddRate = 0.005;
         FOdd = Make(FDir, QStringLiteral("odd.zeb"), o);
         o = TGenOptions();
+        o.records = 20000;
+        o.limitMode = 3;
+        FBetween = Make(FDir, QStringLiteral("between.zeb"), o);
+        o = TGenOptions();
         o.records = 3000;
         o.limits = false;
         FNoLimits = Make(FDir, QStringLiteral("nolimits.zeb"), o);
         FTruncated = Cut(FPlain, FDir.filePath(QStringLiteral("cut.zeb")), QFileInfo(FPlain).size() * 2 / 3, false);
         FDamaged = Cut(FOdd, FDir.filePath(QStringLiteral("damaged.zeb")), QFileInfo(FOdd).size() / 2, true);
-        for (const QString& f : {FPlain, FOdd, FNoLimits, FTruncated, FDamaged}) QVERIFY(!f.isEmpty());
+        for (const QString& f : {FPlain, FOdd, FNoLimits, FTruncated, FDamaged, FBetween}) QVERIFY(!f.isEmpty());
     }
 
     // Each curve's row holds the report's figures of the recording as the viewer's loader
@@ -80,6 +84,7 @@ private Q_SLOTS:
         QTest::newRow("complete") << FPlain << int(TSummaryStatus::Ok);
         QTest::newRow("gaps, missing and non-finite values") << FOdd << int(TSummaryStatus::Ok);
         QTest::newRow("without limits") << FNoLimits << int(TSummaryStatus::Ok);
+        QTest::newRow("limits: alarm between L1 and L2") << FBetween << int(TSummaryStatus::Ok);
         QTest::newRow("truncated") << FTruncated << int(TSummaryStatus::Truncated);
         QTest::newRow("damaged") << FDamaged << int(TSummaryStatus::Damaged);
     }
@@ -226,8 +231,7 @@ private Q_SLOTS:
         QCOMPARE(cells[3], rows[0].Name);
         QCOMPARE(cells[7], QString::number(rows[0].Points));
         QVERIFY(cells[8].contains(decimal));
-        QCOMPARE(cells[8].toDouble() == rows[0].Min || QString(cells[8]).replace(u',', u'.').toDouble() == rows[0].Min,
-                 true);
+        QCOMPARE(QString(cells[8]).replace(decimal, u"."_s).toDouble(), rows[0].Min);
         QCOMPARE(cells[17], u"no limits"_s);
         QCOMPARE(lines.last().split(list).value(1), u"unreadable"_s);
         zeb::SetFormats(2);
