@@ -7,6 +7,8 @@ packages=(
   g++ cmake ninja-build pkg-config
   qt6-base-dev qt6-base-dev-tools libqt6printsupport6 qt6-translations-l10n qt6-svg-dev
   libqcustomplot-dev zlib1g-dev libisal-dev libfftw3-dev
+  # the cutter's MATLAB and HDF5 outputs
+  libmatio-dev libhdf5-dev
   xvfb xauth poppler-utils
   # the fonts the program names (Arial: Liberation Sans has its metrics) and the tests' fallback
   fonts-liberation2 fonts-dejavu-core

@@ -113,8 +113,11 @@ TParsed ParseCutterArgs(const QStringList& args) {
     if (std::adjacent_find(sorted.begin(), sorted.end()) != sorted.end()) return bad(args[5]);
     if (int(items.size()) != *n) return Bad(TTextId::CmpChannelCount, {args[4], QString::number(items.size())});
     if (args.size() == 7) {
-        if (args[6].compare(QLatin1String("csv"), Qt::CaseInsensitive) != 0) return bad(args[6]);
-        r.Csv = true;
+        const QString kind = args[6].toLower();
+        if (kind == QLatin1String("csv")) r.Csv = true;
+        else if (kind == QLatin1String("mat")) r.Arrays = TArrayKind::Matlab;
+        else if (kind == QLatin1String("h5")) r.Arrays = TArrayKind::Hdf5;
+        else return bad(args[6]);
     }
     p.Kind = TParsed::TKind::Run;
     return p;

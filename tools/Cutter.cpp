@@ -3,8 +3,11 @@
 #include "config/Texts.h"
 #include "data/DataFile.h"
 #include "data/RecordingWalk.h"
+#include "analysis/Analysis.h"
+#include "store/DataBase.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
 
@@ -218,9 +221,68 @@ TCutResult TCutter::Run() {
         return Fail(TCutResult::CannotRead, zeb::TxtFmt(TTextId::CmpCannotRead, {Native(FReq.Source)}));
     if (SamePath(FReq.Source, FReq.Target))
         return Fail(TCutResult::TargetIsSource, zeb::TxtFmt(TTextId::CmpTargetIsSource, {Native(FReq.Target)}));
+    if (FReq.Arrays) return RunArrays(*FReq.Arrays);
     // Records out of time order cannot be merged as they come: the text is made again from
     // the whole recording.
     if (Pass(false) == TPass::Again) Pass(true);
+    return FResult;
+}
+
+// The window's points per channel, read as the viewer reads them (each curve in time order),
+// written whole under a temporary name and renamed at the end.
+TCutResult TCutter::RunArrays(TArrayKind kind) {
+    const QString target = Native(FReq.Target);
+    if (!ArrayKindAvailable(kind))
+        return Fail(TCutResult::CannotWrite, zeb::TxtFmt(TTextId::CmpKindMissing, {target}));
+    auto in = TDataFile::CreateLoad(FReq.Source);
+    if (!in) return Fail(TCutResult::CannotRead, zeb::TxtFmt(TTextId::CmpCannotRead, {Native(FReq.Source)}));
+    in->EnableReadAhead();
+    TDataBase db;
+    TStoreReceiver receiver(db);
+    TRecordingWalk walk(*in, receiver);
+    const TRecordingWalk::TEnd end = walk.Run();
+    in.reset();
+    if (end == TRecordingWalk::TEnd::BadHeader)
+        return Fail(TCutResult::CannotRead, zeb::TxtFmt(TTextId::CmpNotARecording, {Native(FReq.Source)}));
+    std::vector<int> list = FReq.Channels;
+    if (list.empty())
+        for (int c = 0; c < db.Curve_Count(); ++c) list.push_back(c);
+    if (!list.empty() && list.back() >= db.Curve_Count())
+        return Fail(TCutResult::BadArgument, zeb::TxtFmt(TTextId::CmpNoSuchChannel, {QString::number(list.back())}));
+
+    std::vector<TArrayChannel> channels;
+    qint64 points = 0;
+    for (int c : list) {
+        TCurveData& d = db.Data(c);
+        d.SortByTime();
+        const TMseSettingsCurve& s = db.Settings().Curves[c];
+        TArrayChannel a;
+        a.Name = s.sChannelName.Value.isEmpty() ? s.sModulName.Value : s.sChannelName.Value;
+        a.Unit = s.sUnit;
+        a.Logger = s.sLoggername;
+        if (s.LAlarm >= 1 && s.LAlarm <= 4) {
+            a.LimitMode = s.LAlarm;
+            a.L1 = s.LValue1;
+            a.L2 = s.LValue2;
+        }
+        const TIndexRange range = VisibleRange(d, FReq.Start, FReq.End);
+        for (qint64 i = range.First; !range.IsEmpty() && i <= range.Last; ++i) {
+            a.Times.push_back(d.Time(i));
+            a.Values.push_back(d.IsGap(i) ? std::numeric_limits<float>::quiet_NaN() : float(d.Value(i)));
+        }
+        points += qint64(a.Times.size());
+        channels.push_back(std::move(a));
+        d.Clear(); // the column is copied; its memory goes now
+    }
+    const QString part = FReq.Target + QStringLiteral(".part");
+    if (!WriteArrays(kind, part, QFileInfo(FReq.Source).fileName(), channels) ||
+        (QFile::exists(FReq.Target) && !QFile::remove(FReq.Target)) || !QFile::rename(part, FReq.Target)) {
+        QFile::remove(part);
+        return Fail(TCutResult::CannotWrite, zeb::TxtFmt(TTextId::CmpCannotWrite, {target}));
+    }
+    FWritten = points;
+    if (end == TRecordingWalk::TEnd::Damaged || end == TRecordingWalk::TEnd::Truncated)
+        return Fail(TCutResult::Damaged, zeb::TxtFmt(TTextId::CmpDamaged, {Native(FReq.Source), target}));
     return FResult;
 }
 

@@ -6,11 +6,13 @@
 // The target is written to a temporary file and renamed at the end, so a failure leaves
 // no half file and an existing file of that name stays as it was.
 
+#include "ArrayExport.h"
 #include "CsvTable.h"
 
 #include <QString>
 
 #include <limits>
+#include <optional>
 #include <vector>
 
 struct TCutRequest {
@@ -22,6 +24,8 @@ struct TCutRequest {
     std::vector<int> Channels;
     bool Csv = false;
     TCsvFormat Format;
+    // Set: the window as MATLAB or HDF5 arrays instead.
+    std::optional<TArrayKind> Arrays;
 };
 
 // The exit codes of zeb_cutter and zeb2csv.
@@ -47,6 +51,7 @@ public:
 private:
     enum class TPass { Done, Again, Failed };
     TPass Pass(bool whole);
+    TCutResult RunArrays(TArrayKind kind);
     TCutResult Fail(TCutResult result, const QString& message);
 
     TCutRequest FReq;

@@ -600,30 +600,33 @@ constexpr std::array<TTextRecord, size_t(TTextId::Count)> kTable{
 
     // Companion programs: cutter, text converter, previewer
     TTextRecord{CmpCutterUsage,
-                u"Usage: zeb_cutter \"SOURCE\" \"TARGET\" \"START\" \"END\" \"N\" \"LIST\" [\"csv\"]\r\n"
+                u"Usage: zeb_cutter \"SOURCE\" \"TARGET\" \"START\" \"END\" \"N\" \"LIST\" [\"csv\" | \"mat\" | \"h5\"]\r\n"
                 u"Writes the values of the channels in LIST with START <= time <= END as a new recording TARGET.\r\n"
                 u"  START, END  seconds since 1 January 2000, \".\" as the decimal point\r\n"
                 u"  N           the number of channels in LIST\r\n"
                 u"  LIST        channel numbers from 0, separated by commas, e.g. 0,2,3\r\n"
                 u"  csv         TARGET becomes text, as zeb2csv writes it (zeb2csv --help)\r\n"
+                u"  mat, h5     TARGET becomes a MATLAB or HDF5 file of the channels' points\r\n"
                 u"Exit codes: 0 done, 1 invalid argument or unknown channel, 2 the source cannot be read,\r\n"
                 u"3 the target is the source, 4 the target cannot be written, 5 the source is damaged\r\n"
                 u"(what could be read up to the damage was written).",
-                u"Aufruf: zeb_cutter \"QUELLE\" \"ZIEL\" \"START\" \"ENDE\" \"N\" \"LISTE\" [\"csv\"]\r\n"
+                u"Aufruf: zeb_cutter \"QUELLE\" \"ZIEL\" \"START\" \"ENDE\" \"N\" \"LISTE\" [\"csv\" | \"mat\" | \"h5\"]\r\n"
                 u"Schreibt die Messwerte der Kanäle in LISTE mit START <= Zeit <= ENDE als neue Aufzeichnung ZIEL.\r\n"
                 u"  START, ENDE  Sekunden seit dem 1. Januar 2000, \".\" als Dezimalzeichen\r\n"
                 u"  N            die Anzahl der Kanäle in LISTE\r\n"
                 u"  LISTE        Kanalnummern ab 0, durch Kommas getrennt, z. B. 0,2,3\r\n"
                 u"  csv          ZIEL wird Text, wie zeb2csv ihn schreibt (zeb2csv --help)\r\n"
+                u"  mat, h5      ZIEL wird eine MATLAB- oder HDF5-Datei mit den Punkten der Kanäle\r\n"
                 u"Rückgabewerte: 0 fertig, 1 ungültiges Argument oder unbekannter Kanal, 2 die Quelle kann nicht\r\n"
                 u"gelesen werden, 3 das Ziel ist die Quelle, 4 das Ziel kann nicht geschrieben werden, 5 die Quelle\r\n"
                 u"ist beschädigt (was bis zur Beschädigung lesbar war, wurde geschrieben).",
-                u"Usage : zeb_cutter \"SOURCE\" \"CIBLE\" \"DÉBUT\" \"FIN\" \"N\" \"LISTE\" [\"csv\"]\r\n"
+                u"Usage : zeb_cutter \"SOURCE\" \"CIBLE\" \"DÉBUT\" \"FIN\" \"N\" \"LISTE\" [\"csv\" | \"mat\" | \"h5\"]\r\n"
                 u"Écrit les mesures des voies de LISTE avec DÉBUT <= temps <= FIN dans un nouvel enregistrement CIBLE.\r\n"
                 u"  DÉBUT, FIN  secondes depuis le 1er janvier 2000, \".\" comme séparateur décimal\r\n"
                 u"  N           le nombre de voies de LISTE\r\n"
                 u"  LISTE       numéros de voie à partir de 0, séparés par des virgules, p. ex. 0,2,3\r\n"
                 u"  csv         CIBLE devient un texte, tel que zeb2csv l’écrit (zeb2csv --help)\r\n"
+                u"  mat, h5     CIBLE devient un fichier MATLAB ou HDF5 des points des canaux\r\n"
                 u"Codes de sortie : 0 terminé, 1 argument invalide ou voie inconnue, 2 la source ne peut pas être lue,\r\n"
                 u"3 la cible est la source, 4 la cible ne peut pas être écrite, 5 la source est endommagée\r\n"
                 u"(ce qui était lisible jusqu’au dommage a été écrit)."},
@@ -726,6 +729,9 @@ constexpr std::array<TTextRecord, size_t(TTextId::Count)> kTable{
                 u"La cible \"%s\" est la source elle-même"},
     TTextRecord{CmpCannotWrite, u"Cannot write \"%s\"", u"\"%s\" kann nicht geschrieben werden",
                 u"Impossible d’écrire \"%s\""},
+    TTextRecord{CmpKindMissing, u"This build cannot write [%s]: its library was missing when it was built.",
+                u"Dieses Programm kann [%s] nicht schreiben: seine Bibliothek fehlte beim Erstellen.",
+                u"Ce programme ne peut pas écrire [%s] : sa bibliothèque manquait à la compilation."},
     TTextRecord{CmpDamaged, u"\"%s\" is damaged: what could be read up to the damage was written to \"%s\"",
                 u"\"%s\" ist beschädigt: was bis zur Beschädigung lesbar war, steht in \"%s\"",
                 u"\"%s\" est endommagé : ce qui était lisible jusqu’au dommage a été écrit dans \"%s\""},

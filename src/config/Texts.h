@@ -405,6 +405,7 @@ enum class TTextId : int {
     CmpNotARecording,
     CmpTargetIsSource,
     CmpCannotWrite,
+    CmpKindMissing,
     CmpDamaged,
     PrvCaption,
     PrvReading,

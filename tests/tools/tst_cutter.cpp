@@ -300,7 +300,7 @@ private Q_SLOTS:
     void helpVersionAndLanguage() {
         TRun run = RunProgram(QStringLiteral(ZEB_CUTTER), {u"--help"_s});
         QCOMPARE(run.code, 0);
-        QVERIFY(run.out.startsWith(u"Usage: zeb_cutter \"SOURCE\" \"TARGET\" \"START\" \"END\" \"N\" \"LIST\" [\"csv\"]"_s));
+        QVERIFY(run.out.startsWith(u"Usage: zeb_cutter \"SOURCE\" \"TARGET\" \"START\" \"END\" \"N\" \"LIST\" [\"csv\" | \"mat\" | \"h5\"]"_s));
         QVERIFY(run.out.contains(u"5 the source is damaged"_s));
         run = RunProgram(QStringLiteral(ZEB_CUTTER), {u"--version"_s});
         QCOMPARE(run.code, 0);
