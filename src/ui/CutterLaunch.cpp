@@ -25,7 +25,7 @@ QString ExactNumber(double v) {
 
 } // namespace
 
-QStringList CutterArguments(const TDataBase& db, const QString& target, bool csv) {
+QStringList CutterArguments(const TDataBase& db, const QString& target, const QString& kind) {
     QStringList channels;
     for (int i = 0; i < db.Curve_Count(); ++i)
         if (db.Curve_IsAvailable(i)) channels << QString::number(db.Curve_FileChannel(i));
@@ -34,7 +34,7 @@ QStringList CutterArguments(const TDataBase& db, const QString& target, bool csv
     QStringList args{QDir::toNativeSeparators(db.FileName()), QDir::toNativeSeparators(target),
                      ExactNumber(bottom.Min), ExactNumber(bottom.Max), QString::number(channels.size()),
                      channels.join(QLatin1Char(','))};
-    if (csv) args << QStringLiteral("csv");
+    if (!kind.isEmpty()) args << kind;
     return args;
 }
 
@@ -52,8 +52,8 @@ void TCutterLaunch::WaitForAll() {
     FCutters.clear();
 }
 
-void TCutterLaunch::Start(const TDataBase& db, const QString& target, bool csv) {
-    const QStringList args = CutterArguments(db, target, csv);
+void TCutterLaunch::Start(const TDataBase& db, const QString& target, const QString& kind) {
+    const QStringList args = CutterArguments(db, target, kind);
     if (args.isEmpty()) {
         Q_EMIT statusText(Txt(TTextId::MsgCutterNoChannel));
         return;

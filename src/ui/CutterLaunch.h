@@ -12,8 +12,9 @@ class QProcess;
 class TDataBase;
 
 // The cutter's arguments for the visible time window and the curves shown, in its order: data
-// file, target, start, end, count, comma list of channels[, "csv"]. Empty when no curve is shown.
-QStringList CutterArguments(const TDataBase& db, const QString& target, bool csv);
+// file, target, start, end, count, comma list of channels[, kind]. kind: empty for a recording,
+// "csv", "mat" or "h5". Empty when no curve is shown.
+QStringList CutterArguments(const TDataBase& db, const QString& target, const QString& kind);
 
 class TCutterLaunch : public QObject {
     Q_OBJECT
@@ -22,7 +23,7 @@ public:
     ~TCutterLaunch() override;
 
     // Starts the cutter (the suite's, next to the program) on the store's window.
-    void Start(const TDataBase& db, const QString& target, bool csv);
+    void Start(const TDataBase& db, const QString& target, const QString& kind);
     int Running() const { return int(FCutters.size()); }
     // Waits for every cut still running; their ends report nothing more.
     void WaitForAll();

@@ -170,6 +170,8 @@ void TForm1::FindHelperPrograms() {
     // Missing programs take their commands away for good.
     menFileSaveAs->setVisible(FCutterAvailable);
     menFileExportText->setVisible(FTextExportAvailable);
+    menFileExportMatlab->setVisible(FCutterAvailable);
+    menFileExportHdf5->setVisible(FCutterAvailable);
 }
 
 void TForm1::SetBigDataDlg(TfrmBigDataDlg* dlg) {
@@ -335,8 +337,7 @@ void TForm1::GUI_File() {
                        menFilePrintPreview, menFilePrint, menFilePrintReport})
         a->setEnabled(open);
     menFileOpenAgain->setEnabled(!FLoading && !menFileOpenAgain->isEmpty());
-    menFileSaveAs->setEnabled(open);
-    menFileExportText->setEnabled(open);
+    for (QAction* a : {menFileSaveAs, menFileExportText, menFileExportMatlab, menFileExportHdf5}) a->setEnabled(open);
 }
 
 void TForm1::GUI_FileOpen() {
@@ -665,16 +666,16 @@ void TForm1::GUI_FileExportSvg() {
 
 // ====================================================================== time-window cuts
 
-QStringList TForm1::CutterArguments(const QString& target, bool csv) const {
-    return ::CutterArguments(*FDataBase, target, csv);
+QStringList TForm1::CutterArguments(const QString& target, const QString& kind) const {
+    return ::CutterArguments(*FDataBase, target, kind);
 }
 
 int TForm1::CuttersRunning() const {
     return FCutterLaunch->Running();
 }
 
-void TForm1::StartCutter(const QString& target, bool csv) {
-    FCutterLaunch->Start(*FDataBase, target, csv);
+void TForm1::StartCutter(const QString& target, const QString& kind) {
+    FCutterLaunch->Start(*FDataBase, target, kind);
 }
 
 void TForm1::GUI_FileSaveAs() {
@@ -684,7 +685,7 @@ void TForm1::GUI_FileSaveAs() {
     QString fileName = data.absoluteDir().filePath(data.completeBaseName() + QStringLiteral("_window") +
                                                     DataFileExtension());
     if (!TZebDlg::SaveZebFile(Txt(TTextId::MenuFileSaveAs), data.absolutePath(), fileName)) return;
-    StartCutter(fileName, false);
+    StartCutter(fileName, QString());
 }
 
 void TForm1::GUI_FileExportText() {
@@ -692,7 +693,26 @@ void TForm1::GUI_FileExportText() {
     const QFileInfo data(FDataBase->FileName());
     QString fileName = data.absoluteDir().filePath(data.completeBaseName() + QStringLiteral(".csv"));
     if (!TZebDlg::SaveCsvFile(Txt(TTextId::MenuFileExportText), data.absolutePath(), fileName)) return;
-    StartCutter(fileName, true);
+    StartCutter(fileName, QStringLiteral("csv"));
+}
+
+void TForm1::GUI_FileExportMatlab() {
+    if (FLoading || FCaptionFile.isEmpty() || !FCutterAvailable || !CfgPageApply()) return;
+    const QFileInfo data(FDataBase->FileName());
+    QString fileName = data.absoluteDir().filePath(data.completeBaseName() + QStringLiteral(".mat"));
+    if (!TZebDlg::SaveMatlabFile(Txt(TTextId::MenuFileExportMatlab), data.absolutePath(), fileName)) return;
+    StartCutter(fileName, QStringLiteral("mat"));
+}
+
+void TForm1::GUI_FileExportHdf5() {
+    if (FLoading || FCaptionFile.isEmpty() || !FCutterAvailable || !CfgPageApply()) return;
+    const QFileInfo data(FDataBase->FileName());
+    QString fileName = data.absoluteDir().filePath(data.completeBaseName() + QStringLiteral(".h5"));
+    if (!TZebDlg::SaveFile(Txt(TTextId::MenuFileExportHdf5), data.absolutePath(),
+                           TZebDlg::BuildFilter(Txt(TTextId::DlgHdf5File), QStringLiteral(".h5")), QStringLiteral(".h5"),
+                           fileName))
+        return;
+    StartCutter(fileName, QStringLiteral("h5"));
 }
 
 // ====================================================================== chart editor

@@ -101,7 +101,7 @@ public:
     // The cutter's command line for the visible time window and the curves shown, in its
     // order: data file, target, start, end, count, comma list of channels[, "csv"]. Empty
     // when no curve is shown.
-    QStringList CutterArguments(const QString& target, bool csv) const;
+    QStringList CutterArguments(const QString& target, const QString& kind) const;
     // Cuts still running.
     int CuttersRunning() const;
     // The settings file that belongs to a recording: same name, template extension.
@@ -151,6 +151,8 @@ public Q_SLOTS:
     void GUI_FileExportSvg();
     void GUI_FileSaveAs();
     void GUI_FileExportText();
+    void GUI_FileExportMatlab();
+    void GUI_FileExportHdf5();
     // File > "Summary of recordings..": the recordings chosen, read and summed up in a window.
     void GUI_FileSummary();
     void Summarise(const QStringList& files);
@@ -229,7 +231,7 @@ private:
     void StepBusyIndicator();
     void ShowError(const QString& text);
     bool SaveSettingsNextToFile();
-    void StartCutter(const QString& target, bool csv);
+    void StartCutter(const QString& target, const QString& kind);
     void StartPreviewer(const QString& fileName);
     QString FileDisplayName() const;
     QString DataFileExtension() const;
@@ -303,6 +305,8 @@ private:
     QAction* menFileExportSvg = nullptr;
     QAction* menFileSaveAs = nullptr;
     QAction* menFileExportText = nullptr;
+    QAction* menFileExportMatlab = nullptr;
+    QAction* menFileExportHdf5 = nullptr;
     QAction* menFileSummary = nullptr;
     QAction* menFilePrintPreview = nullptr;
     QAction* menFilePrint = nullptr;

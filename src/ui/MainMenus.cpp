@@ -79,6 +79,10 @@ void TForm1::BuildMenus() {
     menFileExportText = action("menFileExportText", &TForm1::GUI_FileExportText);
     menFile->addAction(menFileSaveAs);
     menFile->addAction(menFileExportText);
+    menFileExportMatlab = action("menFileExportMatlab", &TForm1::GUI_FileExportMatlab);
+    menFileExportHdf5 = action("menFileExportHdf5", &TForm1::GUI_FileExportHdf5);
+    menFile->addAction(menFileExportMatlab);
+    menFile->addAction(menFileExportHdf5);
     menFileSummary = action("menFileSummary", &TForm1::GUI_FileSummary);
     menFile->addAction(menFileSummary);
     menFile->addSeparator();
@@ -348,6 +352,8 @@ void TForm1::ApplyLanguage() {
     menFileExportPdf->setText(Txt(TTextId::MenuFileExportPdf));
     menFileSaveAs->setText(Txt(TTextId::MenuFileSaveAs));
     menFileExportText->setText(Txt(TTextId::MenuFileExportText));
+    menFileExportMatlab->setText(Txt(TTextId::MenuFileExportMatlab));
+    menFileExportHdf5->setText(Txt(TTextId::MenuFileExportHdf5));
     menFileSummary->setText(Txt(TTextId::MenuFileSummary));
     menFileExportSvg->setText(Txt(TTextId::MenuFileExportSvg));
     menFilePrintPreview->setText(Txt(TTextId::MenuFilePrintPreview));
