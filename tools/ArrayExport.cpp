@@ -72,15 +72,16 @@ bool WriteMatlab(const QString& path, const QString& source, const std::vector<T
 #endif
 
 #ifdef ZEB_HAVE_HDF5
+// A text attribute as a variable-length UTF-8 string, which readers such as h5py give as text.
 bool H5Text(hid_t object, const char* name, const QString& text) {
     const QByteArray utf8 = text.toUtf8();
+    const char* value = utf8.constData();
     const hid_t type = H5Tcopy(H5T_C_S1);
-    H5Tset_size(type, std::max<size_t>(1, size_t(utf8.size())));
+    H5Tset_size(type, H5T_VARIABLE);
     H5Tset_cset(type, H5T_CSET_UTF8);
-    H5Tset_strpad(type, H5T_STR_NULLPAD);
     const hid_t space = H5Screate(H5S_SCALAR);
     const hid_t attr = H5Acreate2(object, name, type, space, H5P_DEFAULT, H5P_DEFAULT);
-    const bool ok = attr >= 0 && H5Awrite(attr, type, utf8.isEmpty() ? "" : utf8.constData()) >= 0;
+    const bool ok = attr >= 0 && H5Awrite(attr, type, &value) >= 0;
     if (attr >= 0) H5Aclose(attr);
     H5Sclose(space);
     H5Tclose(type);

@@ -84,11 +84,16 @@ QString H5String(hid_t object, const char* name) {
     const hid_t a = H5Aopen(object, name, H5P_DEFAULT);
     if (a < 0) return u"<missing>"_s;
     const hid_t t = H5Aget_type(a);
-    QByteArray bytes(qsizetype(H5Tget_size(t)), '\0');
-    H5Aread(a, t, bytes.data());
+    QString text = u"<not a variable-length text>"_s;
+    if (H5Tis_variable_str(t) > 0 && H5Tget_cset(t) == H5T_CSET_UTF8) {
+        char* value = nullptr;
+        H5Aread(a, t, &value);
+        text = QString::fromUtf8(value);
+        H5free_memory(value);
+    }
     H5Tclose(t);
     H5Aclose(a);
-    return QString::fromUtf8(bytes.constData(), qsizetype(std::strlen(bytes.constData())));
+    return text;
 }
 double H5Double(hid_t object, const char* name) {
     double v = NAN;
