@@ -25,9 +25,11 @@ matvar_t* MatText(const char* name, const QString& text) {
     return Mat_VarCreate(name, MAT_C_CHAR, MAT_T_UINT16, 2, dims, units.data(), 0);
 }
 
+// A column that refers to the caller's data, which must outlive the variable's writing.
 matvar_t* MatColumn(const std::vector<double>& column) {
     size_t dims[2] = {column.size(), 1};
-    return Mat_VarCreate(nullptr, MAT_C_DOUBLE, MAT_T_DOUBLE, 2, dims, const_cast<double*>(column.data()), 0);
+    return Mat_VarCreate(nullptr, MAT_C_DOUBLE, MAT_T_DOUBLE, 2, dims, const_cast<double*>(column.data()),
+                         MAT_F_DONT_COPY_DATA);
 }
 
 matvar_t* MatRow(std::vector<double> row) {
@@ -37,14 +39,17 @@ matvar_t* MatRow(std::vector<double> row) {
 
 bool WriteMatlab(const QString& path, const QString& source, const std::vector<TArrayChannel>& channels) {
     // Version 5 keeps a variable below 2 GB; beyond, version 7.3 (HDF5 inside).
-    double bytes = 0.0;
-    for (const TArrayChannel& c : channels) bytes += 24.0 * double(c.Times.size());
-    const mat_ft version = bytes > 1.9e9 ? MAT_FT_MAT73 : MAT_FT_MAT5;
+    double points = 0.0;
+    for (const TArrayChannel& c : channels) points += double(c.Times.size());
+    const mat_ft version = 24.0 * points > 1.9e9 ? MAT_FT_MAT73 : MAT_FT_MAT5;
+    // Compressed as MATLAB saves, up to a million points; beyond, the library's compression
+    // takes minutes where writing takes seconds, so larger windows are written plain.
+    const matio_compression compression = points <= 1e6 ? MAT_COMPRESSION_ZLIB : MAT_COMPRESSION_NONE;
     mat_t* mat = Mat_CreateVer(QFile::encodeName(path).constData(), nullptr, version);
     if (!mat) return false;
     bool ok = true;
     auto write = [&](matvar_t* v) {
-        ok = ok && v && Mat_VarWrite(mat, v, MAT_COMPRESSION_ZLIB) == 0;
+        ok = ok && v && Mat_VarWrite(mat, v, compression) == 0;
         if (v) Mat_VarFree(v);
     };
     write(MatText("source", source));
@@ -52,11 +57,15 @@ bool WriteMatlab(const QString& path, const QString& source, const std::vector<T
     const char* fields[] = {"name", "unit", "logger", "time_s", "datenum", "value", "limit_mode", "limits"};
     size_t dims[2] = {1, channels.size()};
     matvar_t* s = Mat_VarCreateStruct("channels", 2, dims, fields, 8);
+    // The columns the struct refers to, kept until it is written.
+    std::vector<std::vector<double>> datenums(channels.size()), values(channels.size());
     for (size_t k = 0; s && k < channels.size(); ++k) {
         const TArrayChannel& c = channels[k];
-        std::vector<double> datenum(c.Times.size()), value(c.Values.size());
+        std::vector<double>& datenum = datenums[k];
+        std::vector<double>& value = values[k];
+        datenum.resize(c.Times.size());
+        value.assign(c.Values.begin(), c.Values.end());
         std::transform(c.Times.begin(), c.Times.end(), datenum.begin(), MatlabDatenum);
-        std::copy(c.Values.begin(), c.Values.end(), value.begin());
         Mat_VarSetStructFieldByName(s, "name", k, MatText(nullptr, c.Name));
         Mat_VarSetStructFieldByName(s, "unit", k, MatText(nullptr, c.Unit));
         Mat_VarSetStructFieldByName(s, "logger", k, MatText(nullptr, c.Logger));

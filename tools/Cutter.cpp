@@ -201,6 +201,38 @@ private:
 
 } // namespace
 
+namespace {
+
+// Keeps only the window's points of the chosen channels, so the arrays' reading costs the
+// memory of what they hold, not of the recording.
+class TWindowReceiver : public TStoreReceiver {
+public:
+    TWindowReceiver(TDataBase& db, const TCutRequest& req) : TStoreReceiver(db), FReq(req) {}
+    // No columns to write into directly: every block's points pass AddPoints.
+    TCurveData* Column(int) override { return nullptr; }
+    void AddPoints(int curve, std::span<const double> times, std::span<const double> values,
+                   std::span<const TPointKind> kinds) override {
+        if (!FReq.Channels.empty() && !std::binary_search(FReq.Channels.begin(), FReq.Channels.end(), curve)) return;
+        FTimes.clear();
+        FValues.clear();
+        FKinds.clear();
+        for (size_t i = 0; i < times.size(); ++i) {
+            if (times[i] < FReq.Start || times[i] > FReq.End) continue;
+            FTimes.push_back(times[i]);
+            FValues.push_back(values[i]);
+            FKinds.push_back(kinds[i]);
+        }
+        if (!FTimes.empty()) TStoreReceiver::AddPoints(curve, FTimes, FValues, FKinds);
+    }
+
+private:
+    const TCutRequest& FReq;
+    std::vector<double> FTimes, FValues;
+    std::vector<TPointKind> FKinds;
+};
+
+} // namespace
+
 TCutter::TCutter(TCutRequest request) : FReq(std::move(request)) {
     std::sort(FReq.Channels.begin(), FReq.Channels.end());
     FReq.Channels.erase(std::unique(FReq.Channels.begin(), FReq.Channels.end()), FReq.Channels.end());
@@ -238,7 +270,7 @@ TCutResult TCutter::RunArrays(TArrayKind kind) {
     if (!in) return Fail(TCutResult::CannotRead, zeb::TxtFmt(TTextId::CmpCannotRead, {Native(FReq.Source)}));
     in->EnableReadAhead();
     TDataBase db;
-    TStoreReceiver receiver(db);
+    TWindowReceiver receiver(db, FReq);
     TRecordingWalk walk(*in, receiver);
     const TRecordingWalk::TEnd end = walk.Run();
     in.reset();
