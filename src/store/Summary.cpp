@@ -15,6 +15,7 @@
 
 #include <charconv>
 #include <cmath>
+#include <future>
 #include <memory>
 #include <new>
 
@@ -158,8 +159,17 @@ std::vector<TSummaryRow> SummaryRows(const TDataBase& db, const QString& file, T
     const TSummaryRow base = FileRow(file, status);
     if (db.Curve_Count() == 0) return {base};
     const auto [from, to] = RangeOf(db, options);
-    std::vector<TSummaryRow> rows;
-    for (int i = 0; i < db.Curve_Count(); ++i) rows.push_back(CurveRow(db, i, base, from, to, options));
+    const int n = db.Curve_Count();
+    std::vector<TSummaryRow> rows(static_cast<size_t>(n));
+    // The curves' figures on two cores: every other curve in a helper thread. Each curve has
+    // its own columns and summary, and the store is only read.
+    auto some = [&](int first) {
+        for (int i = first; i < n; i += 2) rows[size_t(i)] = CurveRow(db, i, base, from, to, options);
+    };
+    std::future<void> helper;
+    if (n > 1) helper = std::async(std::launch::async, some, 1);
+    for (int i = 0; i < n; i += n > 1 ? 2 : 1) rows[size_t(i)] = CurveRow(db, i, base, from, to, options);
+    if (helper.valid()) helper.get();
     return rows;
 }
 
