@@ -552,6 +552,8 @@ constexpr std::array<TTextRecord, size_t(TTextId::Count)> kTable{
     TTextRecord{SumCannotWrite, u"Cannot write summary [%s] !", u"Kann Übersicht [%s] nicht schreiben !",
                 u"Impossible d’écrire la synthèse [%s] !"},
     TTextRecord{SumLimits, u"Limits", u"Grenzwerte", u"Limites"},
+    TTextRecord{SumNoRecordings, u"The folder [%s] holds no recordings.", u"Der Ordner [%s] enthält keine Aufzeichnungen.",
+                u"Le dossier [%s] ne contient aucun enregistrement."},
 
     // Command-line picture export
     TTextRecord{CliUsage,

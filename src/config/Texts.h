@@ -389,6 +389,7 @@ enum class TTextId : int {
     SumOpenHint,
     SumCannotWrite, // %s: the file
     SumLimits,
+    SumNoRecordings, // %s: the folder
 
     // Command-line picture export
     CliUsage,

@@ -520,7 +520,14 @@ void TForm1::dropEvent(QDropEvent* event) {
     if (FLoading) return;
     if (const QString folder = DroppedFolder(event->mimeData()); !folder.isEmpty()) {
         event->acceptProposedAction();
-        QTimer::singleShot(0, this, [this, folder] { Summarise(RecordingsInFolder(folder)); });
+        QTimer::singleShot(0, this, [this, folder] {
+            const QStringList files = RecordingsInFolder(folder);
+            if (files.isEmpty())
+                TZebDlg::ShowMsg(TxtFmt(TTextId::SumNoRecordings, {QDir::toNativeSeparators(folder)}),
+                                 TMsgDlgType::Information);
+            else
+                Summarise(files);
+        });
         return;
     }
     const QString path = AcceptableDrop(event->mimeData());

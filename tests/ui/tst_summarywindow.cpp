@@ -13,6 +13,7 @@
 #include <QCheckBox>
 #include <QDir>
 #include <QLabel>
+#include <QMessageBox>
 #include <QMimeData>
 #include <QTableView>
 #include <QTemporaryDir>
@@ -81,6 +82,31 @@ private Q_SLOTS:
         Q_EMIT summary->Table()->doubleClicked(model->index(0, 2));
         QVERIFY(loaded.wait(60000));
         QCOMPARE(f.DataBase()->FileName(), file);
+    }
+
+    // A folder without recordings says so, and opens nothing.
+    void emptyFolderSaysSo() {
+        const QString empty = FTmp.filePath(u"empty"_s);
+        QVERIFY(QDir().mkpath(empty));
+        QStringList shown;
+        TZebDlg::SetDialogHook([&shown](QDialog* dlg) {
+            if (auto* box = qobject_cast<QMessageBox*>(dlg)) shown << box->text();
+            dlg->reject();
+        });
+        TForm1 f;
+        f.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&f));
+        QMimeData mime;
+        mime.setUrls({QUrl::fromLocalFile(empty)});
+        QDragEnterEvent enter(f.rect().center(), Qt::CopyAction, &mime, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(&f, &enter);
+        QVERIFY(enter.isAccepted());
+        QDropEvent drop(f.rect().center(), Qt::CopyAction, &mime, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(&f, &drop);
+        QTRY_COMPARE(shown.size(), 1);
+        QCOMPARE(shown[0], TxtFmt(TTextId::SumNoRecordings, {QDir::toNativeSeparators(empty)}));
+        QVERIFY(!f.findChild<TfrmSummary*>());
+        TZebDlg::SetDialogHook(nullptr);
     }
 
     // The menu's command, in the user's language, and the window's texts with it.
