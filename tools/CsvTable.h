@@ -1,25 +1,33 @@
 #pragma once
-// The text converter's table: a header line, then one line per distinct time stamp, made by
-// the store's merged walk (TDataPrintRow) while the recording is read. Memory stays flat:
-// rows are written in rounds as soon as no later record can still belong to them.
+// The text converter's table: a header line, then the rows of the store's merged walk over
+// the curves (each row takes the smallest time the curves stand at, and every curve standing
+// exactly there moves on), made while the recording is read. Memory stays flat: rows are
+// written in rounds as soon as no later record can still belong to them.
 //
 // A recording whose records do not come in time order cannot be merged that way; the table
-// then asks to be fed again in whole mode, where it keeps every point, sorts each curve as
-// the loader does and walks once at the end.
+// then asks to be fed again sorted. The records are then sorted in runs that go to a
+// temporary file and are merged from there, equal stamps in file order, which leaves every
+// curve as the loader sorts it. Memory stays flat that way too; the disk holds the records
+// once more (12 bytes and 4 per column each).
 
 #include "config/ZebReg.h"
-#include "data/CurveData.h"
 #include "data/Formats.h"
 
 #include <QByteArray>
 #include <QLocale>
 #include <QString>
 
+#include <atomic>
+#include <condition_variable>
+#include <deque>
 #include <limits>
+#include <mutex>
+#include <thread>
+#include <memory>
+#include <string>
 #include <vector>
 
 class QIODevice;
-class TDataPrintRow;
 
 // The settings of the "\zeb2csv.exe" section, resolved. The integer codes:
 //   iListSeparator    0 automatic (";" where the decimal separator is ",", else ","),
@@ -62,8 +70,14 @@ class TCsvTable {
 public:
     // Rows are merged in rounds of this many records at least.
     static constexpr int kRoundRecords = 8192;
+    // Records held in memory while they come out of time order, before a sorted run of them
+    // goes to the temporary file.
+    static constexpr qint64 kRunBytes = qint64(2) << 20;
 
-    TCsvTable(const TCsvFormat& format, QIODevice& out, bool whole);
+    // sorted: the records may come in any order; they are sorted through runs written to a
+    // temporary file in spillFolder and merged when Finish comes. Otherwise they must come in
+    // time order (NeedsWhole() tells when they did not) and rows go out as they come.
+    TCsvTable(const TCsvFormat& format, QIODevice& out, bool sorted, const QString& spillFolder = QString());
     ~TCsvTable();
     TCsvTable(const TCsvTable&) = delete;
     TCsvTable& operator=(const TCsvTable&) = delete;
@@ -81,44 +95,91 @@ public:
     // Writes the rows still held and the header if no row came; false on a write error.
     bool Finish();
 
-    // The records left time order (or columns came after the header): feed again in whole mode.
+    // The records left time order (or columns came after the header): feed again sorted.
     bool NeedsWhole() const { return FNeedsWhole; }
-    bool Failed() const { return FFailed; }
+    bool Failed() const;
     qint64 Rows() const { return FRows; }
+    // Sorted runs that went to the temporary file, known after Finish.
+    int SpilledRuns() const;
+    // How many bytes of records a sorted run holds and how many runs are merged at once; tests
+    // make both small to reach every path with few records.
+    void SetSortLimits(qint64 runBytes, int mergeRuns);
+    // How many threads make the text (2 unless set; 1 keeps it to one besides the reader).
+    void SetFormatters(int count);
 
     // The texts of one cell, as written (for tests of the codes).
     QByteArray ValueText(float value) const;
     QByteArray TimeText(double seconds);
 
 private:
+    struct TPoint {
+        double Time;
+        quint32 Bits;
+    };
     struct TColumn {
         QString Module, Name, Unit;
-        std::vector<std::pair<double, quint32>> Pending; // points not yet merged
+        std::vector<TPoint> Pending; // points not yet merged
     };
-    void Round(double horizon);
-    void Walk(std::vector<TCurveData>& data);
-    void EmitRow(const TDataPrintRow& row);
+    // A round's points, column by column, on their way to text.
+    struct TBatch {
+        qint64 Seq = 0;
+        std::vector<std::vector<TPoint>> Columns;
+        std::vector<char> Text;
+        size_t Len = 0; // of Text, used
+        qint64 Rows = 0;
+    };
+    struct TClock;
+    class TSorter;
+
+    void Take(double seconds, const quint32* bits, int count);
+    void Round();
+    void Formatter();
+    void StopFormatters(bool abandon);
+    void Format(TBatch& batch, TClock& clock) const;
     void WriteHeader();
     void AppendField(const QByteArray& field);
-    void AppendValue(QByteArray& out, float value) const;
-    void Write(bool force);
+    bool NeedsQuotes(const char* text, size_t n) const;
+    // Puts text at p as one field, quoted when it holds a separator, a quote or a line end;
+    // returns the end.
+    char* PutField(char* p, const char* text, size_t n) const;
+    // The value's text at p, unquoted; returns the end.
+    char* PutValue(char* p, float v) const;
+    // Brings the clock's time texts to the stamp; returns the time field's length unquoted.
+    size_t MakeTimeText(TClock& clock, double seconds) const;
+    void SpellTime(TClock& clock) const;
+    char* PutClock(const TClock& clock, char* p) const;
+    char* PutTime(TClock& clock, char* p) const;
 
     TCsvFormat FFormat;
     QIODevice& FOut;
-    bool FWhole;
+    bool FSorted;
+    std::unique_ptr<TSorter> FSorter;
     std::vector<TColumn> FColumns;
-    std::vector<TCurveData> FData; // whole mode: every point; streaming: the round's points
     double FLast = -std::numeric_limits<double>::infinity();
     int FRecordsInRound = 0;
     bool FHeaderDone = false;
     bool FNeedsWhole = false;
     bool FFailed = false;
-    qint64 FRows = 0;
-    double FFirstRow = 0.0;
-    QByteArray FBuf, FMissing, FMissingField, FLine;
-    zeb::TFormatSettings FDateFs;
+    int FSpilledRuns = 0;
+    double FFirstRow = 0.0; // set before the first batch goes out
+    QByteArray FMissing, FMissingField, FLine;
+    size_t FCellMax = 0; // the longest a cell can be, separator and quotes included
     char FList, FDecimal;
-    // The date part of a day's rows, made once per day.
-    qint64 FDay = std::numeric_limits<qint64>::min();
-    QByteArray FDayText;
+    zeb::TFormatSettings FDateFs;
+    std::unique_ptr<TClock> FOwnClock; // for TimeText
+
+    // Shared with the formatters, under FMutex.
+    int FFormatters = 2;
+    std::vector<std::thread> FThreads;
+    std::mutex FMutex;
+    std::condition_variable FCond;
+    std::deque<std::unique_ptr<TBatch>> FQueue;
+    std::vector<std::unique_ptr<TBatch>> FDone; // made, waiting for those before them
+    std::vector<std::vector<TPoint>> FSpare;    // emptied columns for the next rounds
+    std::vector<std::vector<char>> FSpareText;
+    qint64 FNextSeq = 0, FNextWrite = 0;
+    size_t FBusy = 0;
+    bool FStop = false, FAbandon = false;
+    qint64 FRows = 0;
+    std::atomic<bool> FWriteFailed{false};
 };

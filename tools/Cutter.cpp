@@ -336,7 +336,7 @@ TCutter::TPass TCutter::Pass(bool whole) {
             Fail(TCutResult::CannotWrite, zeb::TxtFmt(TTextId::CmpCannotWrite, {target}));
             return TPass::Failed;
         }
-        table = std::make_unique<TCsvTable>(FReq.Format, *text, whole);
+        table = std::make_unique<TCsvTable>(FReq.Format, *text, whole, QFileInfo(FReq.Target).absolutePath());
     } else {
         out = TDataFile::CreateSave(FReq.Target);
         if (!out) {
@@ -346,6 +346,7 @@ TCutter::TPass TCutter::Pass(bool whole) {
     }
     auto discard = [&] {
         if (out) out->Abort();
+        table.reset(); // its formatter may still be writing
         if (text) text->cancelWriting();
     };
 

@@ -150,17 +150,26 @@ bool WriteRecording(const QString& path, const TGenOptions& options, QString* er
         std::vector<std::uint32_t> bits(ch.size() + 1);
         double days;
         std::int64_t done = 0;
-        file->NewBlock(ZebBlock::Data);
-        while (ok && gen.NextRecord(days, bits.data())) {
+        auto write = [&](double d, const std::uint32_t* b) {
             if (file->BlockSpace() < recordSize) {
                 ok = file->WriteBlock();
                 file->NewBlock(ZebBlock::Data);
                 if (progress && options.records > 0) progress(double(done) / double(options.records));
             }
-            file->WriteDouble(days);
-            for (size_t c = 0; c < ch.size(); ++c) file->WriteSingleBits(bits[c]);
+            file->WriteDouble(d);
+            for (size_t c = 0; c < ch.size(); ++c) file->WriteSingleBits(b[c]);
+        };
+        const std::int64_t lateEvery = options.lateRecords > 0 ? options.records / (options.lateRecords + 1) : 0;
+        std::vector<std::pair<double, std::vector<std::uint32_t>>> late;
+        file->NewBlock(ZebBlock::Data);
+        while (ok && gen.NextRecord(days, bits.data())) {
+            if (lateEvery > 0 && done > 0 && done % lateEvery == 0 && std::int64_t(late.size()) < options.lateRecords)
+                late.emplace_back(days, bits);
+            else write(days, bits.data());
             ++done;
         }
+        for (const auto& [d, b] : late)
+            if (ok) write(d, b.data());
         ok = ok && file->WriteBlock();
         if (!ok) {
             if (error) *error = file->ErrorString();

@@ -23,6 +23,9 @@ struct TGenOptions {
     // Set: every channel's limit mode (1 below L1, 2 above L1, 3 between L1 and L2, 4 outside
     // them) instead of its own.
     int limitMode = -1;
+    // This many records, spread evenly over the recording, are held back and written after the
+    // last one, so the file leaves time order as a logger's late write does.
+    int lateRecords = 0;
     QString zebName = QStringLiteral("ZEB demo");
     QString loggerName = QStringLiteral("Logger 1");
     QString creator = QStringLiteral("zebtool");

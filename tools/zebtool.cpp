@@ -137,6 +137,7 @@ int Gen(QStringList args) {
             else if (a == QLatin1String("--gaps")) o.gapRate = 0.0005;
             else if (a == QLatin1String("--odd-rate")) o.oddRate = next(i).toDouble(&ok);
             else if (a == QLatin1String("--jitter")) o.jitter = next(i).toDouble(&ok);
+            else if (a == QLatin1String("--late")) o.lateRecords = next(i).toInt(&ok);
             else if (a == QLatin1String("--no-limits")) o.limits = false;
             else if (a == QLatin1String("--zeb-name")) o.zebName = next(i);
             else if (a == QLatin1String("--logger")) o.loggerName = next(i);
@@ -164,7 +165,7 @@ int Gen(QStringList args) {
     if (out.isEmpty()) return Usage();
     if (o.channels < 1 || o.channels > 16000 || o.records < 0 || o.intervalSeconds <= 0 || o.missingRate < 0 ||
         o.gapRate < 0 || o.missingRate + o.gapRate > 1 || o.oddRate < 0 || o.oddRate > 1 || !(o.jitter >= 0) ||
-        o.jitter > 1) {
+        o.jitter > 1 || o.lateRecords < 0) {
         Err() << "zebtool gen: options out of range\n";
         return 2;
     }

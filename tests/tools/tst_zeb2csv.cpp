@@ -9,10 +9,12 @@
 #include "RecordingBuilder.h"
 #include "ToolHelpers.h"
 
+#include <QBuffer>
 #include <QRandomGenerator>
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <algorithm>
 #include <vector>
 
 using namespace tooltest;
@@ -258,6 +260,96 @@ private Q_SLOTS:
         if (rows >= 0) QCOMPARE(actual.size(), rows);
         QVERIFY(actual.size() > 0);
         QCOMPARE(actual, expected);
+    }
+
+    // Records out of order, sorted through runs on disk, make the same text as the same records
+    // fed in stable time order through one formatter: in memory, through one merge, through
+    // merges in groups, with records of different lengths (columns that start later), and
+    // with rounds made into text by several threads.
+    void sortedThroughRuns_data() {
+        QTest::addColumn<int>("records");
+        QTest::addColumn<qint64>("runBytes");
+        QTest::addColumn<int>("mergeRuns");
+        QTest::addColumn<bool>("shortRecords");
+        QTest::addColumn<int>("formatters");
+        QTest::addColumn<int>("minRuns");
+        QTest::newRow("in memory") << 3000 << TCsvTable::kRunBytes << 64 << false << 1 << 0;
+        QTest::newRow("runs, one merge") << 3000 << qint64(4096) << 64 << false << 1 << 20;
+        QTest::newRow("runs merged in groups") << 3000 << qint64(1024) << 3 << false << 1 << 50;
+        QTest::newRow("a record per run") << 3000 << qint64(1) << 2 << false << 1 << 3000;
+        QTest::newRow("records of different lengths") << 3000 << qint64(700) << 4 << true << 1 << 100;
+        QTest::newRow("many rounds, 2 formatters") << 60000 << qint64(65536) << 8 << true << 2 << 20;
+        QTest::newRow("many rounds, 5 formatters") << 60000 << TCsvTable::kRunBytes << 64 << false << 5 << 0;
+    }
+    void sortedThroughRuns() {
+        QFETCH(int, records);
+        QFETCH(qint64, runBytes);
+        QFETCH(int, mergeRuns);
+        QFETCH(bool, shortRecords);
+        QFETCH(int, formatters);
+        QFETCH(int, minRuns);
+        struct TRec {
+            double t;
+            std::vector<quint32> bits;
+        };
+        QRandomGenerator rnd(7);
+        std::vector<TRec> recs;
+        for (int i = 0; i < records; ++i) {
+            // Few distinct stamps, so equal stamps meet across runs.
+            TRec r{100.0 + rnd.bounded(records / 8) * 0.5, {}};
+            const int count = shortRecords ? rnd.bounded(1, 4) : 3;
+            for (int c = 0; c < count; ++c) {
+                const int k = rnd.bounded(8);
+                r.bits.push_back(k == 0 ? kNo : k == 1 ? kGap : B::F(float(i * 3 + c) / 8.0f));
+            }
+            recs.push_back(std::move(r));
+        }
+        auto table = [&](const std::vector<TRec>& in, bool sorted, int threads, int* runs) {
+            QBuffer out;
+            out.open(QIODevice::WriteOnly);
+            TCsvFormat f;
+            f.TimeColumn = 2;
+            TCsvTable t(f, out, sorted, FDir.path());
+            t.SetSortLimits(runBytes, mergeRuns);
+            t.SetFormatters(threads);
+            for (const char* m : {"M0", "M1", "M2"}) t.AddColumn(QLatin1String(m));
+            for (const TRec& r : in) t.AddRecord(r.t, r.bits.data(), int(r.bits.size()));
+            if (!t.Finish() || t.NeedsWhole()) return QByteArray("failed");
+            if (runs) *runs = t.SpilledRuns();
+            return out.data();
+        };
+        std::vector<TRec> ordered = recs;
+        std::stable_sort(ordered.begin(), ordered.end(), [](const TRec& a, const TRec& b) { return a.t < b.t; });
+        int runs = -1;
+        const QByteArray expected = table(ordered, false, 1, nullptr);
+        QVERIFY(expected.count('\n') > records / 8);
+        QCOMPARE(table(recs, true, formatters, &runs), expected);
+        QVERIFY2(runs >= minRuns && (minRuns > 0 || runs == 0), qPrintable(QString::number(runs)));
+        QVERIFY2(QDir(FDir.path()).entryList({u".zeb2csv-*"_s}, QDir::Files | QDir::Hidden).isEmpty(), "sort file left");
+    }
+
+    // A sort file or a target that cannot be written fails the table instead of losing rows.
+    void writeFailures() {
+        const quint32 bits = B::F(1.0f);
+        {
+            QBuffer out;
+            out.open(QIODevice::WriteOnly);
+            TCsvTable t(TCsvFormat(), out, true, Path(u"no/such/folder"_s));
+            t.SetSortLimits(64, 4);
+            t.AddColumn(u"M0"_s);
+            for (int i = 0; i < 100; ++i) t.AddRecord(100.0 - i, &bits, 1);
+            QVERIFY(!t.Finish());
+            QVERIFY(t.Failed());
+        }
+        {
+            QFile full(u"/dev/full"_s);
+            if (!full.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) QSKIP("no /dev/full here");
+            TCsvTable t(TCsvFormat(), full, false);
+            t.AddColumn(u"M0"_s);
+            for (int i = 0; i < 5 * TCsvTable::kRoundRecords; ++i) t.AddRecord(i, &bits, 1);
+            QVERIFY(!t.Finish());
+            QVERIFY(t.Failed());
+        }
     }
 
     void asAProgram() {
